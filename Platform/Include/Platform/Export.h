@@ -1,0 +1,13 @@
+// The marks that tell the compiler what a binary shows and what must stay a call of its own. This is the one header
+// outside the back ends that looks at the compiler.
+#pragma once
+
+#if defined(_MSC_VER)
+#define PLATFORM_EXPORT __declspec(dllexport)
+#define PLATFORM_NOINLINE __declspec(noinline)
+#define PLATFORM_FORCEINLINE __forceinline
+#else
+#define PLATFORM_EXPORT __attribute__((visibility("default")))
+#define PLATFORM_NOINLINE __attribute__((noinline))
+#define PLATFORM_FORCEINLINE inline __attribute__((always_inline))
+#endif

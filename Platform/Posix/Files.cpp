@@ -1,0 +1,202 @@
+#include "Platform/Files.h"
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+#include "Descriptors.h"
+#include "Failure.h"
+#include "Paths.h"
+#include "Platform/Process.h"
+
+namespace Platform {
+
+using namespace Posix;
+
+// An open file. It counts the handles that stand for it, so that a second one costs no system call.
+struct HandleOpaque {
+    HandleOpaque() noexcept = default;
+    HandleOpaque(const HandleOpaque&) = delete;
+    HandleOpaque& operator=(const HandleOpaque&) = delete;
+    ~HandleOpaque() {
+        if (descriptor >= 0) close(descriptor);
+    }
+
+    std::atomic<std::uint32_t> references{1};
+    int descriptor = -1;
+};
+
+namespace {
+
+constexpr DWORD ShareNothing = 0;
+constexpr DWORD ShareEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr mode_t NewFileMode = 0666;
+constexpr mode_t NewDirectoryMode = 0777;
+
+bool IsPseudoHandle(HANDLE handle) noexcept {
+    return handle == GetCurrentProcess() || handle == GetCurrentThread();
+}
+
+bool IsFile(HANDLE handle) noexcept {
+    return handle != nullptr && !IsPseudoHandle(handle);
+}
+
+int OpenForAppending(const char* path) noexcept {
+    return RetryInterrupted([&] { return open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, NewFileMode); });
+}
+
+int Lock(int descriptor, DWORD sharing) noexcept {
+    const int operation = (sharing == ShareEverything ? LOCK_SH : LOCK_EX) | LOCK_NB;
+    return RetryInterrupted([&] { return flock(descriptor, operation); });
+}
+
+// A name that isn't there is a missing path unless the directory it would lie in exists.
+DWORD MissingNameCode(const std::string& path) {
+    const std::size_t nameEnd = path.find_last_not_of('/');
+    if (nameEnd == std::string::npos) return ERROR_PATH_NOT_FOUND;
+    const std::size_t separator = path.find_last_of('/', nameEnd);
+    if (separator == std::string::npos) return ERROR_FILE_NOT_FOUND;
+    struct stat status;
+    const bool parentFound = stat(path.substr(0, separator + 1).c_str(), &status) == 0;
+    return parentFound ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
+}
+
+std::uint64_t Mix(std::uint64_t seed, std::uint64_t value) noexcept {
+    std::uint64_t mixed = (seed ^ value) + 0x9E3779B97F4A7C15;
+    mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9;
+    mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EB;
+    return mixed ^ (mixed >> 31);
+}
+
+// An inode is used again at once. The birth time tells its owners apart, but ticks in milliseconds; the generation
+// does so exactly. A file system may have both, either or none.
+std::uint64_t FileIndex(int descriptor, const struct statx& status) noexcept {
+    std::uint64_t index = Mix(0, status.stx_ino);
+    if ((status.stx_mask & STATX_BTIME) != 0) {
+        index = Mix(index, static_cast<std::uint64_t>(status.stx_btime.tv_sec));
+        index = Mix(index, status.stx_btime.tv_nsec);
+    }
+    int generation = 0;
+    if (ioctl(descriptor, FS_IOC_GETVERSION, &generation) == 0) {
+        index = Mix(index, static_cast<std::uint32_t>(generation));
+    }
+    return index;
+}
+
+// Both halves fit: the kernel has 12 bits of major and 20 bits of minor device number.
+DWORD VolumeNumber(const struct statx& status) noexcept {
+    return status.stx_dev_major << 20 | status.stx_dev_minor;
+}
+
+DWORD LowHalf(std::uint64_t value) noexcept {
+    return static_cast<DWORD>(value);
+}
+
+DWORD HighHalf(std::uint64_t value) noexcept {
+    return static_cast<DWORD>(value >> 32);
+}
+
+}  // namespace
+
+HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWORD disposition, DWORD,
+                   HANDLE) noexcept {
+    if (access != FILE_APPEND_DATA || disposition != OPEN_ALWAYS) {
+        return Fail(ERROR_INVALID_PARAMETER, INVALID_HANDLE_VALUE);
+    }
+    if (sharing != ShareEverything && sharing != ShareNothing) {
+        return Fail(ERROR_INVALID_PARAMETER, INVALID_HANDLE_VALUE);
+    }
+    return OrOutOfMemory(INVALID_HANDLE_VALUE, [&] {
+        const std::string nativePath = NativePath(path);
+        auto file = std::make_unique<HandleOpaque>();
+        file->descriptor = OpenForAppending(nativePath.c_str());
+        if (file->descriptor < 0) {
+            // The file itself would have been made: it is the directory that is missing.
+            if (errno == ENOENT) return Fail(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
+            return FailByErrno(INVALID_HANDLE_VALUE);
+        }
+        if (Lock(file->descriptor, sharing) != 0) {
+            if (errno == EWOULDBLOCK) return Fail(ERROR_SHARING_VIOLATION, INVALID_HANDLE_VALUE);
+            return FailByErrno(INVALID_HANDLE_VALUE);
+        }
+        return file.release();
+    });
+}
+
+BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept {
+    if (!IsFile(file)) return Fail(ERROR_INVALID_HANDLE, FALSE);
+    if (written == nullptr || overlapped != nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
+    *written = static_cast<DWORD>(WriteFully(file->descriptor, data, size));
+    if (*written == size) return TRUE;
+    return errno == 0 ? Fail(ERROR_WRITE_FAULT, FALSE) : FailByErrno(FALSE);
+}
+
+DWORD GetFileSize(HANDLE file, DWORD* high) noexcept {
+    if (!IsFile(file)) return Fail(ERROR_INVALID_HANDLE, INVALID_FILE_SIZE);
+    struct stat status;
+    if (fstat(file->descriptor, &status) != 0) return FailByErrno(INVALID_FILE_SIZE);
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (high != nullptr) *high = HighHalf(size);
+    // Only the last error tells this size from a failure.
+    if (LowHalf(size) == INVALID_FILE_SIZE) SetLastError(ERROR_SUCCESS);
+    return LowHalf(size);
+}
+
+BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) noexcept {
+    if (!IsFile(file)) return Fail(ERROR_INVALID_HANDLE, FALSE);
+    if (information == nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
+    struct statx status;
+    if (statx(file->descriptor, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &status) != 0) return FailByErrno(FALSE);
+    const std::uint64_t index = FileIndex(file->descriptor, status);
+    *information = {VolumeNumber(status), HighHalf(index), LowHalf(index)};
+    return TRUE;
+}
+
+BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target, DWORD, BOOL inherit,
+                     DWORD options) noexcept {
+    const HANDLE process = GetCurrentProcess();
+    if (sourceProcess != process || targetProcess != process || !IsFile(source)) {
+        return Fail(ERROR_INVALID_HANDLE, FALSE);
+    }
+    if (target == nullptr || inherit != FALSE || options != DUPLICATE_SAME_ACCESS) {
+        return Fail(ERROR_INVALID_PARAMETER, FALSE);
+    }
+    source->references.fetch_add(1, std::memory_order_relaxed);
+    *target = source;
+    return TRUE;
+}
+
+BOOL CloseHandle(HANDLE handle) noexcept {
+    if (IsPseudoHandle(handle)) return TRUE;
+    if (handle == nullptr) return Fail(ERROR_INVALID_HANDLE, FALSE);
+    if (handle->references.fetch_sub(1, std::memory_order_acq_rel) == 1) std::unique_ptr<HandleOpaque>{handle}.reset();
+    return TRUE;
+}
+
+DWORD GetFileAttributesW(const WideChar* path) noexcept {
+    return OrOutOfMemory(INVALID_FILE_ATTRIBUTES, [&] {
+        const std::string nativePath = NativePath(path);
+        struct stat status;
+        if (stat(nativePath.c_str(), &status) == 0) {
+            return S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
+        }
+        if (errno == ENOENT) return Fail(MissingNameCode(nativePath), INVALID_FILE_ATTRIBUTES);
+        return FailByErrno(INVALID_FILE_ATTRIBUTES);
+    });
+}
+
+BOOL CreateDirectoryW(const WideChar* path, void*) noexcept {
+    return OrOutOfMemory(FALSE, [&] {
+        if (mkdir(NativePath(path).c_str(), NewDirectoryMode) == 0) return TRUE;
+        // Only what lies above the new name can be missing.
+        return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND, FALSE) : FailByErrno(FALSE);
+    });
+}
+
+}  // namespace Platform
