@@ -1,0 +1,62 @@
+#include "ModuleBroker/ModuleBroker.h"
+
+#include <map>
+#include <mutex>
+#include <new>
+#include <string_view>
+
+#include "Harbor/ComponentPtr.h"
+
+using namespace Harbor;
+
+namespace {
+
+using Instance = ComponentPtr<IComponentUnknown>;
+
+std::mutex lock;
+std::map<WideString, Instance, std::less<>> instances;  // guarded by lock
+
+Instance FindInstance(std::u16string_view name) {
+    const std::lock_guard guard(lock);
+    const auto found = instances.find(name);
+    return found != instances.end() ? found->second : Instance();
+}
+
+// Both give what was there before, so that its last reference goes outside the lock: a component that ends may call
+// the broker.
+Instance Exchange(std::u16string_view name, Instance instance) {
+    const std::lock_guard guard(lock);
+    std::swap(instances[WideString(name)], instance);
+    return instance;
+}
+
+Instance TakeOut(std::u16string_view name) {
+    const std::lock_guard guard(lock);
+    const auto found = instances.find(name);
+    if (found == instances.end()) return {};
+    Instance taken = std::move(found->second);
+    instances.erase(found);
+    return taken;
+}
+
+}  // namespace
+
+extern "C" {
+
+HRESULT MBGetNamedInstance(const WideChar* name, void* reserved, const GUID* iid, void** result) {
+    if (name == nullptr || iid == nullptr || result == nullptr) return E_POINTER;
+    if (reserved != nullptr) return E_INVALIDARG;
+    const Instance instance = FindInstance(name);
+    return instance ? instance->QueryInterface(iid, result) : NOT_FOUND;
+}
+
+HRESULT MBSetNamedInstance(const WideChar* name, IComponentUnknown* instance) {
+    if (name == nullptr) return E_POINTER;
+    try {
+        const Instance previous = instance != nullptr ? Exchange(name, Instance(instance, false)) : TakeOut(name);
+        return S_OK;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+}

@@ -1,0 +1,31 @@
+// The buffer protocol: room in, size out.
+#pragma once
+
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+#include <string_view>
+
+#include "Harbor/ResultCodes.h"
+
+namespace NodeFabric {
+
+// Compares the room with what is needed and stores the need. BUFFER_TOO_SMALL if it doesn't fit or there is no buffer.
+[[nodiscard]] inline Harbor::HRESULT ClaimRoom(std::size_t needed, const void* buffer, std::uint32_t& size) {
+    if (needed > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("no 32-bit size");
+    const bool fits = buffer != nullptr && size >= needed;
+    size = static_cast<std::uint32_t>(needed);
+    return fits ? Harbor::S_OK : Harbor::BUFFER_TOO_SMALL;
+}
+
+// Copies the text with a terminator; sizes count characters.
+[[nodiscard]] inline Harbor::HRESULT CopyText(std::u16string_view text, Harbor::WideChar* buffer, std::uint32_t& size) {
+    const Harbor::HRESULT code = ClaimRoom(text.size() + 1, buffer, size);
+    if (Harbor::Succeeded(code)) {
+        text.copy(buffer, text.size());
+        buffer[text.size()] = 0;
+    }
+    return code;
+}
+
+}  // namespace NodeFabric

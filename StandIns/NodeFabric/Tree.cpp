@@ -1,0 +1,206 @@
+#include "Tree.h"
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+#include "Node.h"
+
+namespace NodeFabric {
+
+using namespace Harbor;
+
+namespace {
+
+constexpr WideChar Separator = u'\\';
+
+std::shared_mutex structureLock;
+std::atomic<std::uint64_t> openHandles{0};
+
+// Goes down to a leaf and up again, since a tree may be deeper than any call stack.
+struct TreeDeleter {
+    void operator()(Node* root) const noexcept {
+        for (Node* node = root; node != nullptr;) {
+            if (!node->children.Empty()) {
+                node = node->children.PopForDestruction();
+            } else {
+                const std::unique_ptr<Node> leaf(node);
+                node = leaf->parent;
+            }
+        }
+    }
+};
+using TreePtr = std::unique_ptr<Node, TreeDeleter>;
+
+// False if the count would fall to 0. Such a count touches nothing but itself, so it needs no lock.
+bool ReleaseOneOfSeveral(Node& node) noexcept {
+    std::uint64_t count = node.holds.load(std::memory_order_relaxed);
+    while (count > 1) {
+        if (node.holds.compare_exchange_weak(count, count - 1, std::memory_order_release, std::memory_order_relaxed)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Gives the tree that nothing holds any more, or nothing.
+TreePtr ReleaseUpwards(Node& node) noexcept {
+    const auto lock = LockStructure();
+    for (Node* current = &node;;) {
+        if (current->holds.fetch_sub(1, std::memory_order_acq_rel) != 1) return nullptr;
+        // The count that this node has on its parent keeps both alive until the next turn.
+        if (current->parent == nullptr) return TreePtr(current);
+        current = current->parent;
+    }
+}
+
+AcnHandle OpenIfAny(Node* node) noexcept {
+    return node != nullptr ? OpenLocked(*node) : nullptr;
+}
+
+bool IsAtOrBelow(const Node& node, const Node& ancestor) noexcept {
+    const Node* current = &node;
+    while (current != nullptr && current != &ancestor) current = current->parent;
+    return current != nullptr;
+}
+
+TreePtr CopyAlone(const Node& source) {
+    TreePtr copy(std::make_unique<Node>(source.name, source.type).release());
+    const std::lock_guard lock(source.attributesLock);
+    copy->attributes = source.attributes;
+    return copy;
+}
+
+Node& Adopt(Node& parent, TreePtr child) {
+    parent.children.Append(child.get());
+    child->parent = &parent;
+    return *child.release();
+}
+
+void CopyLevels(const Node& source, Node& target, std::uint32_t depth) {
+    struct Step {
+        const Node* source;
+        Node* target;
+        std::uint32_t depth;
+    };
+    std::vector<Step> open{{&source, &target, depth}};
+    while (!open.empty()) {
+        const Step step = open.back();
+        open.pop_back();
+        if (step.depth == 0) continue;
+        for (const Node* child : step.source->children) {
+            Node& copy = Adopt(*step.target, CopyAlone(*child));
+            if (!child->children.Empty()) open.push_back({child, &copy, step.depth - 1});
+        }
+    }
+}
+
+WideString PathOf(const Node& node) {
+    std::size_t length = 0;
+    const Node* root = &node;
+    for (const Node* current = &node; current != nullptr; current = current->parent) {
+        length += current->name.size() + 1;
+        root = current;
+    }
+    WideString path(root->pathAbove);
+    path.resize(path.size() + length);
+    auto place = path.end();
+    for (const Node* current = &node; current != nullptr; current = current->parent) {
+        place = std::copy_backward(current->name.begin(), current->name.end(), place);
+        *--place = Separator;
+    }
+    return path;
+}
+
+}  // namespace
+
+std::shared_lock<std::shared_mutex> LockStructure() {
+    return std::shared_lock(structureLock);
+}
+
+AcnHandle OpenLocked(Node& node) noexcept {
+    openHandles.fetch_add(1, std::memory_order_relaxed);
+    // The caller's own handle holds the parent until this is done. If the child's last handle is closed meanwhile,
+    // that takes back the count it once put on the parent, and this one puts its own there.
+    if (node.holds.fetch_add(1, std::memory_order_relaxed) == 0 && node.parent != nullptr) {
+        node.parent->holds.fetch_add(1, std::memory_order_relaxed);
+    }
+    return &node;
+}
+
+AcnHandle CreateRoot(std::u16string_view name, std::u16string_view type) {
+    return OpenLocked(*std::make_unique<Node>(name, type).release());
+}
+
+AcnHandle CloneTree(const Node& source, std::uint32_t depth) {
+    const auto lock = LockStructure();
+    TreePtr root = CopyAlone(source);
+    root->pathAbove = source.parent != nullptr ? PathOf(*source.parent) : source.pathAbove;
+    CopyLevels(source, *root, depth);
+    return OpenLocked(*root.release());
+}
+
+AcnHandle Duplicate(Node& node) noexcept {
+    // The caller's handle keeps the count above 0, so no parent is touched and no lock is needed.
+    openHandles.fetch_add(1, std::memory_order_relaxed);
+    node.holds.fetch_add(1, std::memory_order_relaxed);
+    return &node;
+}
+
+void Close(Node& node) noexcept {
+    openHandles.fetch_sub(1, std::memory_order_relaxed);
+    if (ReleaseOneOfSeveral(node)) return;
+    // The lock is free again when the tree goes, which may take long.
+    const TreePtr unheld = ReleaseUpwards(node);
+}
+
+std::uint64_t OpenHandleCount() noexcept {
+    return openHandles.load(std::memory_order_relaxed);
+}
+
+AcnHandle OpenParent(const Node& node) {
+    const auto lock = LockStructure();
+    return OpenIfAny(node.parent);
+}
+
+AcnHandle OpenChild(const Node& node, std::uint64_t index) {
+    const auto lock = LockStructure();
+    return index < node.children.Size() ? OpenLocked(*node.children[index]) : nullptr;
+}
+
+AcnHandle OpenChild(const Node& node, std::u16string_view name) {
+    const auto lock = LockStructure();
+    return OpenIfAny(node.children.Find(name));
+}
+
+std::uint64_t ChildCount(const Node& node) {
+    const auto lock = LockStructure();
+    return node.children.Size();
+}
+
+WideString FullPath(const Node& node) {
+    const auto lock = LockStructure();
+    return PathOf(node);
+}
+
+HRESULT AppendChild(Node& parent, Node& child) {
+    const std::unique_lock lock(structureLock);
+    if (child.parent != nullptr || &parent == &child) return E_INVALIDARG;
+    // Nothing stands below a leaf: without this a chain that grows at its end would cost the square of its length.
+    if (!child.children.Empty() && IsAtOrBelow(parent, child)) return E_INVALIDARG;
+    parent.children.Append(&child);
+    parent.holds.fetch_add(1, std::memory_order_relaxed);
+    child.parent = &parent;
+    child.pathAbove = {};
+    return S_OK;
+}
+
+HRESULT RemoveChild(Node& parent, Node& child) {
+    const std::unique_lock lock(structureLock);
+    if (child.parent != &parent || !parent.children.Remove(&child)) return NOT_FOUND;
+    child.parent = nullptr;
+    parent.holds.fetch_sub(1, std::memory_order_release);  // can't be the last: the caller has a handle
+    return S_OK;
+}
+
+}  // namespace NodeFabric
