@@ -1,0 +1,24 @@
+// A call to a neighbour that may throw what it shouldn't.
+#pragma once
+
+#include <new>
+
+#include "Common/HRes.h"
+
+namespace Harbor {
+
+// The code of the call. An exception counts as a failure: HRX as its code, others as E_OUTOFMEMORY or E_UNEXPECTED.
+template <class Call>
+[[nodiscard]] HRESULT CodeOfCall(Call&& call) noexcept {
+    try {
+        return call();
+    } catch (const HRX& failure) {
+        return failure.PublishErrorInfo();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+}  // namespace Harbor

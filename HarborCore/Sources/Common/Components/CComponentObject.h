@@ -1,0 +1,89 @@
+// The final class of every component: counting, querying, creation, and the module's lock.
+#pragma once
+
+#include <memory>
+
+#include "Common/Components/ComponentRoot.h"
+#include "Common/Components/ComponentsModule.h"
+#include "Common/Components/DbgAliveObjectsTracker.h"
+#include "Common/HRes.h"
+
+namespace Harbor {
+
+template <class T>
+class CComponentObject final : public T {
+public:
+    std::uint32_t AddRef() override { return this->referenceCount_.fetch_add(1, std::memory_order_relaxed) + 1; }
+
+    std::uint32_t Release() override {
+        const std::uint32_t count = this->referenceCount_.fetch_sub(1, std::memory_order_acq_rel) - 1;
+        if (count == 0) {
+            this->FinalRelease();
+            delete this;
+        }
+        return count;
+    }
+
+    HRESULT QueryInterface(const GUID* iid, void** result) override {
+        const HRESULT code = FindInterface(iid, result);
+        if (Succeeded(code)) AddRef();
+        return code;
+    }
+
+    // Stores an object with its one reference. Out of memory leaves it as std::bad_alloc.
+    static HRESULT CreateObject(CComponentObject** out) {
+        std::unique_ptr<CComponentObject> object(new CComponentObject);
+        const HRESULT code = object->FinalConstruct();
+        if (Succeeded(code)) *out = object.release();
+        return code;
+    }
+
+    // The factory of the class map: the reference of the new object becomes that of the interface.
+    static HRESULT CreateInstance(const GUID* iid, void** result) {
+        CComponentObject* object = nullptr;
+        if (const HRESULT code = CreateObject(&object); Failed(code)) return code;
+        const HRESULT code = object->FindInterface(iid, result);
+        if (Failed(code)) object->Release();
+        return code;
+    }
+
+private:
+    CComponentObject() {
+        DbgAliveObjectsTracker::Instance().Track(this, T::Tag);
+        ComponentsModule::Instance().LockModule();
+    }
+
+    ~CComponentObject() override {
+        DbgAliveObjectsTracker::Instance().Untrack(this);
+        ComponentsModule::Instance().UnlockModule();
+    }
+
+    friend std::default_delete<CComponentObject>;
+
+    // The inner layer of QueryInterface: counts nothing.
+    HRESULT FindInterface(const GUID* iid, void** result) noexcept {
+        if (iid == nullptr || result == nullptr) return E_INVALIDARG;
+        void* found = nullptr;
+        if (*iid == IComponentUnknown::Id) {
+            found = static_cast<ComponentRoot*>(this);
+        } else {
+            found = T::Queryable::Find(static_cast<T*>(this), *iid);
+        }
+        if (found == nullptr) return E_NOINTERFACE;
+        *result = found;
+        return S_OK;
+    }
+};
+
+// A new T by its interface I, for this module's own code. Failures are thrown as HRX.
+template <class T, class I>
+[[nodiscard]] ComponentPtr<I> Create() {
+    CComponentObject<T>* created = nullptr;
+    HRES hres = CComponentObject<T>::CreateObject(&created);
+    const ComponentPtr<CComponentObject<T>> object(created, true);
+    ComponentPtr<I> result;
+    hres = object.QueryTo(result);
+    return result;
+}
+
+}  // namespace Harbor

@@ -1,0 +1,90 @@
+#include "Common/Components/ComponentsModule.h"
+
+#include "Common/Components/DbgAliveObjectsTracker.h"
+#include "Common/SingletonHolder.h"
+
+namespace Harbor {
+namespace {
+
+constinit SingletonHolder<ComponentsModule> Holder;
+
+// What AddRef and Release answer: the object lives as long as the library is loaded.
+constexpr std::uint32_t NotCounted = 0xFFFFFFFF;
+
+}  // namespace
+
+ComponentsModule& ComponentsModule::Instance() {
+    return Holder.Get();
+}
+
+void ComponentsModule::RegisterClass(const GUID& classId, ClassFactoryFunction factory) {
+    const CriticalSectionGuard guard(classLock_);
+    classes_.emplace(classId, std::move(factory));
+}
+
+void ComponentsModule::UnregisterClass(const GUID& classId) {
+    const CriticalSectionGuard guard(classLock_);
+    classes_.erase(classId);
+}
+
+std::uint32_t ComponentsModule::AddRef() {
+    return NotCounted;
+}
+
+std::uint32_t ComponentsModule::Release() {
+    return NotCounted;
+}
+
+HRESULT ComponentsModule::QueryInterface(const GUID* iid, void** result) {
+    if (iid == nullptr || result == nullptr) return E_INVALIDARG;
+    if (*iid == IComponentUnknown::Id) {
+        *result = static_cast<ComponentsModuleRoot*>(this);
+    } else if (*iid == IComponentsModule::Id) {
+        *result = static_cast<IComponentsModule*>(this);
+    } else {
+        return E_NOINTERFACE;
+    }
+    return S_OK;
+}
+
+HRESULT ComponentsModule::NoOperation() {
+    return S_OK;
+}
+
+HRESULT ComponentsModule::DumpAliveObjects() {
+    DbgAliveObjectsTracker::Instance().Dump();
+    return S_OK;
+}
+
+std::uint32_t ComponentsModule::LockModule() {
+    return lockCount_.fetch_add(1) + 1;
+}
+
+std::uint32_t ComponentsModule::UnlockModule() {
+    return lockCount_.fetch_sub(1) - 1;
+}
+
+HRESULT ComponentsModule::IsModuleLocked(std::int32_t* flag) {
+    if (flag == nullptr) return E_POINTER;
+    *flag = lockCount_.load() != 0 ? 1 : 0;
+    return S_OK;
+}
+
+HRESULT ComponentsModule::CreateInstance(const GUID* classId, const GUID* iid, void** result) {
+    ClassFactoryFunction factory;
+    {
+        const CriticalSectionGuard guard(classLock_);
+        if (const auto found = classes_.find(*classId); found != classes_.end()) factory = found->second;
+    }
+    return factory ? factory(iid, result) : REGDB_E_CLASSNOTREG;
+}
+
+ClassRegistrar::ClassRegistrar(const GUID& classId, ClassFactoryFunction factory) : classId_(classId) {
+    ComponentsModule::Instance().RegisterClass(classId_, std::move(factory));
+}
+
+ClassRegistrar::~ClassRegistrar() {
+    ComponentsModule::Instance().UnregisterClass(classId_);
+}
+
+}  // namespace Harbor

@@ -1,0 +1,64 @@
+#include "Common/Components/DbgAliveObjectsTracker.h"
+
+#include "Common/Format.h"
+#include "Common/Logging/Log.h"
+#include "Common/Settings/SettingsStore.h"
+#include "Platform/Process.h"
+
+namespace Harbor {
+namespace {
+
+constexpr WideChar Section[] = u"Debug";
+constexpr WideChar EnableKey[] = u"EnableAliveObjectsTracking";
+constexpr WideChar FramesToSkipKey[] = u"AliveObjectsTrackingFramesToSkip";
+
+template <class Frames>
+WideString FormatFrames(const Frames& frames) {
+    WideString text;
+    for (const void* frame : frames) text += FormatWide(u"%#p;", frame);
+    if (!text.empty()) text.pop_back();
+    return text;
+}
+
+}  // namespace
+
+DbgAliveObjectsTracker& DbgAliveObjectsTracker::Instance() {
+    static DbgAliveObjectsTracker instance;
+    return instance;
+}
+
+DbgAliveObjectsTracker::DbgAliveObjectsTracker() {
+    if (GetSettingNumberOr(Section, EnableKey, 0) == 0) return;
+    framesToSkip_ = GetSettingNumberOr(Section, FramesToSkipKey, 0);
+    enabled_.store(true);
+}
+
+DbgAliveObjectsTracker::~DbgAliveObjectsTracker() {
+    enabled_.store(false);
+}
+
+void DbgAliveObjectsTracker::AddRecord(const void* object, const char* tag) {
+    Record record;
+    record.tag = tag;
+    Platform::RtlCaptureStackBackTrace(framesToSkip_ + 1, static_cast<Platform::DWORD>(record.frames.size()),
+                                       record.frames.data(), nullptr);
+    const std::lock_guard guard(lock_);
+    records_.insert_or_assign(object, record);
+}
+
+void DbgAliveObjectsTracker::RemoveRecord(const void* object) {
+    const std::lock_guard guard(lock_);
+    records_.erase(object);
+}
+
+void DbgAliveObjectsTracker::Dump() {
+    if (!enabled_.load()) return;
+    const std::lock_guard guard(lock_);
+    if (records_.empty()) return;
+    LOG(Warn, u"Alive component objects: " << records_.size());
+    for (const auto& [object, record] : records_) {
+        LOG(Warn, u"ObjTag='" << record.tag << u"' Ptr=" << object << u" EIPs=" << FormatFrames(record.frames));
+    }
+}
+
+}  // namespace Harbor

@@ -1,0 +1,174 @@
+#include "Common/ErrorHandling.h"
+
+#include <array>
+#include <optional>
+
+#include "Common/ErrorTextCache.h"
+#include "Common/HRes.h"
+#include "Common/Logging/Log.h"
+#include "Common/Settings/ModuleInfo.h"
+#include "Common/Settings/SettingsStore.h"
+#include "Common/SingletonHolder.h"
+#include "Common/Text.h"
+#include "Platform/Errors.h"
+#include "Platform/Messages.h"
+#include "Platform/Modules.h"
+
+namespace Harbor {
+namespace {
+
+constexpr WideChar Section[] = u"ErrorHandling";
+constexpr WideChar MessageFileKey[] = u"MessageFile";
+constexpr WideChar MessageFileDefault[] = u"SharedFaultTexts.dll";
+constexpr WideChar FallbackMessageFileKey[] = u"FallbackMessageFile";
+constexpr std::u16string_view ListSeparators = u",|;";
+constexpr std::u16string_view TextEnd = u" .\r\n";
+constexpr WideChar NoDescription[] = u"<no description>";
+
+// The codes that interfaces define for themselves: facility 4, from 0x200 on.
+constexpr std::uint32_t FirstInterfaceCode = 0x80040200;
+constexpr std::uint32_t BehindInterfaceCodes = 0x80050000;
+constexpr std::uint32_t FacilityWin32 = 7;
+
+std::optional<WideString> AskSource(Platform::DWORD origin, Platform::HMODULE module, std::uint32_t code) {
+    for (const Platform::DWORD language : {Platform::DWORD{Platform::GetUserDefaultLangID()}, Platform::DWORD{0}}) {
+        WideChar* buffer = nullptr;
+        const Platform::DWORD length = Platform::FormatMessageW(
+            Platform::FORMAT_MESSAGE_ALLOCATE_BUFFER | Platform::FORMAT_MESSAGE_IGNORE_INSERTS | origin, module, code,
+            language, reinterpret_cast<WideChar*>(&buffer), 0, nullptr);
+        if (length == 0 || buffer == nullptr) continue;
+        WideString text(buffer, length);
+        Platform::LocalFree(buffer);
+        return text;
+    }
+    return std::nullopt;
+}
+
+std::optional<WideString> AskSystem(std::uint32_t code) {
+    return AskSource(Platform::FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code);
+}
+
+// Set on a thread that is loading message modules. What it has to describe meanwhile, a load failure above all, gets
+// the words of the system alone, since the lists aren't there yet.
+thread_local bool LoadingModules = false;
+
+class LoadingModulesScope {
+public:
+    LoadingModulesScope() noexcept { LoadingModules = true; }
+    LoadingModulesScope(const LoadingModulesScope&) = delete;
+    LoadingModulesScope& operator=(const LoadingModulesScope&) = delete;
+    ~LoadingModulesScope() { LoadingModules = false; }
+};
+
+// The files that carry texts for codes. Loaded when the first code needs them.
+class ErrorMessageModules {
+public:
+    using List = std::array<Platform::HMODULE, 5>;  // filled from the first; null ends it
+
+    static ErrorMessageModules& Instance();
+
+    static std::optional<WideString> Ask(const List& modules, std::uint32_t code) {
+        for (auto module = modules.begin(); module != modules.end() && *module != nullptr; ++module) {
+            if (auto text = AskSource(Platform::FORMAT_MESSAGE_FROM_HMODULE, *module, code)) return text;
+        }
+        return std::nullopt;
+    }
+
+    const List& MessageModules() const noexcept { return messageModules_; }
+    const List& FallbackMessageModules() const noexcept { return fallbackMessageModules_; }
+
+    ErrorMessageModules(const ErrorMessageModules&) = delete;
+    ErrorMessageModules& operator=(const ErrorMessageModules&) = delete;
+
+private:
+    template <class T>
+    friend class Harbor::SingletonHolder;
+
+    ErrorMessageModules() {
+        const LoadingModulesScope loading;
+        try {
+            Load(messageModules_, GetSettingOr(Section, MessageFileKey, MessageFileDefault), true);
+            Load(fallbackMessageModules_, GetSettingOr(Section, FallbackMessageFileKey, u""), false);
+        } catch (const HRX& failure) {
+            LOG(Err, u"Loading error message module(s)" << u" failed: " << failure.Code());
+        }
+    }
+
+    ~ErrorMessageModules() {
+        for (const List* list : {&messageModules_, &fallbackMessageModules_}) {
+            for (const Platform::HMODULE module : *list) {
+                if (module != nullptr) Platform::FreeLibrary(module);
+            }
+        }
+    }
+
+    static void Load(List& list, const WideString& names, bool besideThisModule) {
+        std::size_t count = 0;
+        for (const std::u16string_view item : Split(names, ListSeparators)) {
+            WideString name(item);
+            if (besideThisModule && name.find_first_of(u"\\/") == name.npos) name = ModuleDirectory(OwnModule()) + name;
+            const Platform::HMODULE module = Platform::LoadLibraryExW(
+                name.c_str(), nullptr, Platform::LOAD_LIBRARY_AS_DATAFILE | Platform::LOAD_LIBRARY_AS_IMAGE_RESOURCE);
+            if (module == nullptr) {
+                const HRES failure = HRES::FromWin32Unchecked(Platform::GetLastError());
+                LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << failure);
+            } else if (count < list.size()) {
+                list[count++] = module;
+            } else {
+                LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << u"No more slots");
+                Platform::FreeLibrary(module);
+            }
+        }
+    }
+
+    List messageModules_{};
+    List fallbackMessageModules_{};
+};
+
+constinit SingletonHolder<ErrorMessageModules> ModulesHolder;
+
+ErrorMessageModules& ErrorMessageModules::Instance() {
+    return ModulesHolder.Get();
+}
+
+std::optional<WideString> AskMessageModules(std::uint32_t code) {
+    if (LoadingModules || code < FirstInterfaceCode || code >= BehindInterfaceCodes) return std::nullopt;
+    return ErrorMessageModules::Ask(ErrorMessageModules::Instance().MessageModules(), code);
+}
+
+std::optional<WideString> AskFallbackModules(std::uint32_t code) {
+    if (LoadingModules) return std::nullopt;
+    return ErrorMessageModules::Ask(ErrorMessageModules::Instance().FallbackMessageModules(), code);
+}
+
+std::optional<WideString> AskSystemOrFallback(std::uint32_t code) {
+    auto text = AskSystem(code);
+    return text ? text : AskFallbackModules(code);
+}
+
+std::optional<WideString> AskAllSources(std::uint32_t code) {
+    auto text = AskMessageModules(code);
+    if (!text) text = AskSystemOrFallback(code);
+    const bool isWin32 = ((code >> 16) & 0x1FFF) == FacilityWin32;
+    if (!text && isWin32) text = AskSystemOrFallback(code & 0xFFFF);
+    return text;
+}
+
+}  // namespace
+
+WideString DescribeError(std::uint32_t code) {
+    ErrorTextCache& cache = ErrorTextCache::Instance();
+    WideString text;
+    if (cache.Lookup(code, text)) return text;
+    const auto found = AskAllSources(code);
+    text = found ? WideString(TrimEnd(*found, TextEnd)) : WideString(NoDescription);
+    // A search that had to leave the modules out is no answer for good.
+    if (!LoadingModules) cache.Store(code, text);
+    return text;
+}
+
+void InitializeErrorTexts() {
+    ErrorTextCache::Instance();
+}
+
+}  // namespace Harbor

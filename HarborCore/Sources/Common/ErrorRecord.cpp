@@ -1,0 +1,122 @@
+#include "Common/ErrorRecord.h"
+
+#include <new>
+
+#include "Common/ErrorHandling.h"
+#include "Common/Format.h"
+#include "Common/Text.h"
+
+namespace Harbor {
+namespace {
+
+// A text of the platform that ends with its scope.
+class OwnedBstr {
+public:
+    OwnedBstr() = default;
+    explicit OwnedBstr(std::u16string_view text)
+        : text_(Platform::SysAllocStringLen(text.data(), static_cast<std::uint32_t>(text.size()))) {}
+    OwnedBstr(const OwnedBstr&) = delete;
+    OwnedBstr& operator=(const OwnedBstr&) = delete;
+    ~OwnedBstr() { Platform::SysFreeString(text_); }
+
+    Platform::BSTR* Address() noexcept { return &text_; }
+    Platform::BSTR Get() const noexcept { return text_; }
+    std::u16string_view Text() const noexcept { return {text_, Platform::SysStringLen(text_)}; }
+
+private:
+    Platform::BSTR text_ = nullptr;
+};
+
+// Takes over what the error object says, an own one's text in its parts and a foreign one's as it stands.
+void ReadErrorInfo(Platform::IErrorInfo& errorInfo, ErrorRecord& record) {
+    OwnedBstr description;
+    if (Failed(errorInfo.GetDescription(description.Address())) || description.Text().empty()) return;
+    GUID source{};
+    if (Succeeded(errorInfo.GetGUID(&source)) && source == OwnErrorGuid) {
+        record.Parse(description.Text());
+    } else {
+        record.description = description.Text();
+    }
+}
+
+void AppendFrames(const Frames& frames, WideString& details) {
+    std::size_t count = frames.size();
+    while (count > 0 && frames[count - 1] == nullptr) --count;
+    if (count == 0) return;
+    if (!details.empty()) details += u';';
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0) details += u',';
+        details += FormatWide(u"0x%08p", frames[i]);
+    }
+}
+
+ComponentPtr<Platform::IErrorInfo> MakeErrorInfo(const WideString& text) {
+    ComponentPtr<Platform::ICreateErrorInfo> creation;
+    if (Failed(Platform::CreateErrorInfo(creation.Address()))) return {};
+    const OwnedBstr description(text);
+    if (description.Get() == nullptr || Failed(creation->SetDescription(description.Get()))) return {};
+    if (Failed(creation->SetGUID(&OwnErrorGuid))) return {};
+    ComponentPtr<Platform::IErrorInfo> object;
+    if (Failed(creation.QueryTo(object))) return {};
+    return object;
+}
+
+}  // namespace
+
+ErrorRecord ErrorRecord::Of(const HRES& failure) {
+    const auto code = static_cast<std::uint32_t>(failure.Code());
+    ErrorRecord record;
+    record.code = code;
+    if (failure.ErrorInfo()) ReadErrorInfo(*failure.ErrorInfo().Get(), record);
+    if (record.code != code) record = {};  // the words belong to some other failure
+    record.code = code;
+    if (record.description.empty()) record.description = DescribeError(code);
+    AppendFrames(failure.CodeAddresses(), record.details);
+    return record;
+}
+
+WideString ErrorRecord::Text() const {
+    WideString text = FormatWide(u"0x%08X ", code);
+    text += description;
+    if (!details.empty()) text += FormatWide(u" [%s]", details);
+    text.resize(TrimEnd(text).size());
+    return text;
+}
+
+bool ErrorRecord::Parse(std::u16string_view text) {
+    const ParsedNumber number = ParseNumber(text);
+    if (number.consumed == 0) return false;
+    std::u16string_view words = text.substr(number.consumed);
+    words = words.starts_with(u' ') ? words.substr(1) : std::u16string_view();
+    std::u16string_view addresses;
+    if (words.size() > 1 && words.ends_with(u']')) {
+        if (const std::size_t open = words.rfind(u'['); open != words.npos) {
+            addresses = words.substr(open + 1, words.size() - open - 2);
+            words = TrimEnd(words.substr(0, open));
+        }
+    }
+    *this = {number.value, WideString(words), WideString(addresses)};
+    return true;
+}
+
+WideString HRES::ToText() const {
+    return ErrorRecord::Of(*this).Text();
+}
+
+HRESULT HRES::PublishErrorInfo() const {
+    if (!Failed()) return code_;
+    ComponentPtr<Platform::IErrorInfo> object;
+    try {
+        object = MakeErrorInfo(ToText());
+    } catch (const std::bad_alloc&) {
+        // The caller gets the code without words rather than an exception in place of the code.
+    }
+    Platform::SetErrorInfo(0, object.Get());
+    return code_;
+}
+
+WideStream& operator<<(WideStream& stream, const HRES& result) {
+    return stream << result.ToText();
+}
+
+}  // namespace Harbor

@@ -1,0 +1,21 @@
+// While it lives, the calling thread works under the process's own identity.
+#pragma once
+
+#include "Platform/Types.h"
+
+namespace Harbor {
+
+class ImpersonationRevertGuard {
+public:
+    // Inactive it does nothing at all.
+    explicit ImpersonationRevertGuard(bool active);
+    ImpersonationRevertGuard(const ImpersonationRevertGuard&) = delete;
+    ImpersonationRevertGuard& operator=(const ImpersonationRevertGuard&) = delete;
+    // An identity that can't be restored ends the process: the thread must not go on with rights that aren't its own.
+    ~ImpersonationRevertGuard();
+
+private:
+    Platform::HANDLE token_ = nullptr;  // null: nothing is to be restored
+};
+
+}  // namespace Harbor

@@ -1,0 +1,110 @@
+#include "Common/Logging/LogManager.h"
+
+#include <new>
+
+#include "Common/HRes.h"
+#include "Common/Logging/DebugOutput.h"
+#include "Common/Settings/SettingsStore.h"
+#include "Platform/Process.h"
+
+namespace Harbor {
+namespace {
+
+thread_local std::uint32_t Indentation = 0;
+
+// Version 6.0 of the system or later.
+bool SystemSupportsIndentation() noexcept {
+    Platform::OSVERSIONINFOEXW wanted{.dwMajorVersion = 6, .dwMinorVersion = 0, .wServicePackMajor = 0};
+    std::uint64_t mask = 0;
+    mask = Platform::VerSetConditionMask(mask, Platform::VER_MAJORVERSION, Platform::VER_GREATER_EQUAL);
+    mask = Platform::VerSetConditionMask(mask, Platform::VER_MINORVERSION, Platform::VER_GREATER_EQUAL);
+    mask = Platform::VerSetConditionMask(mask, Platform::VER_SERVICEPACKMAJOR, Platform::VER_GREATER_EQUAL);
+    return Platform::VerifyVersionInfoW(
+               &wanted, Platform::VER_MAJORVERSION | Platform::VER_MINORVERSION | Platform::VER_SERVICEPACKMAJOR,
+               mask) != 0;
+}
+
+}  // namespace
+
+std::uint32_t ThreadIndentation::Depth() noexcept {
+    return Indentation;
+}
+
+void ThreadIndentation::Add(std::int32_t levels) noexcept {
+    if (LogManager::Instance().IsIndentationSupported()) Indentation += static_cast<std::uint32_t>(levels);
+}
+
+LogManager& LogManager::Instance() {
+    static LogManager instance;
+    return instance;
+}
+
+LogManager::LogManager() : indentationSupported_(SystemSupportsIndentation()) {
+    // The store must outlive the manager.
+    SettingsStore::Instance();
+}
+
+bool LogManager::Register(ILogger* logger) {
+    Unregister(logger);
+    for (auto& slot : loggers_) {
+        ILogger* expected = nullptr;
+        if (slot.compare_exchange_strong(expected, logger)) return true;
+    }
+    WriteDebugOutput(u"LogManager: Too many loggers");
+    return false;
+}
+
+void LogManager::Unregister(ILogger* logger) {
+    for (auto& slot : loggers_) {
+        ILogger* expected = logger;
+        slot.compare_exchange_strong(expected, nullptr);
+    }
+}
+
+bool LogManager::IsEnabled(std::uint32_t severity) {
+    if (severity < LogSeverity::Crit) return false;
+    settings_.RefreshIfDue();
+    return severity <= settings_.MaxSeverity();
+}
+
+void LogManager::Write(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
+    const Platform::FILETIME time = LogTimeStamp();
+    const auto depth = indentationSupported_ ? static_cast<std::int32_t>(ThreadIndentation::Depth()) : 0;
+    WideString line;
+    formatter_.Format(line, severity, place, text, depth, &time);
+    for (const auto& slot : loggers_) {
+        if (ILogger* const logger = slot.load()) logger->Write(line.data(), static_cast<std::int32_t>(line.size()));
+    }
+}
+
+bool IsLogEnabled(std::uint32_t severity) {
+    return LogManager::Instance().IsEnabled(severity);
+}
+
+WideString BuildLogText(const LogOperands& operands) {
+    WideStream stream;
+    try {
+        operands.InsertInto(stream);
+    } catch (...) {
+        stream << LogExceptionMark;
+    }
+    return std::move(stream).Text();
+}
+
+void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
+    try {
+        LogManager::Instance().Write(severity, text, place);
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
+}
+
+void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, const SourcePlace& place) {
+    try {
+        LogManager::Instance().Write(severity, BuildLogText(operands), place);
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
+}
+
+}  // namespace Harbor

@@ -1,0 +1,71 @@
+#include "Common/Logging/LogSettings.h"
+
+#include <algorithm>
+#include <new>
+
+#include "Common/HRes.h"
+#include "Common/Settings/DataDirectory.h"
+#include "Common/Settings/Paths.h"
+#include "Common/Text.h"
+#include "Platform/Time.h"
+
+namespace Harbor {
+namespace {
+
+constexpr WideChar Section[] = u"Logger";
+constexpr WideChar MaxSeverityKey[] = u"MaxSeverity";
+constexpr WideChar PathKey[] = u"Path";
+
+}  // namespace
+
+LogSettings::LogSettings() : SettingsSection(Section, 0) {}
+
+void LogSettings::Refresh() try {
+    Clear();
+    maxSeverity_.store(ComputeMaxSeverity(), std::memory_order_relaxed);
+    logDirectoryStale_.store(true, std::memory_order_release);
+    lastRefreshTick_.store(Platform::GetTickCount(), std::memory_order_release);
+} catch (const std::bad_alloc&) {
+    ThrowError(E_OUTOFMEMORY);
+}
+
+std::uint32_t LogSettings::ComputeMaxSeverity() {
+    WideString text;
+    if (!GetString(MaxSeverityKey, text, true)) return LogDefaults.maxSeverity;
+    const auto name =
+        std::find_if(LogSeverityNames.begin(), LogSeverityNames.end(),
+                     [&](std::u16string_view candidate) { return EqualsIgnoreCase(candidate, Trim(text)); });
+    return name == LogSeverityNames.end() ? LogDefaults.maxSeverity
+                                          : static_cast<std::uint32_t>(name - LogSeverityNames.begin());
+}
+
+std::uint32_t LogSettings::GetNumberOr(const WideChar* key, std::uint32_t defaultValue) {
+    RefreshIfDue();
+    std::uint32_t value = 0;
+    return GetNumber(key, value, true) ? value : defaultValue;
+}
+
+WideString LogSettings::GetLogDirectory() {
+    RefreshIfDue();
+    const CriticalSectionGuard guard(directoryLock_);
+    if (logDirectoryStale_.load(std::memory_order_acquire)) {
+        WideString directory = ComputeDirectory();
+        if (directory != logDirectory_) {
+            logDirectory_ = std::move(directory);
+            CreateDirectoryPath(logDirectory_, nullptr, true);
+        }
+        logDirectoryStale_.store(false, std::memory_order_relaxed);
+    }
+    return logDirectory_;
+}
+
+WideString LogSettings::ComputeDirectory() {
+    WideString path;
+    GetStringOr(path, PathKey, LogDefaults.directory, true);
+    WideString directory = ResolveDataPath(path);
+    std::replace(directory.begin(), directory.end(), u'/', u'\\');
+    EnsureTrailingSeparator(directory, u'\\');
+    return directory;
+}
+
+}  // namespace Harbor

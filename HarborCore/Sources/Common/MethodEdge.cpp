@@ -1,0 +1,12 @@
+#include "Common/MethodEdge.h"
+
+namespace Harbor {
+
+void LogMethodFailure(const TracedMethod& method, const HRX& failure) noexcept {
+    try {
+        LOG_AT(method.place, Err, method.name << u" failed: " << failure);
+    } catch (...) {
+    }
+}
+
+}  // namespace Harbor

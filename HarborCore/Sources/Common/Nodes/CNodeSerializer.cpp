@@ -1,0 +1,47 @@
+#include "Common/Nodes/CNodeSerializer.h"
+
+#include <new>
+
+#include "Common/HRes.h"
+
+namespace Harbor {
+
+CNodeSerializer::CNodeSerializer(std::int32_t type, std::uint32_t flags, std::string& out)
+    : sink_([&out](const void* data, std::uint32_t length) { out.append(static_cast<const char*>(data), length); }) {
+    HRES hres = AcnStartSerialization(type, flags, &OnBlock, this, &context_);
+}
+
+CNodeSerializer::~CNodeSerializer() {
+    AcnCloseSerializationContext(context_);
+}
+
+void CNodeSerializer::SerializeNodes(const AcnHandle* nodes, std::uint32_t count, std::uint32_t depth) {
+    HRES hres = AcnSerializeNodes(context_, nodes, count, depth);
+}
+
+void CNodeSerializer::Finalize() {
+    HRES hres = AcnFinalizeSerialization(context_);
+}
+
+HRESULT CNodeSerializer::OnBlock(const void* data, std::uint32_t length, void* user) {
+    try {
+        static_cast<const CNodeSerializer*>(user)->sink_(data, length);
+    } catch (const HRX& failure) {
+        return failure.Code();
+    } catch (const std::bad_alloc&) {
+        // The store is C: no other exception may cross it.
+        return E_OUTOFMEMORY;
+    }
+    return S_OK;
+}
+
+std::string NodesToText(const AcnHandle* nodes, std::uint32_t count, std::uint32_t flags, std::uint32_t depth) {
+    std::string text;
+    CNodeSerializer serializer(NodeTextSerialization, flags, text);
+    if (count != 0) serializer.SerializeNodes(nodes, count, depth);
+    serializer.Finalize();
+    if (text.ends_with('\0')) text.pop_back();
+    return text;
+}
+
+}  // namespace Harbor

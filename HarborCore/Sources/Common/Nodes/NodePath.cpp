@@ -1,0 +1,42 @@
+#include "Common/Nodes/NodePath.h"
+
+#include <algorithm>
+
+namespace Harbor {
+namespace {
+
+constexpr WideChar Separator = u'\\';
+constexpr std::size_t ShortestPrefix = 2;  // a backslash and one character
+
+bool StandsAtElementEnd(std::u16string_view path, std::size_t at) noexcept {
+    return at >= path.size() || path[at] == Separator;
+}
+
+// Where what the two paths have in common ends: at the last backslash seen in common, or at the first difference if
+// both stand at the end of an element there.
+std::size_t CommonPrefix(std::u16string_view own, std::u16string_view path) noexcept {
+    std::size_t prefix = 0;
+    std::size_t at = 1;
+    for (; at < own.size() && at < path.size() && own[at] == path[at]; ++at) {
+        if (own[at] == Separator) prefix = at;
+    }
+    return StandsAtElementEnd(own, at) && StandsAtElementEnd(path, at) ? at : prefix;
+}
+
+std::u16string_view Behind(std::u16string_view path, std::size_t prefix) noexcept {
+    path.remove_prefix(std::min(prefix, path.size()));
+    if (path.starts_with(Separator)) path.remove_prefix(1);
+    return path;
+}
+
+}  // namespace
+
+NodePathWalk WalkBetween(std::u16string_view own, std::u16string_view path) noexcept {
+    const std::size_t prefix = CommonPrefix(own, path);
+    if (prefix < ShortestPrefix) return {};
+    const std::u16string_view up = Behind(own, prefix);
+    const auto separators = static_cast<std::size_t>(std::count(up.begin(), up.end(), Separator));
+    return {true, separators + (up.empty() ? 0 : 1), Behind(path, prefix)};
+}
+
+}  // namespace Harbor

@@ -1,0 +1,60 @@
+#include "Common/Settings/Paths.h"
+
+#include <algorithm>
+
+#include "Common/HRes.h"
+#include "Common/Text.h"
+#include "Platform/Errors.h"
+#include "Platform/Files.h"
+
+namespace Harbor {
+namespace {
+
+constexpr std::u16string_view Separators = u"\\/";
+constexpr std::size_t LongestPath = 260;  // the least room that PathCombineW asks for
+
+bool IsSeparator(WideChar c) noexcept {
+    return Separators.find(c) != Separators.npos;
+}
+
+void CreateIfMissing(const WideString& directory, void* security, bool ignoreErrors) {
+    if (Platform::GetFileAttributesW(directory.c_str()) != Platform::INVALID_FILE_ATTRIBUTES) return;
+    const Platform::DWORD error = Platform::GetLastError();
+    if (error != Platform::ERROR_FILE_NOT_FOUND && error != Platform::ERROR_PATH_NOT_FOUND) return;
+    const HRES created = HRES::FromBoolUnchecked(Platform::CreateDirectoryW(directory.c_str(), security));
+    if (!ignoreErrors) created.ThrowIfFailed();
+}
+
+}  // namespace
+
+bool IsRelativePath(std::u16string_view path) noexcept {
+    if (path.empty()) return true;
+    return !IsSeparator(path[0]) && !(path.size() > 1 && path[1] == u':');
+}
+
+void EnsureTrailingSeparator(WideString& path, WideChar separator) {
+    if (!path.empty() && !IsSeparator(path.back())) path += separator;
+}
+
+std::vector<WideString> SplitPath(std::u16string_view path) {
+    const auto pieces = Split(path, Separators);
+    return {pieces.begin(), pieces.end()};
+}
+
+WideString CombinePath(const WideString& base, const WideString& rest) {
+    if (rest.empty()) return base;
+    WideString combined(std::max(base.size() + rest.size() + 2, LongestPath), u'\0');
+    HRES::FromBool(Platform::PathCombineW(combined.data(), base.c_str(), rest.c_str()) != nullptr);
+    combined.resize(combined.find(u'\0'));
+    return combined;
+}
+
+void CreateDirectoryPath(const WideString& path, void* security, bool ignoreErrors) {
+    for (std::size_t at = path.find_first_of(Separators, 1); at != path.npos;
+         at = path.find_first_of(Separators, at + 1)) {
+        CreateIfMissing(path.substr(0, at), security, ignoreErrors);
+    }
+    CreateIfMissing(path, security, ignoreErrors);
+}
+
+}  // namespace Harbor

@@ -1,0 +1,97 @@
+#include "Common/Settings/SettingsSource.h"
+
+#include <optional>
+
+#include "Common/Settings/ModuleInfo.h"
+#include "Common/Text.h"
+#include "Platform/Environment.h"
+#include "Platform/Errors.h"
+
+namespace Harbor {
+namespace {
+
+constexpr WideChar GlobalIniVariable[] = u"GLOBAL_SETTINGS_INI";
+constexpr WideChar GlobalIniName[] = u"GlobalSettings.ini";
+constexpr std::size_t FirstBufferSize = 260;
+
+const WideChar* SectionName(const WideChar* section) noexcept {
+    return section == nullptr ? GeneralSection : section;
+}
+
+std::optional<WideString> ReadEnvironmentVariable(const WideChar* name) {
+    Platform::DWORD size = Platform::GetEnvironmentVariableW(name, nullptr, 0);
+    if (size == 0) return std::nullopt;
+    // Another thread may change the variable between the question for its size and the read.
+    WideString value;
+    Platform::DWORD length = size;
+    while (length >= size) {
+        size = length + 1;
+        value.resize(size);
+        length = Platform::GetEnvironmentVariableW(name, value.data(), size);
+    }
+    value.resize(length);
+    return value;
+}
+
+HRESULT ReadIniKey(const WideChar* section, const WideChar* key, const WideString& file, WideString& value) {
+    WideString buffer(FirstBufferSize, u'\0');
+    for (;;) {
+        const auto size = static_cast<Platform::DWORD>(buffer.size());
+        const auto length = Platform::GetPrivateProfileStringW(section, key, u"", buffer.data(), size, file.c_str());
+        if (length == 0) return NOT_FOUND;
+        if (length < size - 1) {
+            value = Trim({buffer.data(), length});
+            return S_OK;
+        }
+        buffer.resize(buffer.size() * 2);
+    }
+}
+
+std::vector<WideString> IniFiles() {
+    const Platform::HMODULE own = OwnModule();
+    const WideString exeDirectory = ModuleDirectory(nullptr);
+    std::vector<WideString> files{exeDirectory + ModuleName(nullptr, true) + u".ini"};
+    const bool isMain = IsMainModule(own);
+    if (!isMain) files.push_back(exeDirectory + ModuleName(own, true) + u".ini");
+    files.push_back(exeDirectory + GlobalIniName);
+    if (const WideString directory = ModuleDirectory(own); !isMain && directory != exeDirectory) {
+        files.push_back(directory + ModuleName(own, true) + u".ini");
+        files.push_back(directory + GlobalIniName);
+    }
+    return files;
+}
+
+}  // namespace
+
+HRESULT SettingsSource::GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) {
+    WideString text;
+    if (const HRESULT code = GetString(section, key, text); Failed(code)) return code;
+    const ParsedNumber number = ParseNumber(text);
+    if (number.consumed == 0 || number.consumed != text.size()) return E_INVALIDARG;
+    value = number.value;
+    return S_OK;
+}
+
+HRESULT EnvironmentSettingsSource::GetString(const WideChar* section, const WideChar* key, WideString& value) {
+    const WideString name = WideString(u"GS_") + SectionName(section) + u"_" + key;
+    const std::optional<WideString> text = ReadEnvironmentVariable(name.c_str());
+    if (!text) return NOT_FOUND;
+    value = Trim(*text);
+    return S_OK;
+}
+
+IniSettingsSource::IniSettingsSource() : files_(IniFiles()) {}
+
+HRESULT IniSettingsSource::GetString(const WideChar* section, const WideChar* key, WideString& value) {
+    section = SectionName(section);
+    HRESULT code = NOT_FOUND;
+    if (const std::optional<WideString> global = ReadEnvironmentVariable(GlobalIniVariable)) {
+        code = ReadIniKey(section, key, *global, value);
+    }
+    for (auto file = files_.begin(); Failed(code) && file != files_.end(); ++file) {
+        code = ReadIniKey(section, key, *file, value);
+    }
+    return code;
+}
+
+}  // namespace Harbor

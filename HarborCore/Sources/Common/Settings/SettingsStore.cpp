@@ -1,0 +1,76 @@
+#include "Common/Settings/SettingsStore.h"
+
+#include "Common/HRes.h"
+#include "Common/SingletonHolder.h"
+
+namespace Harbor {
+namespace {
+
+constinit SingletonHolder<SettingsStore> Holder;
+
+}  // namespace
+
+SettingsStore& SettingsStore::Instance() {
+    return Holder.Get();
+}
+
+SettingsStore::SettingsStore() {
+    static RegisteredSource<IniSettingsSource> iniFiles(*this, false);
+    static RegisteredSource<EnvironmentSettingsSource> environment(*this, false);
+}
+
+void SettingsStore::AddSource(ISettingsSource& source) {
+    const CriticalSectionGuard guard(lock_);
+    try {
+        sources_.push_back(&source);
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
+}
+
+void SettingsStore::RemoveSource(ISettingsSource& source) {
+    const CriticalSectionGuard guard(lock_);
+    std::erase(sources_, &source);
+}
+
+template <class Ask>
+HRESULT SettingsStore::AskSources(Ask ask) {
+    const CriticalSectionGuard guard(lock_);
+    for (auto source = sources_.rbegin(); source != sources_.rend(); ++source) {
+        const HRESULT code = ask(**source);
+        if (Succeeded(code) || code == E_ABORT) return code;
+    }
+    return NOT_FOUND;
+}
+
+HRESULT SettingsStore::GetString(const WideChar* section, const WideChar* key, WideString& value) {
+    return AskSources([&](ISettingsSource& source) { return source.GetString(section, key, value); });
+}
+
+HRESULT SettingsStore::GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) {
+    return AskSources([&](ISettingsSource& source) { return source.GetNumber(section, key, value); });
+}
+
+HRESULT GetSetting(const WideChar* section, const WideChar* key, WideString& value) {
+    return SettingsStore::Instance().GetString(section, key, value);
+}
+
+HRESULT GetSettingNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) {
+    return SettingsStore::Instance().GetNumber(section, key, value);
+}
+
+bool HasSetting(const WideChar* section, const WideChar* key, WideString& value) {
+    return Succeeded(GetSetting(section, key, value));
+}
+
+WideString GetSettingOr(const WideChar* section, const WideChar* key, const WideChar* defaultValue) {
+    WideString value;
+    return HasSetting(section, key, value) ? value : WideString(defaultValue);
+}
+
+std::uint32_t GetSettingNumberOr(const WideChar* section, const WideChar* key, std::uint32_t defaultValue) {
+    std::uint32_t value = 0;
+    return Succeeded(GetSettingNumber(section, key, value)) ? value : defaultValue;
+}
+
+}  // namespace Harbor

@@ -1,0 +1,44 @@
+#include "Common/WideStream.h"
+
+#include <cstdio>
+
+#include "Common/Format.h"
+#include "Common/Text.h"
+
+namespace Harbor {
+
+WideStream& WideStream::operator<<(const char* text) {
+    return text == nullptr ? *this << u"(null)" : *this << FromUtf8(text);
+}
+
+WideStream& WideStream::operator<<(double value) {
+    char digits[32];
+    std::snprintf(digits, sizeof(digits), "%g", value);
+    return *this << digits;
+}
+
+WideStream& WideStream::operator<<(const void* pointer) {
+    return *this << FormatWide(u"%p", pointer);
+}
+
+WideStream& WideStream::operator<<(std::ios_base& (*manipulator)(std::ios_base&)) noexcept {
+    base_ = manipulator == static_cast<std::ios_base& (*)(std::ios_base&)>(std::hex)   ? 16
+            : manipulator == static_cast<std::ios_base& (*)(std::ios_base&)>(std::oct) ? 8
+                                                                                       : 10;
+    return *this;
+}
+
+WideStream& WideStream::AppendNumber(std::uint64_t magnitude, bool negative) {
+    WideChar digits[24];
+    WideChar* at = std::end(digits);
+    do {
+        const auto digit = static_cast<unsigned>(magnitude % base_);
+        *--at = static_cast<WideChar>(digit < 10 ? u'0' + digit : u'a' + digit - 10);
+        magnitude /= base_;
+    } while (magnitude != 0);
+    if (negative) *--at = u'-';
+    text_.append(at, std::end(digits));
+    return *this;
+}
+
+}  // namespace Harbor

@@ -1,0 +1,59 @@
+// The stream of a log statement: 16-bit text with the default formatting of the standard library's streams. Out of
+// memory leaves an insertion as std::bad_alloc.
+#pragma once
+
+#include <concepts>
+#include <ios>
+#include <string_view>
+#include <utility>
+
+#include "Harbor/Types.h"
+
+namespace Harbor {
+
+class WideStream {
+public:
+    WideStream& operator<<(std::u16string_view text) {
+        text_.append(text);
+        return *this;
+    }
+    WideStream& operator<<(const WideString& text) { return *this << std::u16string_view(text); }
+    WideStream& operator<<(const WideChar* text) {  // null prints "(null)"
+        return *this << (text == nullptr ? std::u16string_view(u"(null)") : std::u16string_view(text));
+    }
+    WideStream& operator<<(WideChar c) {
+        text_.push_back(c);
+        return *this;
+    }
+    WideStream& operator<<(const char* text);  // UTF-8; null prints "(null)"
+
+    WideStream& operator<<(bool value) { return *this << (value ? u'1' : u'0'); }
+    WideStream& operator<<(double value);
+    template <std::integral T>
+    WideStream& operator<<(T value) {
+        if constexpr (std::signed_integral<T>) {
+            if (base_ == 10) return AppendNumber(Magnitude(value), value < 0);
+        }
+        return AppendNumber(static_cast<std::make_unsigned_t<T>>(value), false);
+    }
+
+    // 16 upper-case hexadecimal digits, whatever the base.
+    WideStream& operator<<(const void* pointer);
+
+    // std::dec, std::hex and std::oct set the base of the numbers behind them.
+    WideStream& operator<<(std::ios_base& (*manipulator)(std::ios_base&)) noexcept;
+
+    const WideString& Text() const& noexcept { return text_; }
+    WideString Text() && noexcept { return std::move(text_); }
+
+private:
+    static std::uint64_t Magnitude(std::int64_t value) noexcept {
+        return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+    }
+    WideStream& AppendNumber(std::uint64_t magnitude, bool negative);
+
+    WideString text_;
+    unsigned base_ = 10;
+};
+
+}  // namespace Harbor
