@@ -1,0 +1,64 @@
+#include "Subsystems/ActionManager/ActionImpl.h"
+
+#include "Common/MethodEdge.h"
+
+namespace DataCollection {
+
+using namespace Harbor;
+
+HRESULT ActionImpl::GetType(GUID* type) {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionImpl::GetType"), [&] {
+        if (name_.empty()) return E_UNEXPECTED;
+        *type = actionTypeId_;
+        return S_OK;
+    });
+}
+
+HRESULT ActionImpl::GetName(WideString* name) {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionImpl::GetName"), [&] {
+        if (name_.empty()) return E_UNEXPECTED;
+        *name = name_;
+        return S_OK;
+    });
+}
+
+HRESULT ActionImpl::SetNameAndType(const WideString& name, const GUID& type) {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionImpl::SetNameAndType"), [&] {
+        if (name.empty() || type == GUID{}) return E_INVALIDARG;
+        actionTypeId_ = type;
+        name_ = name;
+        return S_OK;
+    });
+}
+
+HRESULT ActionImpl::IsDisposed(bool* disposed) {
+    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::IsDisposed");
+    *disposed = attachedSubscriptions_.load() == 0;
+    return S_OK;
+}
+
+HRESULT ActionImpl::OnSubscriptionAttached() {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionAttached");
+    ++attachedSubscriptions_;
+    return S_OK;
+}
+
+HRESULT ActionImpl::OnSubscriptionDisposed() {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionDisposed");
+    --attachedSubscriptions_;
+    return S_OK;
+}
+
+HRESULT ActionImpl::SetTriggered(bool triggered) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::SetTriggered");
+    triggered_.store(triggered);
+    return S_OK;
+}
+
+HRESULT ActionImpl::GetTriggered(bool* triggered) {
+    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::GetTriggered");
+    *triggered = triggered_.load();
+    return S_OK;
+}
+
+}  // namespace DataCollection

@@ -1,0 +1,34 @@
+// The object that stands for one action: a name, a mark that waits for delivery, and the count of the subscriptions
+// that hold it. An action with no subscription counts as disposed.
+#pragma once
+
+#include "Common/Components/CComponentObject.h"
+#include "DataCollection/Action.h"
+
+namespace DataCollection {
+
+class ActionImpl : public Harbor::ComponentRoot, public IAction, public IActionControl {
+public:
+    static constexpr const char* Tag = "CComponentObject<class DataCollection::ActionImpl>::CComponentObject";
+    using Queryable = Harbor::InterfaceList<IAction, IActionControl>;
+
+    HRESULT GetType(GUID* type) override;
+    HRESULT GetName(WideString* name) override;
+
+    HRESULT SetNameAndType(const WideString& name, const GUID& type) override;
+    HRESULT IsDisposed(bool* disposed) override;
+    HRESULT OnSubscriptionAttached() override;
+    HRESULT OnSubscriptionDisposed() override;
+    HRESULT SetTriggered(bool triggered) override;
+    HRESULT GetTriggered(bool* triggered) override;
+
+private:
+    // Set once by the creator before the action is shared.
+    GUID actionTypeId_{};
+    WideString name_;  // empty: not set up yet
+
+    std::atomic<std::uint32_t> attachedSubscriptions_{0};
+    std::atomic<bool> triggered_{false};
+};
+
+}  // namespace DataCollection

@@ -1,0 +1,133 @@
+#include "Subsystems/ActionManager/ActionManager.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "Common/MethodEdge.h"
+#include "Common/Nodes/NodeDump.h"
+#include "Platform/Errors.h"
+#include "Subsystems/ActionManager/ActionManagerSettings.h"
+#include "Subsystems/ActionManager/ActionSubscription.h"
+
+namespace DataCollection::ActionManagement {
+
+using namespace Harbor;
+
+namespace {
+
+// The standard library tells a thread that the system refused as one of these; anything else is the system's own code.
+HRESULT CodeOfRefusedThread(const std::system_error& failure) noexcept {
+    if (failure.code() == std::errc::resource_unavailable_try_again) {
+        return HResultFromWin32(Platform::ERROR_MAX_THRDS_REACHED);
+    }
+    if (failure.code() == std::errc::not_enough_memory) return E_OUTOFMEMORY;
+    return HResultFromWin32(static_cast<std::uint32_t>(failure.code().value()));
+}
+
+// By doubling, as an insertion at the end would.
+template <class Entry>
+void ReserveForOneMore(std::vector<Entry>& entries) {
+    if (entries.size() == entries.capacity()) entries.reserve(std::max<std::size_t>(2 * entries.capacity(), 8));
+}
+
+}  // namespace
+
+HRESULT ActionManager::Configure(AcnHandle config) {
+    bool alreadyConfigured = false;
+    if (!configured_.compare_exchange_strong(alreadyConfigured, true)) return S_OK;
+
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::Configure"), [&] {
+        if (config == nullptr) {
+            LOG(Err, u"ActionManager configuration is NULL");
+            ThrowError(E_FAIL);
+        }
+        const ACNode node(config, false);
+        LOG(Dbg, u"ActionManager configuration: " << node);
+        GlobalSettings::Instance()->Load(node);
+        Initialize();
+        return S_OK;
+    });
+}
+
+void ActionManager::Initialize() {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Initialize");
+    const std::lock_guard guard(stateLock_);
+    if (running_) return;
+    running_ = true;
+    try {
+        worker_ = std::thread(&ActionManager::Start, this);
+    } catch (const std::system_error& failure) {
+        running_ = false;
+        ThrowError(CodeOfRefusedThread(failure));
+    }
+}
+
+void ActionManager::Start() {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Start");
+    const std::chrono::milliseconds interval{GlobalSettings::Instance()->PollingIntervalInMilliseconds()};
+    for (;;) {
+        std::unique_lock lock(stateLock_);
+        const auto deadline = std::chrono::steady_clock::now() + interval;
+        if (stopSignal_.wait_until(lock, deadline, [this] { return !running_; })) return;
+        const TimePoint now = CurrentTime();
+        OnTimerEvent(now);
+    }
+}
+
+void ActionManager::Stop() {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Stop");
+    {
+        const std::lock_guard guard(stateLock_);
+        if (!running_) return;
+        running_ = false;
+    }
+    stopSignal_.notify_all();
+    worker_.join();
+}
+
+void ActionManager::FinalRelease() {
+    constexpr WideChar name[] = u"DataCollection::ActionManagement::ActionManager::FinalRelease";
+    try {
+        TRACE_FUNCTION(Dbg, name);
+        Stop();
+    } catch (const HRX& failure) {
+        LOG(Err, name << u" failed: " << failure);
+        LOG(Err, failure);
+    }
+}
+
+HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const TimedActionSettings* schedule,
+                                              IActionSubscription** subscription) {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::SubscribeRegularAction"),
+                      [&] {
+                          if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
+                          const auto action = std::make_shared<TimedAction>(*schedule);
+                          auto created = CreateSubscription(listener, {{action->GetAction(), false}});
+                          {
+                              const std::lock_guard guard(registryLock_);
+                              regularActions_.push_back(action);
+                          }
+                          *subscription = created.Detach();
+                          return S_OK;
+                      });
+}
+
+ComponentPtr<IActionSubscription> ActionManager::CreateSubscription(
+    IActionListener* listener, const std::vector<ComponentPtr<IActionControl>>& actions) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::CreateSubscription");
+    const auto control = Create<ActionSubscription, IActionSubscriptionControl>();
+    HRES hres = control->SetListener(listener);
+    for (const auto& action : actions) hres = control->SetAction(action.Get());
+    auto subscription = control.QueryOrThrow<IActionSubscription>();
+    {
+        const std::lock_guard guard(registryLock_);
+        ReserveForOneMore(subscriptions_);
+        // The cycle must not allocate: the room for its snapshot grows here, in step with the registry.
+        if (snapshotRoom_.capacity() < subscriptions_.capacity()) snapshotRoom_.reserve(subscriptions_.capacity());
+        subscriptions_.push_back(control);
+    }
+    LOG(Dbg, u"Subscription '" << subscription.Get() << u"' created. Subscription ID: '" << control.Get() << u"'.");
+    return subscription;
+}
+
+}  // namespace DataCollection::ActionManagement

@@ -1,0 +1,44 @@
+#include "Subsystems/ActionManager/ActionManagerSettings.h"
+
+#include <atomic>
+
+#include "Common/Guards.h"
+#include "Common/Logging/FunctionTrace.h"
+
+namespace DataCollection::ActionManagement {
+
+using namespace Harbor;
+
+namespace {
+
+constexpr WideChar PollingIntervalAttribute[] = u"PollingIntervalInMilliseconds";
+
+ReaderWriterLock SettingsLock;
+std::atomic<bool> Created{false};
+std::shared_ptr<GlobalSettings> Singleton;
+
+}  // namespace
+
+const std::shared_ptr<GlobalSettings>& GlobalSettings::Instance() {
+    if (Created.load()) return Singleton;
+    const ExclusiveGuard guard(SettingsLock);
+    if (!Created.load()) {
+        Singleton = std::make_shared<GlobalSettings>();
+        Created.store(true);
+    }
+    return Singleton;
+}
+
+void GlobalSettings::Load(const ACNode& node) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::GlobalSettings::Load");
+    const ExclusiveGuard guard(SettingsLock);
+    pollingIntervalInMilliseconds_ = node.GetUInt32(PollingIntervalAttribute);
+}
+
+std::uint32_t GlobalSettings::PollingIntervalInMilliseconds() const {
+    TRACE_FUNCTION(Dbg3, u"DataCollection::ActionManagement::GlobalSettings::PollingIntervalInMilliseconds");
+    const SharedGuard guard(SettingsLock);
+    return pollingIntervalInMilliseconds_;
+}
+
+}  // namespace DataCollection::ActionManagement

@@ -1,0 +1,124 @@
+#include "Subsystems/ActionManager/ActionSubscription.h"
+
+#include "Common/MethodEdge.h"
+
+namespace DataCollection::ActionManagement {
+
+using namespace Harbor;
+
+// The beginning of most lines: this subscription by its two views.
+WideString ActionSubscription::LogPrefix() {
+    WideStream stream;
+    stream << u"Subscription '" << static_cast<IActionSubscription*>(this) << u"' Subscription ID '"
+           << static_cast<IActionSubscriptionControl*>(this);
+    return std::move(stream).Text();
+}
+
+ActionSubscription::~ActionSubscription() {
+    try {
+        LOG(Dbg, LogPrefix() << u"' is deleted.");
+    } catch (...) {
+        // A line that can't be written doesn't keep an object from ending.
+    }
+}
+
+HRESULT ActionSubscription::SetListener(IActionListener* listener) {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::SetListener"), [&] {
+        if (listener == nullptr) ThrowError(E_POINTER);
+        listener_.Reset(listener);
+        return S_OK;
+    });
+}
+
+HRESULT ActionSubscription::SetAction(IActionControl* action) {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::SetAction"), [&] {
+        if (action == nullptr) ThrowError(E_POINTER);
+        const std::lock_guard guard(actionsLock_);
+        actions_.reserve(actions_.size() + 1);
+        HRES hres = action->OnSubscriptionAttached();
+        actions_.emplace_back(action, false);
+        LOG(Dbg, LogPrefix() << u"'. Attached action '" << action << u"'");
+        return S_OK;
+    });
+}
+
+HRESULT ActionSubscription::IsAlive(bool* alive) {
+    return MethodEdge(TRACED_METHOD(Dbg2, "DataCollection::ActionManagement::ActionSubscription::IsAlive"), [&] {
+        const std::unique_lock lock(actionsLock_, std::try_to_lock);
+        *alive = !lock.owns_lock() || alive_;
+        return S_OK;
+    });
+}
+
+HRESULT ActionSubscription::TriggerActionsIfNeeded() {
+    return MethodEdge(
+        TRACED_METHOD(Dbg2, "DataCollection::ActionManagement::ActionSubscription::TriggerActionsIfNeeded"), [&] {
+            // The copy keeps the listener alive through the calls even if Unsubscribe lets it go meanwhile.
+            const ComponentPtr<IActionListener> listener = [this] {
+                const std::lock_guard guard(listenerLock_);
+                return listener_;
+            }();
+            const std::unique_lock lock(actionsLock_);
+            if (alive_ && started_ && listener) DeliverMarkedActions(*listener.Get());
+            if (unsubscribeRequested_.load()) UnsubscribeInternal(lock);
+            return S_OK;
+        });
+}
+
+void ActionSubscription::DeliverMarkedActions(IActionListener& listener) {
+    for (const auto& action : actions_) {
+        if (unsubscribeRequested_.load()) break;
+        bool triggered = false;
+        action->GetTriggered(&triggered);
+        if (triggered) Deliver(action, listener);
+    }
+}
+
+void ActionSubscription::Deliver(const ComponentPtr<IActionControl>& action, IActionListener& listener) {
+    LOG(Dbg, LogPrefix() << u"'. Attached action '" << action.Get() << u"' becomes triggered.");
+    const auto view = action.QueryOrThrow<IAction>();
+    listener.OnActionTriggered(this, view.Get());
+    action->SetTriggered(false);
+}
+
+HRESULT ActionSubscription::Start() {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::Start"), [&] {
+        const std::lock_guard guard(actionsLock_);
+        LOG(Dbg, LogPrefix() << u"'. starting.");
+        if (alive_) {
+            started_ = true;
+            return S_OK;
+        }
+        LOG(Err, u"Subscription started, but subscriber has not subscribed");
+        return E_FAIL;
+    });
+}
+
+HRESULT ActionSubscription::Unsubscribe() {
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::Unsubscribe"), [&] {
+        // The listener is let go outside the lock: its end may come back to this subscription.
+        ComponentPtr<IActionListener> dropped;
+        {
+            const std::lock_guard guard(listenerLock_);
+            dropped = std::move(listener_);
+        }
+        dropped.Reset();
+        LOG(Dbg, LogPrefix() << u"'. will be unsubscribed.");
+        unsubscribeRequested_.store(true);
+        return S_OK;
+    });
+}
+
+void ActionSubscription::UnsubscribeInternal(const std::unique_lock<std::mutex>& lock) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::UnsubscribeInternal");
+    if (!lock.owns_lock() || lock.mutex() != &actionsLock_) ThrowError(E_INVALIDARG);
+    LOG(Dbg, LogPrefix() << u"'. unsubscribed.");
+    alive_ = false;
+    for (const auto& action : actions_) {
+        LOG(Dbg2, u"Action '" << action.Get() << u"' OnSubscriptionDisposed");
+        action->OnSubscriptionDisposed();
+    }
+    actions_.clear();
+}
+
+}  // namespace DataCollection::ActionManagement

@@ -1,0 +1,139 @@
+// Commands of the configuration service: the watch of a command point, and the road of a command to its actions.
+#include "Common/MethodEdge.h"
+#include "Common/Nodes/NodeDump.h"
+#include "ModuleBroker/ModuleBroker.h"
+#include "Subsystems/ActionManager/ActionManager.h"
+#include "Subsystems/ActionManager/ConfigServiceLookup.h"
+
+namespace DataCollection::ActionManagement {
+
+using namespace Harbor;
+
+namespace {
+
+constexpr WideChar WatchedRoot[] = u"\\Commands\\ManagedObjectsDataCollectionCommand";
+constexpr WideChar ParameterNodeName[] = u"SubscribeConfig";
+constexpr WideChar ChangesMaskAttribute[] = u"ChangesMask";
+constexpr WideChar SubscribeOptionsAttribute[] = u"SubscribeOptions";
+constexpr std::int32_t AllChanges = 31;  // the service's bits, passed as they are
+constexpr std::int32_t WatchOptions = 6;
+constexpr std::int32_t OptionBit0 = 1;
+constexpr std::int64_t EveryLevel = 0x7FFFFFFF;
+
+constexpr WideChar CommandAttribute[] = u"Command";
+constexpr WideChar StartCommand[] = u"Start";
+constexpr WideChar StopCommand[] = u"Stop";
+
+bool IsForcedCommandValid(const ACNode& node) {
+    WideString command;
+    if (!node.TryGetText(CommandAttribute, command)) {
+        LOG(Warn, u"Empty attribute: '" << CommandAttribute << u"'.");
+        return false;
+    }
+    if (command == StartCommand || command == StopCommand) return true;
+    LOG(Warn, u"Unknown command: '" << command << u"'.");
+    return false;
+}
+
+ACNode MakeParameterNode(bool withOptionBit0) {
+    ACNode parameters;
+    parameters.Create(ParameterNodeName, nullptr);
+    parameters.SetInt32(ChangesMaskAttribute, AllChanges);
+    parameters.SetInt32(SubscribeOptionsAttribute, withOptionBit0 ? WatchOptions | OptionBit0 : WatchOptions);
+    return parameters;
+}
+
+}  // namespace
+
+ComponentPtr<IACConfigService> GetConfigService() {
+    ComponentPtr<IACConfigService> service;
+    HRES hres = MBGetNamedInstance(ConfigServiceInstanceName, nullptr, &IACConfigService::Id,
+                                   reinterpret_cast<void**>(service.Address()));
+    return service;
+}
+
+HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const ForcedActionConfig* config,
+                                             IActionSubscription** subscription) {
+    return MethodEdge(
+        TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::SubscribeForcedAction"), [&] {
+            if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
+            const ForcedEntry entry = CreateForcedActions(*config);
+            auto created = CreateSubscription(listener, {entry.actions->StartAction(), entry.actions->StopAction()});
+            {
+                const std::lock_guard guard(registryLock_);
+                forcedSubscriptions_.emplace(entry.subscription.Get(), entry);
+            }
+            HRES hres = entry.subscription->Start();
+            LOG(Dbg, u"Started forced action IACModifySubscription: '" << entry.subscription.Get() << u"' .");
+            *subscription = created.Detach();
+            return S_OK;
+        });
+}
+
+ActionManager::ForcedEntry ActionManager::CreateForcedActions(const ForcedActionConfig& config) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::CreateForcedActions");
+    const WideString path = WideString(WatchedRoot) + u"\\" + config.ParentName + u"\\" + config.LeafName;
+    ForcedEntry entry;
+    SubscribeToConfigurationChanges(path, entry.subscription, config.WithOptionBit0);
+    LOG(Dbg, u"Create forced action. IACModifySubscription: '" << entry.subscription.Get() << u"' .");
+    entry.actions = std::make_shared<ForcedActions>();
+    return entry;
+}
+
+void ActionManager::SubscribeToConfigurationChanges(const WideString& path,
+                                                    ComponentPtr<IACModifySubscription>& subscription,
+                                                    bool withOptionBit0) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::SubscribeToConfigurationChanges");
+    const FilterByPathNode filter(path, false, EveryLevel);
+    const ACNode parameters = MakeParameterNode(withOptionBit0);
+    const ComponentPtr<IACConfigService> service = GetConfigService();
+    HRES hres = service->AddSubscription(filter.Handle(), parameters.Handle(), this, subscription.Address());
+}
+
+HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*kind*/,
+                                   IACNodeModifyEnum* modifications) {
+    LOG(Dbg, u"Forced action update received. IACModifySubscription: '" << subscription << u"'.");
+    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::OnTriggered"), [&] {
+        ForEachModifiedNode(modifications, [&](ModifiedNode& record) {
+            if (IsForcedCommandValid(record.node)) {
+                record.node = record.node.Clone(AcnWholeTree, 0);
+                updateQueue_.Post(subscription, std::move(record));
+            } else {
+                LOG(Err, u"Invalid forced command format: " << record.node);
+            }
+        });
+        return S_OK;
+    });
+}
+
+void ActionManager::UpdateForcedActions() {
+    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateForcedActions");
+    IACModifySubscription* key = nullptr;
+    ModifiedNode update;
+    while (updateQueue_.Peek(key, update)) TriggerForcedAction(key, update);
+}
+
+void ActionManager::TriggerForcedAction(IACModifySubscription* key, const ModifiedNode& update) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::TriggerForcedAction");
+    const std::lock_guard guard(registryLock_);
+    const auto entry = forcedSubscriptions_.find(key);
+    if (entry == forcedSubscriptions_.end()) {
+        LOG(Err, u"Received unknown IACModifySubscription: '" << key << u"'.");
+        return;
+    }
+    WideString command;
+    (void)update.node.TryGetText(CommandAttribute, command);  // absent is as unknown as any other text
+    const ForcedActions& actions = *entry->second.actions;
+    if (command == StartCommand) {
+        LOG(Dbg, u"Triggering start action. IACModifySubscription: '" << key << u"'.");
+        actions.StartAction()->SetTriggered(true);
+        actions.StopAction()->SetTriggered(false);
+    } else if (command == StopCommand) {
+        actions.StartAction()->SetTriggered(false);
+        actions.StopAction()->SetTriggered(true);
+    } else {
+        LOG(Warn, u"Unknown command: '" << command << u"' for IACModifySubscription: '" << key << u"'.");
+    }
+}
+
+}  // namespace DataCollection::ActionManagement

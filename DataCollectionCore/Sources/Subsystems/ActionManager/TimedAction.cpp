@@ -1,0 +1,171 @@
+#include "Subsystems/ActionManager/TimedAction.h"
+
+#include "Common/HRes.h"
+#include "Common/Logging/FunctionTrace.h"
+#include "Platform/Errors.h"
+#include "Platform/Time.h"
+#include "Subsystems/ActionManager/ActionImpl.h"
+
+namespace DataCollection::ActionManagement {
+
+using namespace Harbor;
+
+namespace {
+
+constexpr WideChar ActionName[] = u"Schedule";
+
+struct SettingsText {
+    const TimedActionSettings& settings;
+};
+
+WideStream& operator<<(WideStream& stream, const SettingsText& text) {
+    WriteSettings(stream, text.settings);
+    return stream;
+}
+
+}  // namespace
+
+TimedAction::TimedAction(const TimedActionSettings& settings) : settings_(settings) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::TimedAction");
+    Examine();
+    action_ = Create<ActionImpl, IActionControl>();
+    LOG(Dbg, u"Regular action:" << SettingsText{settings_} << u" action created: '" << action_.Get() << u"'.");
+    const TimePoint now = CurrentTime();
+    LOG(Dbg, u"Action creation time: " << FormatTimePoint(now));
+    actionFirstRunTime_ = WorkOutFirstRun(now);
+    HRES hres = action_->SetNameAndType(ActionName, ScheduleActionType);
+}
+
+void TimedAction::Examine() const {
+    const SettingsText text{settings_};
+    switch (ExamineSchedule(settings_)) {
+        case ScheduleFault::None:
+            return;
+        case ScheduleFault::IntervalPresence:
+            LOG(Err, u"Invalid repeat time interval. The interval cannot be null,"
+                         << u" and only one option should be set: seconds or milliseconds." << u" Regular Action: "
+                         << text);
+            break;
+        case ScheduleFault::IntervalOfDay:
+            LOG(Err,
+                u"Repeat time interval is invalid. It must be multiple of 24 or must be divided by 24. "
+                u"Regular Action: "
+                    << text);
+            break;
+        case ScheduleFault::StartBeyondDay:
+            LOG(Err, u"Start time should be less than seconds count in a day. Regular Action: " << text);
+            break;
+        case ScheduleFault::IntervalTooLong:
+            // The interval is counted in 32 bits of milliseconds: beyond them it would be another one, or none at all.
+            LOG(Err,
+                u"Repeat time interval is too long. It must be less than 4294967296 milliseconds. "
+                u"Regular Action: "
+                    << text);
+            break;
+    }
+    ThrowError(E_INVALIDARG);
+}
+
+TimePoint TimedAction::WorkOutFirstRun(const TimePoint& now) const {
+    switch (settings_.Type) {
+        case TimedActionType::Repeat: {
+            const TimePoint firstRun = FirstRunOfRepeat(settings_, now);
+            LOG(Dbg, u"Action First Run Time: " << FormatTimePoint(firstRun));
+            return firstRun;
+        }
+        case TimedActionType::SpecificTime:
+            return FirstRunOfSpecificTime(now);
+    }
+    LOG(Err, u"Unknown TimedActionType: " << static_cast<std::int32_t>(settings_.Type));
+    ThrowError(E_INVALIDARG);
+}
+
+TimePoint TimedAction::FirstRunOfSpecificTime(const TimePoint& now) const {
+    const TimePoint start = StartInDayOf(now, settings_, settings_.IsLocalTime ? LocalTimeBias() : 0);
+    const TimePoint firstRun = NextDayIfPast(start, now);
+    if (firstRun != start) {
+        LOG(Dbg2, u"Current time is greater then schedule start point. Start action with the next day.");
+    }
+    LOG(Dbg, u"Action first run time: " << FormatTimePoint(firstRun));
+    return firstRun;
+}
+
+std::int32_t TimedAction::LocalTimeBias() const {
+    std::int32_t bias = 0;
+    const HRES code = HRES::Unchecked(GetLocalTimeZoneBias(bias));
+    LOG(Dbg2, u"LocalTimeDiff: " << bias);
+    if (code.Failed()) {
+        LOG(Warn, u"Cannot determine local time zone bias." << code << u". UTC time will be used.");
+    }
+    return bias;
+}
+
+bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const {
+    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::TimedAction::ShouldBeTriggered");
+    const ScheduleCheck check =
+        CheckSchedule(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_, checkedTime);
+    // One test for all lines: this runs for each action in each cycle.
+    if (IsLogEnabled(LogSeverity::Dbg2)) LogCheck(checkedTime, check);
+    return check.due;
+}
+
+void TimedAction::LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const {
+    LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
+    LOG(Dbg2, u"Checked time: " << FormatTimePoint(checkedTime));
+    if (!check.firstRunReached) {
+        LOG(Dbg2, u"Action: " << action_.Get() << u"'.");
+        LOG(Dbg2, u"ActionFirstRunTime does not come");
+        return;
+    }
+    LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
+    LOG(Dbg2, u"IntervalStart: " << FormatTimePoint(check.intervalStart));
+    if (!check.due) {
+        LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
+        LOG(Dbg2, u"Action already triggered during the current interval.");
+    }
+}
+
+void TimedAction::SetTriggeredTime(const TimePoint& time) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::SetTriggeredTime");
+    LOG(Dbg, u"Action: '" << action_.Get() << u"'.");
+    LOG(Dbg, u"Triggered time set: " << FormatTimePoint(time));
+    lastTriggeredTime_ = time;
+}
+
+HRESULT GetLocalTimeZoneBias(std::int32_t& bias) noexcept {
+    constexpr std::int32_t secondsOfMinute = 60;
+    Platform::DYNAMIC_TIME_ZONE_INFORMATION zone{};
+    switch (Platform::GetDynamicTimeZoneInformation(&zone)) {
+        case Platform::TIME_ZONE_ID_UNKNOWN:
+            bias = zone.Bias * secondsOfMinute;
+            return S_OK;
+        case Platform::TIME_ZONE_ID_STANDARD:
+            bias = (zone.Bias + zone.StandardBias) * secondsOfMinute;
+            return S_OK;
+        case Platform::TIME_ZONE_ID_DAYLIGHT:
+            bias = (zone.Bias + zone.DaylightBias) * secondsOfMinute;
+            return S_OK;
+        case Platform::TIME_ZONE_ID_INVALID:
+            return HResultFromWin32(Platform::GetLastError());
+        default:
+            return E_FAIL;
+    }
+}
+
+void WriteSettings(WideStream& stream, const TimedActionSettings& settings) {
+    stream << u"[";
+    switch (settings.Type) {
+        case TimedActionType::Repeat:
+            stream << u"Repeat";
+            break;
+        case TimedActionType::SpecificTime:
+            stream << u"SpecificTime";
+            break;
+        default:
+            stream << static_cast<std::int32_t>(settings.Type);
+    }
+    stream << u"; Start = " << settings.StartSeconds << u"(sec); IsLocalTime = " << settings.IsLocalTime
+           << u"; Interval = " << settings.IntervalSeconds << u"(sec) " << settings.IntervalMilliseconds << u" (ms)]";
+}
+
+}  // namespace DataCollection::ActionManagement

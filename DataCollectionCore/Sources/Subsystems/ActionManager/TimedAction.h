@@ -1,0 +1,46 @@
+// The schedule of one regular action.
+#pragma once
+
+#include "Common/WideStream.h"
+#include "Harbor/ComponentPtr.h"
+#include "Subsystems/ActionManager/Schedule.h"
+
+namespace DataCollection::ActionManagement {
+
+// Built on the client's thread; from then on the worker alone uses it, under the manager's registry lock.
+class TimedAction {
+public:
+    // Examines the record, creates the action and works out the first run. HRX with E_INVALIDARG for a bad record.
+    explicit TimedAction(const TimedActionSettings& settings);
+    TimedAction(const TimedAction&) = delete;
+    TimedAction& operator=(const TimedAction&) = delete;
+
+    // Counts no reference.
+    IActionControl* GetAction() const noexcept { return action_.Get(); }
+    TimePoint FirstRunTime() const noexcept { return actionFirstRunTime_; }
+
+    // Whether the schedule is due at that moment. Changes nothing.
+    bool ShouldBeTriggered(const TimePoint& checkedTime) const;
+    void SetTriggeredTime(const TimePoint& time);
+
+private:
+    void Examine() const;
+    TimePoint WorkOutFirstRun(const TimePoint& now) const;
+    TimePoint FirstRunOfSpecificTime(const TimePoint& now) const;
+    std::int32_t LocalTimeBias() const;
+    void LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const;
+
+    Harbor::ComponentPtr<IActionControl> action_;
+    const TimedActionSettings settings_;
+    TimePoint lastTriggeredTime_;
+    TimePoint actionFirstRunTime_;
+};
+
+// The number of seconds to add to local time to get UTC, by the offset that is in force now. On failure gives its code
+// and writes nothing.
+[[nodiscard]] HRESULT GetLocalTimeZoneBias(std::int32_t& bias) noexcept;
+
+// "[Repeat; Start = 0(sec); IsLocalTime = 0; Interval = 3600(sec) 0 (ms)]"
+void WriteSettings(Harbor::WideStream& stream, const TimedActionSettings& settings);
+
+}  // namespace DataCollection::ActionManagement
