@@ -2,14 +2,12 @@
 
 #include <pthread.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <limits>
 #include <memory>
 #include <new>
 #include <optional>
-#include <string_view>
 
 #include "Failure.h"
 #include "Platform/Errors.h"

@@ -1,7 +1,6 @@
 #include "Platform/Messages.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <optional>
 #include <string_view>

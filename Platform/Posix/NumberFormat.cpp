@@ -67,10 +67,10 @@ WideString Group(std::u16string_view digits, std::size_t groupSize, std::u16stri
 
 WideString Format(Decimal number, const NUMBERFMTW& format) {
     Round(number, format.NumDigits);
-    if (number.integer.empty() && (format.LeadingZero != 0 || format.NumDigits == 0)) number.integer = u"0";
-    WideString result = number.isNegative ? u"-" : u"";
+    if (number.integer.empty() && (format.LeadingZero != 0 || format.NumDigits == 0)) number.integer.push_back(u'0');
+    WideString result(number.isNegative ? 1 : 0, u'-');
     result += Group(number.integer, format.Grouping, format.lpThousandSep);
-    if (format.NumDigits != 0) result += format.lpDecimalSep + number.fraction;
+    if (format.NumDigits != 0) result.append(format.lpDecimalSep).append(number.fraction);
     return result;
 }
 

@@ -5,7 +5,7 @@
 #include <unwind.h>
 
 #include <algorithm>
-#include <array>
+#include <atomic>
 #include <bit>
 #include <chrono>
 #include <fstream>
@@ -30,19 +30,25 @@ HANDLE PseudoHandle(std::intptr_t value) noexcept {
     return reinterpret_cast<HANDLE>(value);
 }
 
+// Both are asked for with each log line, and a system call each is dear.
+constinit std::atomic<DWORD> processId = 0;
 constinit thread_local DWORD threadId = 0;
 
-// The forked child goes on with the memory of the thread that forked, but with another id.
-void ForgetThreadId() noexcept {
+// The forked child goes on with the memory of the thread that forked, but with other ids.
+void ForgetIds() noexcept {
+    processId.store(0, std::memory_order_relaxed);
     threadId = 0;
 }
 
-const bool forksAreSeen = pthread_atfork(nullptr, nullptr, ForgetThreadId) == 0;
+const bool forksAreSeen = pthread_atfork(nullptr, nullptr, ForgetIds) == 0;
 
 }  // namespace
 
 DWORD GetCurrentProcessId() noexcept {
-    return static_cast<DWORD>(getpid());
+    if (const DWORD known = processId.load(std::memory_order_relaxed); known != 0) return known;
+    const auto id = static_cast<DWORD>(getpid());
+    if (forksAreSeen) processId.store(id, std::memory_order_relaxed);
+    return id;
 }
 
 DWORD GetCurrentThreadId() noexcept {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
+#include <type_traits>
 
 #include "Failure.h"
 #include "Platform/Errors.h"
@@ -38,6 +39,12 @@ public:
         if (count_ + encoded.length <= size_) std::copy_n(encoded.units, encoded.length, buffer_ + count_);
         count_ += encoded.length;
     }
+    // Characters that are one unit in either encoding.
+    template <typename Source>
+    void AppendAscii(std::basic_string_view<Source> run) noexcept {
+        if (count_ + run.size() <= size_) std::copy(run.begin(), run.end(), buffer_ + count_);
+        count_ += run.size();
+    }
     [[nodiscard]] int Result() const noexcept {
         const std::size_t room = size_ != 0 ? size_ : static_cast<std::size_t>(std::numeric_limits<int>::max());
         return count_ <= room ? static_cast<int>(count_) : Posix::Fail(ERROR_INSUFFICIENT_BUFFER, 0);
@@ -49,6 +56,16 @@ private:
     std::size_t count_ = 0;
 };
 
+// Most text is ASCII: takes the run of it at the beginning, which needs no decoding.
+template <typename Unit>
+std::basic_string_view<Unit> TakeAscii(std::basic_string_view<Unit>& text) noexcept {
+    const auto end = std::find_if(text.begin(), text.end(),
+                                  [](Unit unit) { return static_cast<std::make_unsigned_t<Unit>>(unit) >= 0x80; });
+    const auto run = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(run.size());
+    return run;
+}
+
 }  // namespace
 
 int MultiByteToWideChar(DWORD codePage, DWORD flags, const char* text, int length, WideChar* buffer,
@@ -57,7 +74,9 @@ int MultiByteToWideChar(DWORD codePage, DWORD flags, const char* text, int lengt
     if ((flags & ~MB_ERR_INVALID_CHARS) != 0) return Posix::Fail(ERROR_INVALID_FLAGS, 0);
 
     UnitSink<WideChar> sink(buffer, size);
-    for (std::string_view rest = SourceText(text, length); !rest.empty();) {
+    for (std::string_view rest = SourceText(text, length);;) {
+        sink.AppendAscii(TakeAscii(rest));
+        if (rest.empty()) break;
         const char32_t character = Posix::TakeUtf8(rest);
         if (character == MalformedCharacter && flags == MB_ERR_INVALID_CHARS)
             return Posix::Fail(ERROR_NO_UNICODE_TRANSLATION, 0);
@@ -73,7 +92,9 @@ int WideCharToMultiByte(DWORD codePage, DWORD flags, const WideChar* text, int l
     if (flags != 0) return Posix::Fail(ERROR_INVALID_FLAGS, 0);
 
     UnitSink<char> sink(buffer, size);
-    for (std::u16string_view rest = SourceText(text, length); !rest.empty();) {
+    for (std::u16string_view rest = SourceText(text, length);;) {
+        sink.AppendAscii(TakeAscii(rest));
+        if (rest.empty()) break;
         const char32_t character = Posix::TakeUtf16(rest);
         sink.Append(Posix::EncodeUtf8(character == MalformedCharacter ? Posix::ReplacementCharacter : character));
     }

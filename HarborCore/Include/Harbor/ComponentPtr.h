@@ -23,7 +23,7 @@ public:
     ComponentPtr(const ComponentPtr& other) noexcept : ComponentPtr(other.pointer_, false) {}
     ComponentPtr(ComponentPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
     ComponentPtr& operator=(const ComponentPtr& other) noexcept {
-        Reset(other.pointer_);
+        if (this != &other) Reset(other.pointer_);
         return *this;
     }
     ComponentPtr& operator=(ComponentPtr&& other) noexcept {

@@ -1,7 +1,5 @@
 #include "Common/ErrorRecord.h"
 
-#include <new>
-
 #include "Common/ErrorHandling.h"
 #include "Common/Format.h"
 #include "Common/Text.h"
@@ -108,7 +106,7 @@ HRESULT HRES::PublishErrorInfo() const {
     ComponentPtr<Platform::IErrorInfo> object;
     try {
         object = MakeErrorInfo(ToText());
-    } catch (const std::bad_alloc&) {
+    } catch (...) {
         // The caller gets the code without words rather than an exception in place of the code.
     }
     Platform::SetErrorInfo(0, object.Get());

@@ -1,6 +1,6 @@
 // Texts of codes, from the system or from a message module. A message module is a UTF-8 text file, one message a
-// line: code as 0x80040201, language id (0 for any), text, separated by tabs. "\n", "\t" and "\\" in the text stand for a
-// line feed, a tab and a "\"; empty lines and lines that begin with ";" are skipped. It is opened by LoadLibraryExW.
+// line: code as 0x80040201, language id (0 for any), text, separated by tabs. "\n", "\t" and "\\" in the text stand for
+// a line feed, a tab and a "\"; empty lines and lines that begin with ";" are skipped. It is opened by LoadLibraryExW.
 #pragma once
 
 #include "Platform/Types.h"

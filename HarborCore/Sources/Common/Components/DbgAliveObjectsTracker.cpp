@@ -56,8 +56,9 @@ void DbgAliveObjectsTracker::Dump() {
     const std::lock_guard guard(lock_);
     if (records_.empty()) return;
     LOG(Warn, u"Alive component objects: " << records_.size());
-    for (const auto& [object, record] : records_) {
-        LOG(Warn, u"ObjTag='" << record.tag << u"' Ptr=" << object << u" EIPs=" << FormatFrames(record.frames));
+    for (const auto& entry : records_) {
+        const Record& record = entry.second;
+        LOG(Warn, u"ObjTag='" << record.tag << u"' Ptr=" << entry.first << u" EIPs=" << FormatFrames(record.frames));
     }
 }
 

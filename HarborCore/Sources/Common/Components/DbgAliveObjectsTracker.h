@@ -18,7 +18,7 @@ public:
     static DbgAliveObjectsTracker& Instance();
 
     // With tracking off both cost one read of a flag. The tag is a static text. Any thread.
-    void Track(const void* object, const char* tag) {
+    PLATFORM_FORCEINLINE void Track(const void* object, const char* tag) {
         if (enabled_.load()) [[unlikely]]
             AddRecord(object, tag);
     }

@@ -5,10 +5,13 @@
 #include "Common/HRes.h"
 #include "Common/Logging/DebugOutput.h"
 #include "Common/Settings/SettingsStore.h"
+#include "Common/SingletonHolder.h"
 #include "Platform/Process.h"
 
 namespace Harbor {
 namespace {
+
+constinit SingletonHolder<LogManager> Holder;
 
 thread_local std::uint32_t Indentation = 0;
 
@@ -34,9 +37,10 @@ void ThreadIndentation::Add(std::int32_t levels) noexcept {
     if (LogManager::Instance().IsIndentationSupported()) Indentation += static_cast<std::uint32_t>(levels);
 }
 
+// Through a holder rather than a plain static: the test of each log statement begins here, and the pointer costs one
+// load.
 LogManager& LogManager::Instance() {
-    static LogManager instance;
-    return instance;
+    return Holder.Get();
 }
 
 LogManager::LogManager() : indentationSupported_(SystemSupportsIndentation()) {

@@ -43,6 +43,8 @@ public:
     LogManager& operator=(const LogManager&) = delete;
 
 private:
+    template <class T>
+    friend class SingletonHolder;
     LogManager();
 
     std::array<std::atomic<ILogger*>, 4> loggers_{};

@@ -16,41 +16,30 @@ constexpr std::u16string_view Blanks = u" \r\n\t";
 
 constinit SingletonHolder<HiddenNodeAttrs> Holder;
 
-// Visits a tree, `before` from the root down and `after` from the leaves up. `before` says whether the children are
-// visited, `after` whether the walk goes on behind the node.
-template <class Before, class After>
-bool Traverse(const ACNode& node, const Before& before, const After& after) {
-    if (before(node)) {
-        const std::uint64_t count = node.GetChildCount();
-        for (std::uint64_t i = 0; i < count; ++i) {
-            if (!Traverse(node.GetChild(i, true), before, after)) break;
-        }
-    }
-    return after(node);
-}
-
 }  // namespace
 
-// One masking of one tree.
+// One masking of one tree. The node of the clone that stands for a visited one is found by its position: siblings may
+// share a name, and a path would then lead to the first of them and leave the secret of the others in sight.
 class HiddenNodeAttrs::Walk {
 public:
     Walk(const Rules& rules, const ACNode& root, std::uint32_t depth) : rules_(rules), root_(root), depth_(depth) {}
 
     ACNode Run() {
-        Traverse(
-            root_, [this](const ACNode& node) { return Before(node); },
-            [this](const ACNode&) {
-                --level_;
-                return true;
-            });
+        Visit(root_);
         return clone_ ? clone_ : root_;
     }
 
 private:
-    bool Before(const ACNode& node) {
+    void Visit(const ACNode& node) {
         ApplyRule(node, node.GetType());
         ApplyRule(node, EveryType);
-        return level_++ < depth_;
+        if (position_.size() >= depth_) return;
+        const std::uint64_t count = node.GetChildCount();
+        for (std::uint64_t i = 0; i < count; ++i) {
+            position_.push_back(i);
+            Visit(node.GetChild(i, true));
+            position_.pop_back();
+        }
     }
 
     void ApplyRule(const ACNode& node, const WideString& type) {
@@ -59,21 +48,24 @@ private:
         ACNode target;
         for (const WideString& name : rule->second) {
             if (!node.HasAttribute(name.c_str())) continue;
-            if (!target) target = TargetOf(node);
+            if (!target) target = FindInClone();
             target.SetText(name.c_str(), MaskText, MeasureText);
         }
     }
 
-    ACNode TargetOf(const ACNode& node) {
+    // Only a tree that really holds a hidden attribute pays for a clone.
+    ACNode FindInClone() {
         if (!clone_) clone_ = root_.Clone(depth_, 0);
-        return clone_.FindByPath(node.GetFullPath(), NotAboveThisNode);
+        ACNode found = clone_;
+        for (const std::uint64_t index : position_) found = found.GetChild(index, true);
+        return found;
     }
 
     const Rules& rules_;
     const ACNode& root_;
     const std::uint32_t depth_;
     ACNode clone_;
-    std::uint32_t level_ = 0;
+    std::vector<std::uint64_t> position_;  // of the visited node: the index at each level below the root
 };
 
 const HiddenNodeAttrs& HiddenNodeAttrs::Instance() {

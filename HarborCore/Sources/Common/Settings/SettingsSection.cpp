@@ -9,17 +9,16 @@ SettingsSection::SettingsSection(const WideChar* section, std::uint32_t expiryMs
     : section_(section), expiryMs_(expiryMs) {}
 
 template <class Value, class Ask>
-bool SettingsSection::Get(std::unordered_map<WideString, Value>& cache, const WideChar* key, Value& value,
-                          bool useCache, Ask ask) {
+bool SettingsSection::Get(Cache<Value>& cache, const WideChar* key, Value& value, bool useCache, Ask ask) {
     if (!useCache) return Succeeded(ask(value));
     {
         const CriticalSectionGuard guard(lock_);
         ClearIfExpired();
-        if (const auto found = cache.find(key); found != cache.end()) {
+        if (const auto found = cache.find(std::u16string_view(key)); found != cache.end()) {
             value = found->second;
             return true;
         }
-        if (missing_.contains(key)) return false;
+        if (missing_.contains(std::u16string_view(key))) return false;
     }
     const bool exists = Succeeded(ask(value));
     const CriticalSectionGuard guard(lock_);

@@ -1,7 +1,8 @@
 // A cached view of one section. What was looked up, found or not, stays as it was until the caches are cleared.
 #pragma once
 
-#include <atomic>
+#include <functional>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -23,8 +24,15 @@ public:
     void Clear();
 
 private:
+    // Lets a key be looked up without making a text of it.
+    struct KeyHash : std::hash<std::u16string_view> {
+        using is_transparent = void;
+    };
+    template <class Value>
+    using Cache = std::unordered_map<WideString, Value, KeyHash, std::equal_to<>>;
+
     template <class Value, class Ask>
-    bool Get(std::unordered_map<WideString, Value>& cache, const WideChar* key, Value& value, bool useCache, Ask ask);
+    bool Get(Cache<Value>& cache, const WideChar* key, Value& value, bool useCache, Ask ask);
     void ClearIfExpired();
 
     const WideString section_;
@@ -32,9 +40,9 @@ private:
 
     CriticalSection lock_;  // guards all below; never held while the store is asked
     std::uint32_t lastClearTick_ = 0;
-    std::unordered_map<WideString, WideString> strings_;
-    std::unordered_map<WideString, std::uint32_t> numbers_;
-    std::unordered_set<WideString> missing_;  // shared by texts and numbers
+    Cache<WideString> strings_;
+    Cache<std::uint32_t> numbers_;
+    std::unordered_set<WideString, KeyHash, std::equal_to<>> missing_;  // shared by texts and numbers
 };
 
 }  // namespace Harbor

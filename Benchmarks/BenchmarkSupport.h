@@ -1,0 +1,90 @@
+// What the benchmark programs share: the time of one item, and a table of ratios behind the figures.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iomanip>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Benchmarks {
+
+// Shows the time of one of the `items` that every iteration handles. Ratios are those of this figure.
+inline void ReportEach(benchmark::State& state, std::size_t items) {
+    using benchmark::Counter;
+    state.counters["each"] = Counter(static_cast<double>(items),
+                                     Counter::kIsIterationInvariantRate | Counter::kAvgThreads | Counter::kInvert);
+}
+
+// A line of the table: the time of an item of `measured`, without those of `apart`, in relation to the time of an
+// item of `floor`. A goal of 0 means that the ratio is only shown.
+struct Comparison {
+    std::string measured;
+    std::string floor;
+    double goal = 0;
+    std::vector<std::string> apart = {};
+};
+
+// The usual output, and at the end a line for each comparison whose parts have run. Of several repetitions the quickest
+// counts.
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    explicit RatioReporter(std::vector<Comparison> comparisons)
+        : ConsoleReporter(OO_Tabular), comparisons_(std::move(comparisons)) {}
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            const auto each = run.counters.find("each");
+            if (run.error_occurred || run.run_type != Run::RT_Iteration || each == run.counters.end()) continue;
+            const auto known = seconds_.emplace(run.benchmark_name(), each->second.value).first;
+            known->second = std::min(known->second, each->second.value);
+        }
+    }
+
+    void Finalize() override {
+        GetOutputStream() << "\n   ratio    goal  of\n" << std::fixed << std::setprecision(2);
+        for (const Comparison& comparison : comparisons_) {
+            const auto hasRun = [this](const std::string& name) { return seconds_.contains(name); };
+            if (hasRun(comparison.measured) && hasRun(comparison.floor) &&
+                std::all_of(comparison.apart.begin(), comparison.apart.end(), hasRun)) {
+                Print(comparison);
+            }
+        }
+    }
+
+private:
+    void Print(const Comparison& comparison) {
+        const auto& [measured, floor, goal, apart] = comparison;
+        double own = seconds_[measured];
+        for (const std::string& part : apart) own -= seconds_[part];
+        const double ratio = own / seconds_[floor];
+        std::ostream& out = GetOutputStream() << std::setw(8) << ratio << std::setw(8);
+        (goal == 0 ? out << "-" : out << goal) << "  " << measured;
+        for (const std::string& part : apart) out << " without " << part;
+        out << " : " << floor << (goal != 0 && ratio > goal ? "   MISSED" : "") << "\n";
+    }
+
+    const std::vector<Comparison> comparisons_;
+    std::map<std::string, double> seconds_;
+};
+
+// The main of a program. Logging stands at WARN unless the environment says otherwise already. Freed memory stays with
+// the process, so that no figure hangs on what an earlier benchmark has left to the allocator.
+inline int RunBenchmarks(int argc, char** argv, std::vector<Comparison> comparisons) {
+    setenv("GS_Logger_MaxSeverity", "WARN", 0);
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, -1);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+    RatioReporter reporter(std::move(comparisons));
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}
+
+}  // namespace Benchmarks

@@ -1,0 +1,228 @@
+// The road of a command: from the configuration service's callback through the queue to the mark on the action.
+#include "BenchmarkSupport.h"
+#include "LocalComponent.h"
+#include "ModuleBroker/ModuleBroker.h"
+#include "NodeFabric/Authoring.h"
+#include "Subsystems/ActionManager/ActionManager.h"
+
+namespace {
+
+using namespace Harbor;
+using namespace DataCollection;
+using namespace DataCollection::ActionManagement;
+using Benchmarks::Local;
+using Benchmarks::ReportEach;
+
+constexpr WideChar CommandPath[] = u"\\Commands\\ManagedObjectsDataCollectionCommand\\Archive\\Nightly";
+constexpr std::uint32_t ChangesMask = 4;
+constexpr std::size_t NodesOfReport = 100;
+constexpr std::size_t ReportsOfPoster = 200;
+constexpr std::size_t RecordsOfPoster = NodesOfReport * ReportsOfPoster;
+
+class Watch final : public Local<IACModifySubscription> {
+    HRESULT Start() override { return S_OK; }
+};
+
+// Knows one watch.
+class Service final : public Local<IACConfigService> {
+public:
+    explicit Service(Watch& watch) : watch_(watch) {}
+    HRESULT AddSubscription(AcnHandle, AcnHandle, IACModifyCallback*, IACModifySubscription** subscription) override {
+        watch_.AddRef();
+        *subscription = &watch_;
+        return S_OK;
+    }
+    HRESULT RemoveSubscription(IACModifySubscription*) override { return S_OK; }
+
+private:
+    Watch& watch_;
+};
+
+class Listener final : public Local<IActionListener> {
+public:
+    HRESULT OnActionTriggered(IActionSubscription*, IAction*) override {
+        ++calls;
+        return S_OK;
+    }
+    std::uint64_t calls = 0;
+};
+
+ACNode MakeCommandNode() {
+    ACNode node;
+    node.Create(u"Nightly", u"Command");
+    node.SetText(u"Command", u"Start", MeasureText);
+    node.SetText(u"User", u"Operator", MeasureText);
+    return node;
+}
+
+ACNode MakeNotification() {
+    ACNode notification;
+    notification.Create(u"Notification", nullptr);
+    notification.SetText(u"ModifiedNodePath", CommandPath, MeasureText);
+    notification.SetInt64(u"ChangesMask", ChangesMask);
+    HRES hres = AcnAppendChild(notification.Handle(), MakeCommandNode().Handle());
+    return notification;
+}
+
+// One report, walked anew by each reader. Each poster has its own, as each report of a service has nodes of its own.
+class Report final : public Local<IACNodeModifyEnum> {
+public:
+    Report() { std::generate_n(std::back_inserter(notifications_), NodesOfReport, MakeNotification); }
+    HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
+        walk_.AddRef();
+        *out = &walk_;
+        return S_OK;
+    }
+
+private:
+    class Walk final : public Local<IACNodeEnumerator> {
+    public:
+        explicit Walk(const std::vector<ACNode>& nodes) : nodes_(nodes) {}
+        HRESULT Reset() override {
+            at_ = 0;
+            return S_OK;
+        }
+        HRESULT Next(AcnHandle* node) override {
+            return at_ == nodes_.size() ? S_FALSE : AcnDuplicateNodeHandle(nodes_[at_++].Handle(), node);
+        }
+
+    private:
+        const std::vector<ACNode>& nodes_;
+        std::size_t at_ = 0;
+    };
+
+    std::vector<ACNode> notifications_;
+    Walk walk_{notifications_};
+};
+
+// What happens between two cycles of the worker: `posters` threads call `post`, each with its number. Then the cycle
+// drains.
+template <class Post, class Drain>
+void RunPosters(std::size_t posters, Post post, Drain drain) {
+    {
+        std::vector<std::jthread> threads;
+        for (std::size_t i = 0; i < posters; ++i) threads.emplace_back(post, i);
+    }
+    drain();
+}
+
+template <class Post, class Drain>
+void MeasurePosters(benchmark::State& state, Post post, Drain drain) {
+    const auto posters = static_cast<std::size_t>(state.range(0));
+    RunPosters(posters, post, drain);  // the memory of a long queue is there from then on
+    for (auto _ : state) RunPosters(posters, post, drain);
+    const std::size_t records = posters * RecordsOfPoster;
+    state.SetItemsProcessed(static_cast<std::int64_t>(records) * state.iterations());
+    ReportEach(state, records);
+}
+
+void FromCallbackToMark(benchmark::State& state) {
+    Watch watch;
+    Service service(watch);
+    HRES hres = MBSetNamedInstance(ConfigServiceInstanceName, &service);
+    CComponentObject<ActionManager>* created = nullptr;
+    hres = CComponentObject<ActionManager>::CreateObject(&created);
+    const ComponentPtr<CComponentObject<ActionManager>> manager(created, true);
+    Listener listener;
+    const ForcedActionConfig config{u"Nightly", u"Archive", false};
+    ComponentPtr<IActionSubscription> subscription;
+    hres = manager->SubscribeForcedAction(&listener, &config, subscription.Address());
+    hres = subscription->Start();
+    std::vector<Report> reports(static_cast<std::size_t>(state.range(0)));
+
+    MeasurePosters(
+        state,
+        [&](std::size_t poster) {
+            for (std::size_t i = 0; i < ReportsOfPoster; ++i) manager->OnTriggered(&watch, 0, &reports[poster]);
+        },
+        [&] { manager->OnTimerEvent(CurrentTime()); });
+    if (listener.calls == 0) state.SkipWithError("no command arrived");
+    hres = MBSetNamedInstance(ConfigServiceInstanceName, nullptr);
+}
+BENCHMARK(FromCallbackToMark)->Arg(1)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// The parts of that road: reading a report, the clone, and the queue.
+void ReadReport(benchmark::State& state) {
+    Report report;
+    for (auto _ : state) {
+        ForEachModifiedNode(&report, [](ModifiedNode& record) {
+            WideString command;
+            benchmark::DoNotOptimize(record.node.TryGetText(u"Command", command));
+        });
+    }
+    ReportEach(state, NodesOfReport);
+}
+BENCHMARK(ReadReport)->UseRealTime()->ThreadRange(1, 4);
+
+void CloneNode(benchmark::State& state) {
+    const ACNode node = MakeCommandNode();
+    for (auto _ : state) benchmark::DoNotOptimize(node.Clone(AcnWholeTree, 0).Handle());
+    ReportEach(state, 1);
+}
+BENCHMARK(CloneNode)->UseRealTime()->ThreadRange(1, 4);
+
+void ProductQueue(benchmark::State& state) {
+    ConfigurationUpdateQueue queue;
+    MeasurePosters(
+        state,
+        [&](std::size_t) {
+            for (std::size_t i = 0; i < RecordsOfPoster; ++i) {
+                ModifiedNode record;
+                record.path = CommandPath;
+                record.mask = ChangesMask;
+                queue.Post(nullptr, std::move(record));
+            }
+        },
+        [&] {
+            IACModifySubscription* key = nullptr;
+            ModifiedNode record;
+            while (queue.Peek(key, record)) benchmark::DoNotOptimize(record.mask);
+        });
+}
+BENCHMARK(ProductQueue)->Arg(1)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void MutexAndDeque(benchmark::State& state) {
+    struct Record {
+        void* key = nullptr;
+        WideString path;
+        std::uint32_t mask = 0;
+        void* node = nullptr;
+    };
+    std::mutex lock;
+    std::deque<Record> records;
+    MeasurePosters(
+        state,
+        [&](std::size_t) {
+            for (std::size_t i = 0; i < RecordsOfPoster; ++i) {
+                Record record{nullptr, CommandPath, ChangesMask, nullptr};
+                const std::lock_guard guard(lock);
+                records.push_back(std::move(record));
+            }
+        },
+        [&] {
+            for (;;) {
+                const std::lock_guard guard(lock);
+                if (records.empty()) return;
+                const Record record = std::move(records.front());
+                records.pop_front();
+                benchmark::DoNotOptimize(record.mask);
+            }
+        });
+}
+BENCHMARK(MutexAndDeque)->Arg(1)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<Benchmarks::Comparison> comparisons;
+    for (const std::string posters : {"1", "4"}) {
+        const std::string road = "FromCallbackToMark/" + posters + "/real_time";
+        const std::string floor = "MutexAndDeque/" + posters + "/real_time";
+        const std::string clone = "CloneNode/real_time/threads:" + posters;
+        const std::string reading = "ReadReport/real_time/threads:" + posters;
+        comparisons.push_back({"ProductQueue/" + posters + "/real_time", floor, 1.5});
+        comparisons.push_back({road, floor, 1.5, {clone}});
+        comparisons.push_back({road, floor, 1.5, {clone, reading}});
+    }
+    return Benchmarks::RunBenchmarks(argc, argv, std::move(comparisons));
+}

@@ -1,0 +1,210 @@
+// One cycle of the manager, called without a worker and by a clock of its own: with nothing due, with everything due,
+// and what a registration costs in time and memory.
+#include <malloc.h>
+
+#include "BenchmarkSupport.h"
+#include "CountedAllocations.h"
+#include "LocalComponent.h"
+#include "Subsystems/ActionManager/ActionManager.h"
+
+namespace {
+
+using namespace Harbor;
+using namespace DataCollection;
+using namespace DataCollection::ActionManagement;
+using Benchmarks::ReportEach;
+
+constexpr std::chrono::seconds Interval{3600};
+constexpr TimedActionSettings EveryInterval{0, false, static_cast<std::uint32_t>(Interval.count()),
+                                            TimedActionType::Repeat, 0};
+
+std::uint64_t delivered = 0;
+
+class Listener final : public Benchmarks::Local<IActionListener> {
+public:
+    HRESULT OnActionTriggered(IActionSubscription*, IAction*) override {
+        ++delivered;
+        return S_OK;
+    }
+};
+
+// A manager with regular actions, each with a started subscription and a listener of its own.
+class Registrations {
+public:
+    explicit Registrations(std::size_t count) : listeners_(count), subscriptions_(count) {
+        CComponentObject<ActionManager>* created = nullptr;
+        HRES hres = CComponentObject<ActionManager>::CreateObject(&created);
+        manager_ = ComponentPtr<CComponentObject<ActionManager>>(created, true);
+    }
+
+    void RegisterAll() {
+        for (std::size_t i = 0; i < listeners_.size(); ++i) subscriptions_[i] = Register(listeners_[i]);
+        now_ = CurrentTime();
+    }
+
+    ComponentPtr<IActionSubscription> Register(Listener& listener) {
+        ComponentPtr<IActionSubscription> subscription;
+        HRES hres = manager_->SubscribeRegularAction(&listener, &EveryInterval, subscription.Address());
+        hres = subscription->Start();
+        return subscription;
+    }
+
+    void UnsubscribeAll() {
+        for (auto& subscription : subscriptions_) {
+            HRES hres = subscription->Unsubscribe();
+            subscription.Reset();
+        }
+    }
+
+    void Cycle() { manager_->OnTimerEvent(now_); }
+    void MakeAllDue() { now_ += Interval; }
+    // A subscription detaches in one cycle and leaves the registry in the next.
+    void LetDetachedGo() {
+        Cycle();
+        Cycle();
+    }
+
+    std::size_t Size() const { return listeners_.size(); }
+
+private:
+    std::vector<Listener> listeners_;
+    ComponentPtr<CComponentObject<ActionManager>> manager_;
+    std::vector<ComponentPtr<IActionSubscription>> subscriptions_;
+    TimePoint now_;
+};
+
+// Kept from one run to the next, since a million registrations take a while.
+std::unique_ptr<Registrations> standing;
+
+Registrations& Standing(benchmark::State& state) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    if (standing == nullptr || standing->Size() != count) {
+        standing.reset();
+        standing = std::make_unique<Registrations>(count);
+        standing->RegisterAll();
+    }
+    return *standing;
+}
+
+// A look at the log's settings, which falls into one cycle of many, allocates and is not the cycle's: of three cycles
+// the one with the fewest counts.
+std::uint64_t AllocationsOfCycle(Registrations& registrations) {
+    std::uint64_t fewest = ~std::uint64_t{0};
+    for (int i = 0; i < 3; ++i) {
+        const std::uint64_t before = Benchmarks::AllocationsOfThisThread();
+        registrations.Cycle();
+        fewest = std::min(fewest, Benchmarks::AllocationsOfThisThread() - before);
+    }
+    return fewest;
+}
+
+// All have run once, so that the place of the moment within its interval is worked out for each.
+void CycleNothingDue(benchmark::State& state) {
+    Registrations& registrations = Standing(state);
+    registrations.MakeAllDue();
+    registrations.Cycle();
+    const std::uint64_t before = delivered;
+    for (auto _ : state) registrations.Cycle();
+    if (delivered != before) state.SkipWithError("something was due");
+    const std::uint64_t allocations = AllocationsOfCycle(registrations);
+    if (allocations != 0) state.SkipWithError("the cycle allocates");
+    state.counters["allocs"] = static_cast<double>(allocations);
+    ReportEach(state, registrations.Size());
+}
+BENCHMARK(CycleNothingDue)->Arg(1'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+
+void BareLoop(benchmark::State& state) {
+    const std::vector<TimePoint> times(static_cast<std::size_t>(state.range(0)), CurrentTime() + Interval);
+    for (auto _ : state) {
+        TimePoint now = CurrentTime();
+        benchmark::DoNotOptimize(now);
+        benchmark::DoNotOptimize(std::count_if(times.begin(), times.end(), [&](auto time) { return time <= now; }));
+    }
+    ReportEach(state, times.size());
+}
+BENCHMARK(BareLoop)->Arg(1'000)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
+
+void CycleAllDue(benchmark::State& state) {
+    Registrations& registrations = Standing(state);
+    for (auto _ : state) {
+        registrations.MakeAllDue();
+        const std::uint64_t before = delivered;
+        registrations.Cycle();
+        if (delivered - before != registrations.Size()) state.SkipWithError("not every listener was called once");
+    }
+    ReportEach(state, registrations.Size());
+}
+BENCHMARK(CycleAllDue)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
+
+// Each registration and its end, with others standing. The cycles that clear away what has ended are left out.
+void RegisterAndUnsubscribeOne(benchmark::State& state) {
+    constexpr int mostDetached = 1000;
+    Registrations& registrations = Standing(state);
+    Listener listener;
+    int detached = 0;
+    for (auto _ : state) {
+        auto subscription = registrations.Register(listener);
+        HRES hres = subscription->Unsubscribe();
+        if (++detached < mostDetached) continue;
+        state.PauseTiming();
+        registrations.LetDetachedGo();
+        detached = 0;
+        state.ResumeTiming();
+    }
+    registrations.LetDetachedGo();
+    ReportEach(state, 1);
+}
+BENCHMARK(RegisterAndUnsubscribeOne)->Arg(1'000)->Arg(100'000);
+
+// From an empty registry to an empty registry.
+void RegisterAndUnsubscribeAll(benchmark::State& state) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    for (auto _ : state) {
+        Registrations registrations(count);
+        registrations.RegisterAll();
+        registrations.UnsubscribeAll();
+        registrations.LetDetachedGo();
+    }
+    ReportEach(state, count);
+}
+BENCHMARK(RegisterAndUnsubscribeAll)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+
+// The heap's bytes in use, its own overhead among them. The listener is the client's and does not count.
+std::size_t HeapInUse() {
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+}
+
+void MemoryOfRegistration(benchmark::State& state) {
+    const auto count = static_cast<std::size_t>(state.range(0));
+    std::size_t bytes = 0;
+    for (auto _ : state) {
+        Registrations registrations(count);
+        const std::size_t before = HeapInUse();
+        registrations.RegisterAll();
+        registrations.Cycle();
+        bytes = HeapInUse() - before;
+    }
+    state.counters["bytes"] = static_cast<double>(bytes) / static_cast<double>(count);
+}
+BENCHMARK(MemoryOfRegistration)->Arg(1'000)->Arg(100'000)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<Benchmarks::Comparison> comparisons{
+        {"CycleNothingDue/1000", "BareLoop/1000"},
+        {"CycleNothingDue/100000", "BareLoop/100000"},
+        {"CycleNothingDue/1000000", "BareLoop/1000000"},
+        {"RegisterAndUnsubscribeOne/100000", "RegisterAndUnsubscribeOne/1000"},
+        {"RegisterAndUnsubscribeAll/100000", "RegisterAndUnsubscribeAll/1000"}};
+    for (const std::string count : {"/100000", "/1000000"}) {
+        comparisons.push_back({"CycleAllDue" + count, "LibuvAllDue" + count, 1});
+        comparisons.push_back({"CycleAllDue" + count, "AsioAllDue" + count});
+        comparisons.push_back({"CycleAllDue" + count, "LibeventAllDue" + count});
+    }
+    const int code = Benchmarks::RunBenchmarks(argc, argv, std::move(comparisons));
+    // The log that its objects write to ends before the program's own variables.
+    standing.reset();
+    return code;
+}

@@ -1,0 +1,26 @@
+// A component on the stack: it counts its references, and whoever made it ends it.
+#pragma once
+
+#include <atomic>
+
+#include "Harbor/ComponentUnknown.h"
+
+namespace Benchmarks {
+
+template <class Interface>
+class Local : public Interface {
+public:
+    std::uint32_t AddRef() override { return ++references_; }
+    std::uint32_t Release() override { return --references_; }
+    // There is but one interface, and whoever asks knows which.
+    Harbor::HRESULT QueryInterface(const Harbor::GUID*, void** result) override {
+        AddRef();
+        *result = static_cast<Interface*>(this);
+        return Harbor::S_OK;
+    }
+
+private:
+    std::atomic<std::uint32_t> references_{1};
+};
+
+}  // namespace Benchmarks

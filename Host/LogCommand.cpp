@@ -1,0 +1,62 @@
+#include "Host/LogCommand.h"
+
+#include <iostream>
+
+#include "Host/Failure.h"
+#include "Host/LogPrinter.h"
+#include "Host/LogSource.h"
+#include "Host/Signals.h"
+
+namespace Host {
+namespace {
+
+constexpr std::size_t BlockSize = std::size_t{1} << 20;
+constexpr std::chrono::milliseconds FollowInterval{200};
+
+// Gives whether there was anything.
+bool ReadToEnd(LogSource& source, LogParser& parser) {
+    static std::vector<char> buffer(BlockSize);
+    bool any = false;
+    while (const std::size_t count = source.Read(buffer)) {
+        parser.Feed({buffer.data(), count});
+        std::cout.flush();
+        any = true;
+    }
+    return any;
+}
+
+// Lines are handed on after an interval in which nothing came: then they are complete.
+void Follow(FileSource& source, LogParser& parser) {
+    const StopSignal stop;
+    while (!stop.WaitFor(FollowInterval) && std::cout) {
+        if (ReadToEnd(source, parser)) continue;
+        if (source.TurnToNewFile()) {
+            parser.Finish();
+        } else {
+            parser.Flush();
+        }
+        std::cout.flush();
+    }
+}
+
+}  // namespace
+
+int ShowLog(const LogOptions& options) {
+    std::ios::sync_with_stdio(false);
+    LogPrinter printer(options, std::cout, std::cerr);
+    LogParser parser(printer);
+    if (options.file == "-") {
+        StandardInputSource source;
+        ReadToEnd(source, parser);
+    } else {
+        FileSource source(options.file);
+        ReadToEnd(source, parser);
+        if (options.follow) Follow(source, parser);
+    }
+    parser.Finish();
+    printer.End();
+    std::cout.flush();
+    return std::cout ? ExitCode::Success : ExitCode::Failure;
+}
+
+}  // namespace Host

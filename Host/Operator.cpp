@@ -1,0 +1,95 @@
+#include "Host/Operator.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "Host/Failure.h"
+
+namespace Host {
+
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+// Tells a failure and goes on.
+template <class Body>
+void Try(Body&& body) {
+    try {
+        body();
+    } catch (const std::runtime_error& failure) {
+        std::cerr << failure.what() << std::endl;
+    }
+}
+
+std::vector<TimedCommand> InOrder(std::vector<TimedCommand> commands) {
+    std::ranges::stable_sort(commands, {}, &TimedCommand::after);
+    return commands;
+}
+
+bool IsBlank(const std::string& line) {
+    return line.find_first_not_of(" \t\r") == line.npos;
+}
+
+}  // namespace
+
+std::vector<RegistrationState> StatesOf(const Registrations& registrations) {
+    std::vector<RegistrationState> states;
+    for (const auto& registration : registrations) states.push_back(registration->State());
+    return states;
+}
+
+Operator::Operator(Harbor::IComponentsModule& module, const Registrations& registrations, const ServedTree& tree,
+                   Report& report)
+    : module_(module), registrations_(registrations), tree_(tree), report_(report) {}
+
+void Operator::Work(const RunOptions& options, const StopSignal& stop) {
+    const auto start = Clock::now();
+    const auto end = options.duration ? start + *options.duration : Clock::time_point::max();
+    const std::vector<TimedCommand> given = InOrder(options.commands);
+    auto next = given.begin();
+    TypedLines typed;
+    for (std::string line; !quit_;) {
+        const auto nextMoment = next != given.end() ? std::min(start + next->after, end) : end;
+        const auto event = typed.Wait(stop, nextMoment, line);
+        if (event == TypedLines::Event::Stop || Clock::now() >= end) return;
+        if (event == TypedLines::Event::Line) {
+            ParseAndCarryOut(line);
+        } else {
+            CarryOut((next++)->command);
+        }
+    }
+}
+
+void Operator::ParseAndCarryOut(const std::string& line) {
+    if (IsBlank(line)) return;
+    Try([&] { CarryOut(ParseCommand(line)); });
+}
+
+void Operator::CarryOut(const Command& command) {
+    Try([&] { std::visit([this](const auto& chosen) { Do(chosen); }, command); });
+}
+
+void Operator::Do(const WriteCommand& command) {
+    const TimePoint now = DataCollection::ActionManagement::CurrentTime();
+    for (const auto& registration : registrations_) registration->OnCommand(command.path, now);
+    tree_.Write(command.path, command.attributes);
+}
+
+void Operator::Do(const AliveCommand&) {
+    Check(module_.DumpAliveObjects(), "DumpAliveObjects");
+    report_.AddAlive(CountAlive(module_));
+}
+
+void Operator::Do(const StatusCommand&) {
+    report_.AddStatus(StatesOf(registrations_));
+}
+
+void Operator::Do(const HelpCommand&) {
+    std::cerr << CommandHelp() << std::flush;
+}
+
+void Operator::Do(const QuitCommand&) {
+    quit_ = true;
+}
+
+}  // namespace Host

@@ -1,0 +1,246 @@
+#include "Host/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+
+#include "Common/Logging/LogSeverity.h"
+#include "Common/Settings/ModuleInfo.h"
+#include "Common/Text.h"
+#include "Host/ConfigFile.h"
+#include "Host/Failure.h"
+#include "Host/ScheduleText.h"
+#include "Subsystems/ActionManager/TimedAction.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+
+namespace {
+
+constexpr char Description[] =
+    "Loads the module OrvActionManager, registers schedules and command points, and prints a line for each call:\n"
+    "local time, registration, action, and how many milliseconds after the due moment it came.";
+
+constexpr char Footer[] = R"(
+Examples:
+  ActionHost --every 500ms --every 2s --duration 10s
+  ActionHost --at 07:30:00,12h --local        from 07:30 local time on, every 12 hours
+  ActionHost --at +5s,3s                      from 5 s from now on, every 3 s
+  ActionHost --watch Plant/Line1 --do "3s start Plant Line1" --duration 5s
+  ActionHost --config demo.ini --json
+  ActionHost compare old.xml new.xml          would this change trigger a run?
+  ActionHost log --severity WARN OrvActionManager.log
+
+While it runs it takes commands from standard input; type help. SIGINT and SIGTERM end it cleanly.
+Lateness is counted from the due moment by the module's own arithmetic: to the tick for clock times,
+too high by the length of the registering call (well below a millisecond) for --every, and from the
+writing of the command for --watch.
+
+Exit codes: 0 success, 1 a call failed or something was left alive, 2 bad input, 3 no trigger (compare).)";
+
+// The values as they were written.
+struct Written {
+    std::string module;
+    std::string polling = "100";
+    std::vector<std::string> every;
+    std::vector<std::string> at;
+    bool local = false;
+    std::vector<std::string> watch;
+    bool bit0 = false;
+    std::vector<std::string> commands;
+    std::string duration;
+    bool json = false;
+
+    std::string oldFile;
+    std::string newFile;
+
+    std::string log;
+    std::string severity;
+    std::string slow;
+    bool follow = false;
+};
+
+std::string DefaultModule() {
+    return Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr)) + "OrvActionManager.so";
+}
+
+void AddRepeatable(CLI::App& app, const std::string& name, std::vector<std::string>& values, const std::string& type,
+                   const std::string& help) {
+    app.add_option(name, values, help)->type_name(type)->allow_extra_args(false);
+}
+
+void AddModuleOption(CLI::App& app, Written& written) {
+    app.add_option("--module", written.module, "the module; OrvActionManager.so beside this program if not given")
+        ->type_name("PATH");
+}
+
+void AddJsonOption(CLI::App& app, Written& written) {
+    app.add_flag("--json", written.json, "one JSON object a line");
+}
+
+void AddRunOptions(CLI::App& app, Written& written) {
+    AddModuleOption(app, written);
+    app.add_option("--polling", written.polling, "pause of the worker between its cycles (default 100)")
+        ->type_name("MS");
+    AddRepeatable(app, "--every", written.every, "DURATION", "a repeat, such as 500ms, 2s, 10m, 1h, 1d (repeatable)");
+    AddRepeatable(app, "--at", written.at, "HH:MM:SS[,INTERVAL]",
+                  "a start at a time of the day, and from there at the interval, 1d if not given; +DURATION instead of "
+                  "the time means from now (repeatable)");
+    app.add_flag("--local", written.local, "the times of --at are local instead of UTC");
+    AddRepeatable(app, "--watch", written.watch, "PARENT/LEAF", "a command point (repeatable)");
+    app.add_flag("--bit0", written.bit0, "sets bit 0 in the options of the --watch subscriptions");
+    AddRepeatable(app, "--do", written.commands, "\"DURATION COMMAND\"",
+                  "a command after that time, such as \"3s start Plant Line1\" (repeatable)");
+    app.add_option("--duration", written.duration, "ends after that time")->type_name("DURATION");
+    AddJsonOption(app, written);
+    app.set_config("--config", "", "a file with these options, one a line as \"every = 500ms\"; the command line wins")
+        ->type_name("FILE");
+    app.config_formatter(std::make_shared<ConfigFile>(app));
+    app.set_version_flag("--version", "ActionHost " HOST_VERSION);
+}
+
+CLI::App& AddCompare(CLI::App& app, Written& written) {
+    CLI::App& compare = *app.add_subcommand(
+        "compare",
+        "asks both trigger strategies whether the change from one configuration tree to another must "
+        "trigger a run; exit 0 if the items say so, 3 if not");
+    AddModuleOption(compare, written);
+    AddJsonOption(compare, written);
+    compare.add_option("OLD", written.oldFile, "the old tree: a file with the text of a node dump")->required();
+    compare.add_option("NEW", written.newFile, "the new tree")->required();
+    return compare;
+}
+
+CLI::App& AddLog(CLI::App& app, Written& written) {
+    CLI::App& log = *app.add_subcommand("log", "shows the module's log file in UTF-8");
+    log.add_option("FILE", written.log, "the log, or - for standard input")->required();
+    log.add_option("--severity", written.severity, "only lines of that severity and more severe ones")
+        ->type_name("NAME");
+    log.add_flag("--follow", written.follow, "goes on with what is written later, also to a new file of the name");
+    log.add_option("--slow", written.slow, "shows the N slowest traced calls instead of the lines")->type_name("N");
+    AddJsonOption(log, written);
+    return log;
+}
+
+// Reads one value, or refuses it with what would be right.
+template <class Parse>
+auto Read(const std::string& option, const std::string& value, std::string_view right, Parse parse) {
+    auto parsed = parse(value);
+    if (!parsed) Refuse(option, value, right);
+    return *parsed;
+}
+
+template <class T, class Parse>
+void ReadAll(std::vector<Labelled<T>>& out, const std::string& option, const std::vector<std::string>& values,
+             const std::string& labelEnd, std::string_view right, Parse parse) {
+    for (const std::string& value : values) {
+        out.push_back({option.substr(2) + " " + value + labelEnd, Read(option, value, right, parse)});
+    }
+}
+
+std::optional<std::int32_t> BiasIfLocal(bool isLocal) {
+    if (!isLocal) return std::nullopt;
+    std::int32_t bias = 0;
+    Check(GetLocalTimeZoneBias(bias), "Local time zone");
+    return bias;
+}
+
+void ReadSchedules(RunOptions& options, const Written& written) {
+    const auto bias = BiasIfLocal(written.local);
+    ReadAll(options.schedules, "--every", written.every, "", DurationForm, ParseRepeat);
+    ReadAll(options.schedules, "--at", written.at, written.local ? " local" : "", ClockScheduleForm,
+            [&](const std::string& value) { return ParseClockSchedule(value, bias, CurrentTime()); });
+}
+
+void ReadWatches(RunOptions& options, const Written& written) {
+    ReadAll(options.watches, "--watch", written.watch, "", WatchPointForm, ParseWatchPoint);
+    for (auto& watch : options.watches) watch.value.WithOptionBit0 = written.bit0;
+}
+
+std::string ModulePath(const Written& written) {
+    return written.module.empty() ? DefaultModule() : written.module;
+}
+
+Style StyleOf(const Written& written) {
+    return written.json ? Style::Json : Style::Text;
+}
+
+Options ReadRun(const Written& written) {
+    RunOptions options;
+    options.modulePath = ModulePath(written);
+    options.polling = std::chrono::milliseconds{
+        Read("--polling", written.polling, "a whole number of milliseconds below 2^32", ParseNumber32)};
+    ReadSchedules(options, written);
+    ReadWatches(options, written);
+    if (options.schedules.empty() && options.watches.empty()) {
+        throw BadInput("nothing to register; give --every, --at or --watch, or --help for examples");
+    }
+    for (const std::string& command : written.commands) options.commands.push_back(ParseTimedCommand(command));
+    if (!written.duration.empty()) {
+        options.duration = Read("--duration", written.duration, DurationForm, ParseDuration);
+    }
+    options.style = StyleOf(written);
+    return options;
+}
+
+std::optional<std::uint32_t> ParseSeverity(const std::string& name) {
+    const auto& names = Harbor::LogSeverityNames;
+    const auto wide = Harbor::FromUtf8(name);
+    const auto found = std::find_if(names.begin() + 1, names.end(),
+                                    [&](std::u16string_view known) { return Harbor::EqualsIgnoreCase(known, wide); });
+    if (found == names.end()) return std::nullopt;
+    return static_cast<std::uint32_t>(found - names.begin());
+}
+
+Options ReadLog(const Written& written) {
+    LogOptions options{written.log, {}, {}, written.follow, StyleOf(written)};
+    if (!written.severity.empty()) {
+        options.leastSevere =
+            Read("--severity", written.severity, "CRIT, ERR, WARN, INFO, DBG, DBG2 or DBG3", ParseSeverity);
+    }
+    if (!written.slow.empty()) {
+        options.slowestCalls = Read("--slow", written.slow, "a whole number below 2^32", ParseNumber32);
+    }
+    if (options.follow && options.slowestCalls) Refuse("--follow", "--slow " + written.slow, "one of the two");
+    if (options.follow && options.file == "-") Refuse("--follow", options.file, "the name of a file");
+    return options;
+}
+
+// Names the option and says in one line what is wrong.
+[[noreturn]] void RefuseCommandLine(const CLI::ParseError& error) {
+    std::string text = error.what();
+    std::ranges::replace(text, '\n', ' ');
+    if (dynamic_cast<const CLI::FileError*>(&error) != nullptr) text = "--config: " + text;
+    throw BadInput(text + "; ActionHost --help shows what would be right");
+}
+
+}  // namespace
+
+Options ParseOptions(int argc, const char* const* argv) {
+    Written written;
+    CLI::App app(Description, "ActionHost");
+    app.footer(Footer);
+    AddRunOptions(app, written);
+    CLI::App& compare = AddCompare(app, written);
+    CLI::App& log = AddLog(app, written);
+    for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
+        compare.excludes(app.get_option(option));
+        log.excludes(app.get_option(option));
+    }
+    app.require_subcommand(0, 1);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp&) {
+        return ShowText{app.help()};
+    } catch (const CLI::CallForVersion& version) {
+        return ShowText{version.what() + std::string("\n")};
+    } catch (const CLI::ParseError& error) {
+        RefuseCommandLine(error);
+    }
+    if (!compare && !log) return ReadRun(written);
+    return compare ? Options(CompareOptions{ModulePath(written), written.oldFile, written.newFile, StyleOf(written)})
+                   : ReadLog(written);
+}
+
+}  // namespace Host

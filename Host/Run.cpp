@@ -1,0 +1,98 @@
+#include "Host/Run.h"
+
+#include <iostream>
+#include <thread>
+
+#include "Common/Nodes/ACNode.h"
+#include "Harbor/Configurable.h"
+#include "Host/Failure.h"
+#include "Host/LoadedModule.h"
+#include "Host/Operator.h"
+#include "Host/ScheduleRegistration.h"
+#include "Host/WatchRegistration.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+using namespace Harbor;
+using std::chrono::milliseconds;
+
+namespace {
+
+struct Outcome {
+    std::vector<RegistrationState> registrations;
+    AliveObjects alive;
+};
+
+Registrations MakeRegistrations(const RunOptions& options, Report& report) {
+    Registrations registrations;
+    for (const auto& [label, settings] : options.schedules) {
+        registrations.push_back(std::make_unique<ScheduleRegistration>(label, settings, report));
+    }
+    for (const auto& [label, config] : options.watches) {
+        registrations.push_back(std::make_unique<WatchRegistration>(label, config, report));
+    }
+    return registrations;
+}
+
+void Configure(IActionManager& manager, milliseconds polling) {
+    const auto value = static_cast<std::uint32_t>(polling.count());
+    ACNode config;
+    Check(AcnCreateNode(u"ActionManager", nullptr, config.Receive()), "AcnCreateNode");
+    Check(AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &value, sizeof(value)),
+          "AcnSetAttribute");
+    ComponentPtr<IConfigurable> configurable;
+    Check(ComponentPtr(&manager, false).QueryTo(configurable), "QueryInterface");
+    Check(configurable->Configure(config.Handle()), "Configure");
+}
+
+// What was unsubscribed goes in the worker's next two cycles. Nothing depends on them, so a long polling interval isn't
+// waited for.
+void LetLastCyclesPass(IComponentsModule& module, milliseconds polling) {
+    constexpr std::uint32_t managerAlone = 1;
+    constexpr milliseconds longest{3000};
+    constexpr milliseconds step{5};
+    const auto until = std::chrono::steady_clock::now() + std::min(polling * 3 + milliseconds{500}, longest);
+    while (CountObjects(module) > managerAlone && std::chrono::steady_clock::now() < until) {
+        std::this_thread::sleep_for(step);
+    }
+}
+
+std::vector<RegistrationState> Serve(const LoadedModule& module, const RunOptions& options, const StopSignal& stop,
+                                     Report& report) {
+    const ServedTree tree;
+    // The listeners' registrations must be there until the manager's worker has ended.
+    const Registrations registrations = MakeRegistrations(options, report);
+    const auto manager = module.Create<IActionManager>(ActionManagerClassId);
+    Configure(*manager.Get(), options.polling);
+    for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
+    std::cerr << "Serving " << registrations.size() << " registrations; type help for the commands, Ctrl-C ends\n";
+
+    Operator(module.Get(), registrations, tree, report).Work(options, stop);
+
+    for (const auto& registration : registrations) registration->Unsubscribe();
+    LetLastCyclesPass(module.Get(), options.polling);
+    return StatesOf(registrations);
+}
+
+Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
+    const LoadedModule module(options.modulePath);
+    Outcome outcome{Serve(module, options, stop, report), {}};
+    outcome.alive = CountAlive(module.Get());
+    if (!outcome.alive.None()) module.Get().DumpAliveObjects();
+    return outcome;
+}
+
+}  // namespace
+
+int Run(const RunOptions& options) {
+    IgnoreBrokenPipes();
+    const StopSignal stop;
+    Report report(std::cout, options.style, [&stop] { stop.Request(); });
+    const Outcome outcome = LoadServeAndUnload(options, stop, report);
+    report.AddSummary(outcome.registrations);
+    report.AddAlive(outcome.alive);
+    return outcome.alive.None() && std::cout ? ExitCode::Success : ExitCode::Failure;
+}
+
+}  // namespace Host

@@ -1,0 +1,35 @@
+// Durations, schedules and command points as they are written on the command line. Malformed text gives nothing: the
+// caller knows the option that it came from. Whether a well-formed schedule is allowed is the module's to say.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string_view>
+
+#include "DataCollection/ActionManager.h"
+#include "Subsystems/ActionManager/TimePoint.h"
+
+namespace Host {
+
+inline constexpr std::string_view DurationForm = "a whole number below 2^32 with ms, s, m, h or d, such as 500ms";
+inline constexpr std::string_view ClockScheduleForm =
+    "HH:MM:SS or +DURATION, then a comma and the interval unless it is 1d, such as 07:30:00,12h or +5s,3s";
+inline constexpr std::string_view WatchPointForm = "PARENT/LEAF, two names without / and \\";
+
+// "500ms", "2s", "10m", "1h", "1d". The largest is 2^32 - 1 milliseconds, or seconds for the other units.
+[[nodiscard]] std::optional<std::chrono::milliseconds> ParseDuration(std::string_view text);
+
+// An interval given in ms is passed to the module in milliseconds, others in seconds: it has different rules for them.
+[[nodiscard]] std::optional<DataCollection::ActionManagement::TimedActionSettings> ParseRepeat(std::string_view text);
+
+// "07:30:00", "07:30:00,12h"; "+5s,3s" is the first full second at least 5 s after `now`. `bias` is the number of
+// seconds to add to local time to get UTC, if the schedule is in local time.
+[[nodiscard]] std::optional<DataCollection::ActionManagement::TimedActionSettings> ParseClockSchedule(
+    std::string_view text, std::optional<std::int32_t> bias, const DataCollection::ActionManagement::TimePoint& now);
+
+[[nodiscard]] std::optional<DataCollection::ActionManagement::ForcedActionConfig> ParseWatchPoint(
+    std::string_view text);
+
+[[nodiscard]] std::optional<std::uint32_t> ParseNumber32(std::string_view text);
+
+}  // namespace Host

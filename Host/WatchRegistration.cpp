@@ -1,0 +1,42 @@
+#include "Host/WatchRegistration.h"
+
+#include "Host/Failure.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+
+Harbor::WideString CommandPointPath(std::u16string_view parent, std::u16string_view leaf) {
+    Harbor::WideString path = u"\\Commands\\ManagedObjectsDataCollectionCommand\\";
+    return path.append(parent).append(u"\\").append(leaf);
+}
+
+WatchRegistration::WatchRegistration(std::string label, ForcedActionConfig config, Report& report)
+    : Registration(std::move(label), report),
+      config_(std::move(config)),
+      path_(CommandPointPath(config_.ParentName, config_.LeafName)) {}
+
+void WatchRegistration::OnCommand(std::u16string_view path, const TimePoint& time) {
+    const bool isCovered = path == path_ || path.starts_with(path_ + u"\\");
+    if (!isCovered) return;
+    const std::lock_guard lock(lock_);
+    written_ = time;
+}
+
+Registration::SubscriptionPtr WatchRegistration::Register(IActionManager& manager, IActionListener& listener) {
+    SubscriptionPtr subscription;
+    Check(manager.SubscribeForcedAction(&listener, &config_, subscription.Address()),
+          "SubscribeForcedAction '" + Label() + "'");
+    return subscription;
+}
+
+std::optional<TimePoint> WatchRegistration::LatestDue(const TimePoint&) const {
+    const std::lock_guard lock(lock_);
+    return written_;
+}
+
+std::optional<TimePoint> WatchRegistration::NextDue(const TimePoint&) const {
+    return std::nullopt;
+}
+
+}  // namespace Host

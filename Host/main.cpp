@@ -1,0 +1,46 @@
+#include <iostream>
+
+#include "Common/HRes.h"
+#include "Common/Text.h"
+#include "Host/Compare.h"
+#include "Host/Failure.h"
+#include "Host/LogCommand.h"
+#include "Host/Options.h"
+#include "Host/Run.h"
+
+namespace {
+
+using namespace Host;
+
+int Do(const RunOptions& options) {
+    return Run(options);
+}
+int Do(const CompareOptions& options) {
+    return Compare(options);
+}
+int Do(const LogOptions& options) {
+    return ShowLog(options);
+}
+int Do(const ShowText& show) {
+    std::cout << show.text;
+    return ExitCode::Success;
+}
+
+int Fail(int code, const std::string& text) {
+    std::cerr << "ActionHost: " << text << std::endl;
+    return code;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return std::visit([](const auto& options) { return Do(options); }, ParseOptions(argc, argv));
+    } catch (const BadInput& failure) {
+        return Fail(ExitCode::BadInput, failure.what());
+    } catch (const Harbor::HRX& failure) {
+        return Fail(ExitCode::Failure, Harbor::ToUtf8(failure.ToText()));
+    } catch (const std::exception& failure) {
+        return Fail(ExitCode::Failure, failure.what());
+    }
+}

@@ -1,0 +1,24 @@
+// Components whose interfaces have no id.
+#pragma once
+
+#include "Common/Components/CComponentObject.h"
+
+namespace ConfigServer {
+
+// What can be queried of them besides their identity.
+struct NoQueryableInterfaces {
+    template <class T>
+    static Harbor::IComponentUnknown* Find(T*, const Harbor::GUID&) noexcept {
+        return nullptr;
+    }
+};
+
+// Failures are thrown as HRX.
+template <class T>
+[[nodiscard]] Harbor::ComponentPtr<Harbor::CComponentObject<T>> CreateComponent() {
+    Harbor::CComponentObject<T>* created = nullptr;
+    Harbor::HRES hres = Harbor::CComponentObject<T>::CreateObject(&created);
+    return {created, true};
+}
+
+}  // namespace ConfigServer

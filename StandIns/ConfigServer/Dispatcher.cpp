@@ -1,0 +1,127 @@
+#include "Dispatcher.h"
+
+#include <algorithm>
+
+#include "Common/CodeOfCall.h"
+#include "Common/Logging/Log.h"
+#include "ConfigServer/ConfigServer.h"
+
+namespace ConfigServer {
+
+using namespace Harbor;
+
+namespace {
+
+void Deliver(const Watch& watch, IACNodeModifyEnum* modifications) noexcept {
+    const auto call = [&] { return watch.callback->OnTriggered(watch.subscription, NodesModified, modifications); };
+    // The log may fail too, which must not end the thread.
+    (void)CodeOfCall([&] {
+        const HRES result = HRES::Unchecked(CodeOfCall(call));
+        if (result.Failed()) {
+            LOG(Warn, u"A callback failed. IACModifySubscription: '" << watch.subscription << u"'. Reason: " << result);
+        }
+        return S_OK;
+    });
+}
+
+}  // namespace
+
+void Dispatcher::Run() {
+    thread_ = std::thread(&Dispatcher::Serve, shared_from_this());
+}
+
+void Dispatcher::Stop() noexcept {
+    std::deque<PendingReport> dropped;
+    bool onThread = false;
+    {
+        const std::lock_guard lock(lock_);
+        stopping_ = true;
+        for (const auto& watch : watches_) watch->state = Watch::State::Ended;
+        dropped.swap(reports_);
+        onThread = std::this_thread::get_id() == threadId_;
+    }
+    workArrived_.notify_one();
+    if (onThread) {
+        thread_.detach();
+    } else {
+        thread_.join();
+    }
+}
+
+void Dispatcher::AddWatch(std::shared_ptr<Watch> watch) {
+    const std::lock_guard lock(lock_);
+    watches_.push_back(std::move(watch));
+}
+
+HRESULT Dispatcher::StartWatch(Watch& watch) noexcept {
+    const std::lock_guard lock(lock_);
+    if (watch.state == Watch::State::Ended) return WatchEnded;
+    watch.state = Watch::State::Started;
+    return S_OK;
+}
+
+HRESULT Dispatcher::EndWatch(const IACModifySubscription* subscription) noexcept {
+    Lock lock(lock_);
+    const auto found = std::ranges::find(watches_, subscription, [](const auto& watch) { return watch->subscription; });
+    if (found == watches_.end()) return NOT_FOUND;
+    const std::shared_ptr<Watch> watch = *found;
+    const auto stateBefore = std::exchange(watch->state, Watch::State::Ended);
+    WaitForCallback(*watch, lock);
+    return stateBefore != Watch::State::Ended ? S_OK : NOT_FOUND;
+}
+
+void Dispatcher::ForgetWatch(const Watch& watch) noexcept {
+    Lock lock(lock_);
+    const auto found = std::ranges::find(watches_, &watch, [](const auto& known) { return known.get(); });
+    if (found == watches_.end()) return;
+    (*found)->state = Watch::State::Ended;
+    watches_.erase(found);
+    WaitForCallback(watch, lock);
+}
+
+std::vector<std::shared_ptr<Watch>> Dispatcher::WatchesOf(std::u16string_view path, std::int64_t changes) {
+    const std::lock_guard lock(lock_);
+    std::vector<std::shared_ptr<Watch>> found;
+    std::ranges::copy_if(watches_, std::back_inserter(found), [&](const auto& watch) {
+        return watch->state == Watch::State::Started && watch->scope.Covers(path, changes);
+    });
+    return found;
+}
+
+void Dispatcher::Post(std::vector<PendingReport> reports) {
+    {
+        const std::lock_guard lock(lock_);
+        reports_.insert(reports_.end(), std::move_iterator(reports.begin()), std::move_iterator(reports.end()));
+    }
+    workArrived_.notify_one();
+}
+
+void Dispatcher::Serve() {
+    Lock lock(lock_);
+    threadId_ = std::this_thread::get_id();
+    for (;;) {
+        workArrived_.wait(lock, [this] { return stopping_ || !reports_.empty(); });
+        if (stopping_) return;
+        ServeOldest(lock);
+    }
+}
+
+void Dispatcher::ServeOldest(Lock& lock) {
+    PendingReport report = std::move(reports_.front());
+    reports_.pop_front();
+    const bool wanted = report.watch->state == Watch::State::Started;
+    served_ = report.watch.get();
+    lock.unlock();
+    if (wanted) Deliver(*report.watch, report.modifications.Get());
+    report.modifications.Reset();  // before whoever waits goes on: its nodes are closed then
+    lock.lock();
+    served_ = nullptr;
+    reportServed_.notify_all();
+}
+
+void Dispatcher::WaitForCallback(const Watch& watch, Lock& lock) noexcept {
+    if (std::this_thread::get_id() == threadId_) return;
+    reportServed_.wait(lock, [&] { return served_ != &watch; });
+}
+
+}  // namespace ConfigServer

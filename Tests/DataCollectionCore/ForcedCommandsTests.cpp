@@ -1,0 +1,264 @@
+#include "Common/HRes.h"
+#include "Common/Nodes/NodeDump.h"
+#include "ModuleBroker/ModuleBroker.h"
+#include "TestSupport.h"
+
+namespace {
+
+class FakeWatch : public ComponentRoot, public IACModifySubscription {
+public:
+    static constexpr const char* Tag = "FakeWatch";
+    using Queryable = InterfaceList<IACModifySubscription>;
+
+    HRESULT Start() override { return onStart(); }
+
+    std::function<HRESULT()> onStart = [] { return S_OK; };
+};
+
+class FakeConfigService : public ComponentRoot, public IACConfigService {
+public:
+    static constexpr const char* Tag = "FakeConfigService";
+    using Queryable = InterfaceList<IACConfigService>;
+
+    HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* client,
+                            IACModifySubscription** subscription) override {
+        WideStream dump;
+        dump << ACNode(filter, false) << ACNode(parameters, false);
+        asked = Narrow(dump.Text());
+        callback = client;
+        if (!next) next = NewObject<FakeWatch>();
+        watches.push_back(next.Get());
+        if (Succeeded(addResult)) *subscription = ComponentPtr(next).Detach();
+        if (!oneWatchForAll) next.Reset();
+        return addResult;
+    }
+    HRESULT RemoveSubscription(IACModifySubscription* subscription) override {
+        removed.push_back(subscription);
+        return removeResult;
+    }
+
+    HRESULT addResult = S_OK, removeResult = S_OK;
+    bool oneWatchForAll = false;
+    ComponentPtr<CComponentObject<FakeWatch>> next;  // a new one where the test sets none
+    std::string asked;
+    IACModifyCallback* callback = nullptr;
+    std::vector<IACModifySubscription*> watches, removed;
+};
+
+class FakeReport : public ComponentRoot, public IACNodeModifyEnum, public IACNodeEnumerator {
+public:
+    static constexpr const char* Tag = "FakeReport";
+    using Queryable = InterfaceList<IACNodeModifyEnum>;
+
+    HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
+        if (Succeeded(walkResult)) *out = ComponentPtr<IACNodeEnumerator>(this, false).Detach();
+        return walkResult;
+    }
+    HRESULT Reset() override {
+        place = 0;
+        return E_FAIL;
+    }
+    HRESULT Next(AcnHandle* node) override {
+        return place < nodes.size() ? AcnDuplicateNodeHandle(nodes[place++].Handle(), node) : E_FAIL;
+    }
+
+    HRESULT walkResult = S_OK;
+    std::vector<ACNode> nodes;
+    std::size_t place = SIZE_MAX;  // nothing is found without a Reset
+};
+
+// A notification. A null text and a mask of 0 leave their attribute out.
+struct Change {
+    const WideChar* command = nullptr;
+    std::int64_t mask = 1;
+    const WideChar* path = u"\\A\\B";
+    bool hasChild = true, commandIsNumber = false;
+
+    ACNode Node() const {
+        ACNode notification, child;
+        notification.Create(nullptr, nullptr);
+        if (path != nullptr) notification.SetText(u"ModifiedNodePath", path, MeasureText);
+        if (mask != 0) notification.SetInt64(u"ChangesMask", mask);
+        child.Create(u"B", nullptr);
+        child.SetText(u"Other", u"value", MeasureText);
+        if (command != nullptr) child.SetText(u"Command", command, MeasureText);
+        if (commandIsNumber) child.SetInt32(u"Command", 1);
+        if (hasChild) AcnAppendChild(notification.Handle(), child.Handle());
+        return notification;
+    }
+};
+
+class ForcedCommands : public ManagerTest {
+protected:
+    ForcedCommands() { Publish(service_.Get()); }
+    ~ForcedCommands() override { Publish(nullptr); }
+
+    static void Publish(IACConfigService* service) {
+        EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, service), S_OK);
+    }
+    SubscriptionPtr SubscribeForced(const ListenerPtr& listener, bool withOptionBit0 = false) {
+        const ForcedActionConfig config{u"B", u"A", withOptionBit0};
+        SubscriptionPtr subscription;
+        EXPECT_EQ(manager_->SubscribeForcedAction(listener.Get(), &config, subscription.Address()), S_OK);
+        EXPECT_EQ(subscription->Start(), S_OK);
+        return subscription;
+    }
+    HRESULT Report(const std::vector<Change>& changes, IACModifySubscription* watch) const {
+        const auto report = NewObject<FakeReport>();
+        for (const Change& change : changes) report->nodes.push_back(change.Node());
+        return service_->callback->OnTriggered(watch, 0, report.Get());
+    }
+    HRESULT Report(const std::vector<Change>& changes) const { return Report(changes, service_->watches.back()); }
+
+    const ComponentPtr<CComponentObject<FakeConfigService>> service_ = NewObject<FakeConfigService>();
+};
+
+}  // namespace
+
+TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
+    const std::string wanted = R"(*<node name="" type="FilterByPath">
+    <attribute name="NodePath" type="text" value="\Commands\ManagedObjectsDataCollectionCommand\A\B"/>
+    <attribute name="IsParent" type="bool" value="false"/>
+    <attribute name="MaxDepth" type="int64" value="2147483647"/>
+  </node>*<node name="SubscribeConfig" type="">
+    <attribute name="ChangesMask" type="int32" value="31"/>
+    <attribute name="SubscribeOptions" type="int32" value=)";
+    for (const bool withOptionBit0 : {false, true}) {
+        CapturedLog log("DBG");
+        const SubscriptionPtr subscription = SubscribeForced(listener_, withOptionBit0);
+        EXPECT_TRUE(IsLike(service_->asked, wanted + (withOptionBit0 ? "\"7\"*" : "\"6\"*"))) << service_->asked;
+        const std::string watch = "IACModifySubscription: '" + Shown(service_->watches.back()) + "' .";
+        EXPECT_TRUE(log.Wrote({"DBG Create forced action. " + watch, "DBG Forced start action created: '*'.",
+                               "DBG Forced stop action created: '*'.", "DBG *. Attached action '*'",
+                               "DBG *. Attached action '*'", "DBG * created. *", "DBG Started forced action " + watch,
+                               "DBG *starting."}));
+    }
+    EXPECT_EQ(service_->AddRef(), 3u) << "the service isn't kept";
+    service_->Release();
+}
+
+TEST_F(ForcedCommands, FindTheirPairAlreadyWhileTheWatchStarts) {
+    service_->next = NewObject<FakeWatch>();
+    service_->next->onStart = [this] {
+        EXPECT_EQ(Report({{u"Stop"}}), S_OK);
+        Cycle();
+        return S_OK;
+    };
+    const SubscriptionPtr subscription = SubscribeForced(listener_);
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStop"});
+}
+
+TEST_F(ForcedCommands, AreServedAsTheReportTells) {
+    const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::OnTriggered failed: ";
+    const std::string empty = "WARN Empty attribute: 'Command'.", bad = "ERR Invalid forced command format: ACNode[";
+    const auto unknown = [](const std::string& command) { return "WARN Unknown command: '" + command + "'."; };
+    const struct {
+        std::vector<Change> changes;
+        Texts calls, lines;
+        HRESULT code = S_OK;
+    } table[] = {
+        {{}, {}, {}},
+        {{{u"Start"}}, {"ForcedStart"}, {}},
+        {{{u"Start"}, {u"Start"}}, {"ForcedStart"}, {}},
+        {{{u"Start"}, {u"Stop"}}, {"ForcedStop"}, {}},
+        {{{u"Stop"}, {u"Start"}}, {"ForcedStart"}, {}},
+        {{{u"start"}}, {}, {unknown("start"), bad + "0x*value*"}},
+        {{{u""}}, {}, {unknown(""), bad + "*"}},
+        {{{u"Start"}, {nullptr}, {u"Stop "}}, {"ForcedStart"}, {empty, bad + "*", unknown("Stop "), bad + "*"}},
+        {{{u"x"}, {u"Start"}, {u"y"}, {u"Stop"}}, {"ForcedStop"}, {unknown("x"), bad + "*", unknown("y"), bad + "*"}},
+        {{{u"Start", 0x7FFFFFFF00000000}}, {"ForcedStart"}, {}},
+        {{{u"Stop", 1, u"", false}, {u"Start"}}, {"ForcedStart"}, {empty, bad + "<null>]"}},
+        {{{u"Start"}, {u"Stop", 0}, {u"Stop"}}, {"ForcedStart"}, {failed + "0x80070490 *"}, NOT_FOUND},
+        {{{u"Stop"}, {u"Start", 1, nullptr}, {u"Start"}}, {"ForcedStop"}, {failed + "0x80070490 *"}, NOT_FOUND},
+        {{{nullptr, 1, u"", true, true}, {u"Stop"}}, {}, {failed + "0x8007065D *"}, DATATYPE_MISMATCH},
+    };
+    const SubscriptionPtr subscription = SubscribeForced(listener_);
+    CapturedLog log("WARN");
+    for (const auto& row : table) {
+        EXPECT_EQ(Report(row.changes), row.code);
+        Cycle();
+        EXPECT_TRUE(log.Wrote(row.lines));
+        EXPECT_EQ(listener_->TakeCalls(), row.calls);
+    }
+    const auto broken = NewObject<FakeReport>();
+    broken->walkResult = E_ABORT;
+    EXPECT_EQ(service_->callback->OnTriggered(service_->watches[0], 0, nullptr), E_POINTER);
+    EXPECT_EQ(service_->callback->OnTriggered(service_->watches[0], 0, broken.Get()), E_ABORT);
+}
+
+TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
+    const SubscriptionPtr subscription = SubscribeForced(listener_);
+    const auto stranger = NewObject<FakeWatch>();
+    CapturedLog log("WARN");
+    EXPECT_EQ(Report({{u"Start"}}, stranger.Get()), S_OK);
+    subscription->Unsubscribe();
+    Cycle();
+    EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '*'."}));
+    EXPECT_TRUE(service_->removed.empty());
+    EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    Cycle();
+    EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(service_->watches[0]) + "'."}));
+    EXPECT_EQ(service_->removed, service_->watches);
+    EXPECT_EQ(listener_->TakeCalls(), Texts{});
+}
+
+TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
+    const std::string call = "ERR query->RemoveSubscription(it->first)\tcall failed. 0x80004004 *; ";
+    const std::string pair =
+        "WARN Cannot remove subscription: Forced Actions: StartAction '*', StopAction '*'; error: ";
+    service_->removeResult = E_ABORT;
+    for (const bool there : {true, false}) {
+        const SubscriptionPtr subscriptions[] = {SubscribeForced(listener_), SubscribeForced(listener_)};
+        for (const auto& subscription : subscriptions) subscription->Unsubscribe();
+        Publish(there ? service_.Get() : nullptr);
+        Cycle();
+        const std::uint32_t before = LivingObjects();
+        CapturedLog log("WARN");
+        Cycle();
+        EXPECT_EQ(LivingObjects(), before - 6) << "of each pair the two actions and the watch";
+        const std::string refused = pair + "0x80004004 *", missing = pair + "0x80070490 *";
+        EXPECT_TRUE(log.Wrote(there ? Texts{call, refused, call, refused} : Texts{missing, missing}));
+        Cycle();
+        EXPECT_TRUE(log.Wrote({})) << "the removal isn't tried again";
+    }
+}
+
+TEST_F(ForcedCommands, GoToTheFirstOfTwoPairsOfOneWatch) {
+    service_->oneWatchForAll = true;
+    const ListenerPtr other = NewObject<RecordingListener>();
+    const SubscriptionPtr first = SubscribeForced(listener_), second = SubscribeForced(other);
+    EXPECT_EQ(Report({{u"Stop"}}), S_OK);
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStop"});
+    EXPECT_EQ(other->TakeCalls(), Texts{});
+}
+
+TEST_F(ForcedCommands, FailToRegisterWithTheCodeOfWhoeverRefuses) {
+    const struct {
+        IActionListener* listener;
+        IACConfigService* service;
+        HRESULT addResult, startResult, code;
+        std::uint32_t objectsLeft;
+    } table[] = {
+        {nullptr, service_.Get(), S_OK, S_OK, E_POINTER, 0},
+        {listener_.Get(), nullptr, S_OK, S_OK, NOT_FOUND, 0},
+        {listener_.Get(), service_.Get(), E_ABORT, S_OK, E_ABORT, 0},
+        {listener_.Get(), service_.Get(), S_OK, E_UNEXPECTED, E_UNEXPECTED, 4},  // it undoes nothing
+    };
+    const ForcedActionConfig config{u"B", u"A", false};
+    auto* const untouched = reinterpret_cast<IActionSubscription*>(0x10);
+    IActionSubscription* subscription = untouched;
+    EXPECT_EQ(manager_->SubscribeForcedAction(listener_.Get(), &config, nullptr), E_POINTER);
+    for (const auto& row : table) {
+        const std::uint32_t before = LivingObjects();
+        Publish(row.service);
+        service_->addResult = row.addResult;
+        service_->next = NewObject<FakeWatch>();
+        service_->next->onStart = [&] { return row.startResult; };
+        EXPECT_EQ(manager_->SubscribeForcedAction(row.listener, &config, &subscription), row.code);
+        EXPECT_EQ(subscription, untouched);
+        service_->next.Reset();
+        EXPECT_EQ(LivingObjects(), before + row.objectsLeft);
+    }
+}

@@ -1,0 +1,124 @@
+#include "TestSupport.h"
+
+#include <dlfcn.h>
+#include <pthread.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <ranges>
+#include <regex>
+
+#include "Platform/Errors.h"
+
+static constexpr std::uint32_t PastTheLogRefresh = 6000;
+
+namespace Platform {
+
+DWORD GetTickCount() noexcept {
+    return System.tick;
+}
+
+void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept {
+    const TimePoint set = System.clock;
+    if (set == TimePoint{}) return GetSystemTimeAsFileTime(time);
+    const auto ticks = static_cast<std::uint64_t>((set.time_since_epoch() + 11644473600s).count());
+    *time = {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcept {
+    *zone = System.zone;
+    SetLastError(ERROR_ACCESS_DENIED);
+    return System.zoneResult;
+}
+
+}  // namespace Platform
+
+extern "C" PLATFORM_EXPORT int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                                              void* (*start)(void*), void* argument) {
+    static const auto create = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+    ++System.threadsAsked;
+    const int refusal = System.threadRefusal;
+    return refusal != 0 ? refusal : create(thread, attributes, start, argument);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++Allocations;
+    return std::malloc(std::max<std::size_t>(size, 1));
+}
+void* operator new(std::size_t size) {
+    if (void* const memory = operator new(size, std::nothrow)) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+bool IsLike(std::string_view text, std::string_view pattern) {
+    const std::size_t star = pattern.find('*');
+    if (star == pattern.npos) return text == pattern;
+    if (!text.starts_with(pattern.substr(0, star))) return false;
+    const auto restIsLike = [&](std::size_t from) { return IsLike(text.substr(from), pattern.substr(star + 1)); };
+    return std::ranges::any_of(std::views::iota(star, text.size() + 1), restIsLike);
+}
+
+std::string Narrow(std::u16string_view text) {
+    return {text.begin(), text.end()};
+}
+
+std::string Shown(const void* pointer) {
+    return Narrow((WideStream() << pointer).Text());
+}
+
+CapturedLog::CapturedLog(const char* maxSeverity) {
+    setenv("GS_Logger_MaxSeverity", maxSeverity, 1);
+    System.tick += PastTheLogRefresh;
+    EXPECT_TRUE(LogManager::Instance().Register(this));
+}
+
+CapturedLog::~CapturedLog() {
+    LogManager::Instance().Unregister(this);
+    unsetenv("GS_Logger_MaxSeverity");
+    System.tick += PastTheLogRefresh;
+}
+
+void CapturedLog::Write(const WideChar* text, std::int32_t length) {
+    static const std::regex form(
+        R"([^|]*\| (\w+) *\|[^|]*\|[^|]*\| *(?! |Entering: |Exiting: |EXCEPTION at: )([^]*)\r\n)");
+    const std::string line = Narrow({text, static_cast<std::size_t>(length)});
+    std::smatch parts;
+    if (!std::regex_match(line, parts, form)) return;
+    const std::lock_guard guard(lock_);
+    lines_.push_back(parts.str(1) + " " + parts.str(2));
+}
+
+testing::AssertionResult CapturedLog::Wrote(const Texts& patterns) {
+    const std::lock_guard guard(lock_);
+    const Texts lines = std::exchange(lines_, {});
+    if (std::ranges::equal(lines, patterns, IsLike)) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << testing::PrintToString(lines) << " instead of "
+                                       << testing::PrintToString(patterns);
+}
+
+HRESULT RecordingListener::OnActionTriggered(IActionSubscription* subscription, IAction* action) {
+    WideString name;
+    EXPECT_EQ(action->GetName(&name), S_OK);
+    {
+        const std::lock_guard guard(lock_);
+        calls_.push_back(Narrow(name));
+    }
+    ++count_;
+    count_.notify_all();
+    return onCall(*subscription);
+}
+
+Texts RecordingListener::TakeCalls() {
+    const std::lock_guard guard(lock_);
+    return std::exchange(calls_, {});
+}
+
+void RecordingListener::WaitForCalls(std::size_t count) const {
+    for (std::size_t seen = count_; seen < count; seen = count_) count_.wait(seen);
+}

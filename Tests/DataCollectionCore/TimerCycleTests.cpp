@@ -1,0 +1,129 @@
+#include <stdexcept>
+
+#include "Common/HRes.h"
+#include "TestSupport.h"
+
+namespace {
+
+class TimerCycle : public ManagerTest {};
+
+const Texts Once{"Schedule"};
+
+}  // namespace
+
+TEST_F(TimerCycle, DeliversWhatFellDueBeforeStartAsOneCall) {
+    const SubscriptionPtr subscription = Subscribe(listener_);
+    Cycle();
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Texts{});
+    subscription->Start();
+    manager_->OnTimerEvent(Creation);
+    EXPECT_EQ(listener_->TakeCalls(), Once);
+    manager_->OnTimerEvent(Creation);
+    EXPECT_EQ(listener_->TakeCalls(), Texts{});
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Once);
+}
+
+TEST_F(TimerCycle, ServesTheOthersWhenAListenerThrows) {
+    const struct {
+        std::function<HRESULT(IActionSubscription&)> call;
+        std::string code;  // empty: the call isn't repeated
+    } table[] = {
+        {[](auto&) -> HRESULT { throw std::runtime_error("listener"); }, "0x8000FFFF"},
+        {[](auto&) -> HRESULT { throw std::bad_alloc(); }, "0x8007000E"},
+        {[](auto&) -> HRESULT { throw 1; }, "0x8000FFFF"},
+        {[](auto&) -> HRESULT { ThrowError(E_ABORT); }, "0x80004004"},
+        {[](auto&) { return E_FAIL; }, ""},
+    };
+    std::vector<SubscriptionPtr> subscriptions;
+    std::vector<ListenerPtr> listeners;
+    Texts lines;
+    for (const auto& row : table) {
+        listeners.push_back(NewObject<RecordingListener>());
+        listeners.back()->onCall = row.call;
+        subscriptions.push_back(SubscribeAndStart(listeners.back()));
+        const auto control = subscriptions.back().QueryOrThrow<IActionSubscriptionControl>();
+        if (row.code == "0x80004004") lines.push_back("ERR *TriggerActionsIfNeeded failed: 0x80004004 *");
+        if (row.code.empty()) continue;
+        lines.push_back("ERR Error when trying to trigger action for subscription '" + Shown(control.Get()) +
+                        "':" + row.code + " *");
+    }
+    CapturedLog log("ERR");
+    for (const bool due : {true, false}) {
+        manager_->OnTimerEvent(Creation + (due ? 1s : 0s));
+        EXPECT_TRUE(log.Wrote(lines));
+        for (std::size_t i = 0; i < listeners.size(); ++i) {
+            EXPECT_EQ(listeners[i]->TakeCalls().size(), due || !table[i].code.empty() ? 1u : 0u) << i;
+        }
+    }
+}
+
+TEST_F(TimerCycle, LetsAnUnsubscribedActionGoInTheSecondCycle) {
+    const std::uint32_t before = LivingObjects();
+    SubscribeAndStart(listener_)->Unsubscribe();
+    Cycle();
+    EXPECT_EQ(LivingObjects(), before + 2);
+    manager_->OnTimerEvent(Creation);
+    EXPECT_EQ(LivingObjects(), before);
+    EXPECT_EQ(listener_->TakeCalls(), Texts{});
+}
+
+TEST_F(TimerCycle, KeepsTheOrderOfThoseThatStay) {
+    std::string order;
+    std::vector<SubscriptionPtr> subscriptions;
+    for (const char name : std::string("abcdef")) {
+        const ListenerPtr listener = NewObject<RecordingListener>();
+        listener->onCall = [&order, name](IActionSubscription&) {
+            order.push_back(name);
+            return S_OK;
+        };
+        subscriptions.push_back(SubscribeAndStart(listener));
+    }
+    for (const std::size_t gone : {0, 2, 3}) subscriptions[gone]->Unsubscribe();
+    for (int cycle = 0; cycle < 3; ++cycle) Cycle();
+    EXPECT_EQ(order, "befbefbef");
+}
+
+TEST_F(TimerCycle, LetsAListenerSubscribeAndUnsubscribe) {
+    const ListenerPtr outer = NewObject<RecordingListener>();
+    const SubscriptionPtr before = SubscribeAndStart(listener_);
+    SubscriptionPtr added;
+    outer->onCall = [&](IActionSubscription& own) {
+        added = SubscribeAndStart(listener_);
+        before->Unsubscribe();
+        return own.Unsubscribe();
+    };
+    const SubscriptionPtr subscription = SubscribeAndStart(outer);
+    for (int cycle = 0; cycle < 2; ++cycle) {
+        Cycle();
+        EXPECT_EQ(outer->TakeCalls(), cycle == 0 ? Once : Texts{});
+        EXPECT_EQ(listener_->TakeCalls(), Once) << "from the one before, then from the one that was added";
+    }
+}
+
+TEST_F(TimerCycle, AllocatesNothingWhileNothingIsDue) {
+    std::vector<SubscriptionPtr> subscriptions;
+    for (int i = 0; i < 1000; ++i) subscriptions.push_back(SubscribeAndStart(listener_));
+    for (int cycle = 0; cycle < 3; ++cycle) {
+        const std::size_t before = Allocations;
+        manager_->OnTimerEvent(Creation);
+        EXPECT_EQ(Allocations, before);
+    }
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls().size(), 1000u);
+}
+
+TEST_F(TimerCycle, IsNotReachedByARefusedRegistration) {
+    const TimedActionSettings bad{};
+    auto* const untouched = reinterpret_cast<IActionSubscription*>(0x10);
+    IActionSubscription* subscription = untouched;
+    CapturedLog log("ERR");
+    EXPECT_EQ(manager_->SubscribeRegularAction(nullptr, &EveryMillisecond, &subscription), E_POINTER);
+    EXPECT_EQ(manager_->SubscribeRegularAction(listener_.Get(), &EveryMillisecond, nullptr), E_POINTER);
+    EXPECT_EQ(manager_->SubscribeRegularAction(listener_.Get(), &bad, &subscription), E_INVALIDARG);
+    EXPECT_EQ(subscription, untouched);
+    const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::SubscribeRegularAction failed: ";
+    EXPECT_TRUE(
+        log.Wrote({failed + "0x80004003 *", failed + "0x80004003 *", "ERR Invalid *", failed + "0x80070057 *"}));
+}

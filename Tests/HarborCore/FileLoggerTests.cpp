@@ -1,0 +1,227 @@
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "Common/ErrorHandling.h"
+#include "Common/Logging/FileLogger.h"
+#include "Platform/Errors.h"
+#include "Stage.h"
+
+using testing::ElementsAre;
+
+namespace Harbor {
+namespace {
+
+namespace fs = std::filesystem;
+using Stage::PassLogInterval;
+
+// The text of a log file: 16-bit, little-endian.
+std::string ReadLog(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    WideString text;
+    for (int low; (low = file.get()) != EOF;) text.push_back(static_cast<WideChar>(low | file.get() << 8));
+    return ToUtf8(text);
+}
+
+class LogFile : public testing::Test {
+protected:
+    LogFile() {
+        fs::create_directories(directory_);
+        PassLogInterval();
+    }
+    ~LogFile() override {
+        EXPECT_EQ(Stage::TakeDebugOutput(), Stage::Strings());
+        fs::remove_all(directory_);
+        Stage::OnSleep = [] {};
+        PassLogInterval();
+    }
+    static void Write(FileLogger& logger, const WideChar* text) { logger.Write(text, -1); }
+    FileLogger Logger() const { return FileLogger(Stage::Wide(file_), u"B"); }
+    std::string CannotOpen(const char* code) const {
+        return "FileLogger: cannot open log file '" + file_.string() + "' (error: " + code + ")\n";
+    }
+
+    const fs::path directory_ = Stage::Root() / "logs";
+    const fs::path file_ = directory_ / "test.log";
+    Stage::Variable keepOpen_{"GS_Logger_KeepOpenInterval", std::nullopt};
+    Stage::Variable threshold_{"GS_Logger_LogFileSizeThresholdMB", std::nullopt};
+    Stage::Variable path_{"GS_Logger_Path", std::nullopt};
+};
+
+TEST_F(LogFile, HasABannerAtItsHeadAndGoesOnInWhateverStandsAtItsPath) {
+    const fs::path other = directory_ / "other";
+    const auto replace = [&] {
+        Stage::WriteText(other, std::string_view("X\0", 2));
+        fs::rename(other, file_);
+    };
+    const struct {
+        const char* what;
+        std::function<void()> act;
+        std::string content, otherContent;
+    } rows[] = {{"left alone", [] {}, "B123", ""},
+                {"renamed", [&] { fs::rename(file_, other); }, "B3", "B12"},
+                {"deleted", [&] { fs::remove(file_); }, "B3", ""},
+                {"emptied", [&] { fs::resize_file(file_, 0); }, "23", ""},
+                {"replaced", replace, "XB3", ""}};
+    for (const auto& row : rows) {
+        FileLogger logger = Logger(), second = Logger();
+        EXPECT_FALSE(fs::exists(file_)) << "the first line opens the file";
+        Write(logger, u"1");
+        row.act();
+        Write(logger, u"2");
+        PassLogInterval();
+        Write(logger, u"3");
+        EXPECT_EQ(ReadLog(file_), row.content) << row.what;
+        EXPECT_EQ(ReadLog(other), row.otherContent) << row.what;
+        PassLogInterval();
+        Write(logger, u"4");
+        second.Write(u"5\r\nmore", 3);
+        EXPECT_EQ(ReadLog(file_), row.content + "4B5\r\n") << row.what;
+        fs::remove(file_);
+        fs::remove(other);
+    }
+}
+
+TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
+    keepOpen_.Set("0");
+    threshold_.Set("1");
+    PassLogInterval();
+    FileLogger logger = Logger();
+    Write(logger, u"1");
+    constexpr std::uintmax_t megabyte = 1 << 20;
+    const struct {
+        std::uintmax_t size, growth;
+        const char* message;
+    } steps[] = {{megabyte - 1, 2, nullptr},
+                 {megabyte, 0, "size=1MB"},
+                 {3 * megabyte, 0, nullptr},
+                 {megabyte - 1, 2, nullptr},
+                 {5120 * megabyte, 0, "size=5120MB"}};
+    for (const auto& [size, growth, message] : steps) {
+        fs::resize_file(file_, size);
+        Write(logger, u"2");
+        EXPECT_EQ(fs::file_size(file_), size + growth);
+        Stage::Strings expected;
+        if (message != nullptr) {
+            expected = {"FileLogger: log file '" + file_.string() + "' is too big (" + message + " threshold=1MB)\n"};
+        }
+        EXPECT_EQ(Stage::TakeDebugOutput(), expected) << size;
+    }
+    threshold_.Set("0");
+    PassLogInterval();
+    Write(logger, u"2");
+    EXPECT_EQ(fs::file_size(file_), 5120 * megabyte + 2) << "no limit";
+}
+
+TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
+    const fs::path module = Stage::ModuleDirectory(), impossible = directory_ / "file";
+    Stage::WriteText(impossible, "");
+    FileLogger logger(u"named.log", u"");
+    int sleeps = 0;
+    Stage::OnSleep = [&] { ++sleeps; };
+    const std::pair<Stage::Setting, fs::path> rows[] = {
+        {std::nullopt, module / "Logs"}, {"", module},
+        {"deep/er", module / "deep/er"}, {(directory_ / "absolute").string(), directory_ / "absolute"},
+        {impossible.string(), ""},       {directory_.string(), directory_}};
+    for (const auto& [setting, directory] : rows) {
+        path_.Set(setting);
+        PassLogInterval();
+        Write(logger, u"1");
+        Write(logger, u"2");
+        EXPECT_EQ(ReadLog(directory / "named.log"), directory.empty() ? "" : "12");
+    }
+    EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(testing::MatchesRegex(
+                                              R"(FileLogger: cannot open log file '.*file\\named.log' \(error: .*\))"
+                                              "\n")))
+        << "the file is tried again only after the interval";
+    EXPECT_EQ(sleeps, 0) << "only a sharing violation is tried again at once";
+    fs::remove_all(module);
+}
+
+TEST_F(LogFile, WaitsForAHolderThatSharesNothingInFourTries) {
+    for (const int releasedAt : {3, 5}) {
+        FileHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
+                                                Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
+        int sleeps = 0;
+        Stage::OnSleep = [&] {
+            if (++sleeps == releasedAt) holder.reset();
+        };
+        FileLogger logger = Logger();
+        Write(logger, u"1");
+        EXPECT_EQ(sleeps, std::min(releasedAt, 4));
+        EXPECT_EQ(ReadLog(file_), "B1") << "the second line is lost";
+    }
+    EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(CannotOpen("0x80070020")));
+}
+
+TEST_F(LogFile, TellsAFullDiskOnTheDebuggersOutput) {
+    fs::create_symlink("/dev/full", file_);
+    FileLogger logger = Logger();
+    Write(logger, u"1");
+    EXPECT_THAT(Stage::TakeDebugOutput(),
+                ElementsAre(CannotOpen("0x80070070"), "FileLogger: cannot write (error: 0x80070070)\n"));
+}
+
+TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
+    constexpr int threadCount = 4, lineCount = 300;
+    const auto line = [](char process, int thread, int i) {
+        return process + std::to_string(thread * lineCount + i) +
+               std::string(static_cast<std::size_t>(i * 7 % 500), '.');
+    };
+    const auto writeAll = [&](char process) {
+        FileLogger logger(Stage::Wide(file_), u"banner\r\n");
+        std::vector<std::thread> threads;
+        for (int t = 0; t < threadCount; ++t) {
+            threads.emplace_back([&, t] {
+                for (int i = 0; i < lineCount; ++i) {
+                    if (i % 50 == 0) PassLogInterval();  // the file is opened anew under the writers
+                    Write(logger, FromUtf8(line(process, t, i) + "\r\n").c_str());
+                }
+            });
+        }
+        for (auto& thread : threads) thread.join();
+    };
+    const pid_t other = fork();
+    ASSERT_GE(other, 0);
+    writeAll(other == 0 ? 'b' : 'a');
+    if (other == 0) _exit(0);
+    int status = -1;
+    EXPECT_EQ(waitpid(other, &status, 0), other);
+    EXPECT_EQ(status, 0);
+
+    std::multiset<std::string> expected{"banner", "banner"}, written;
+    for (const char process : {'a', 'b'}) {
+        for (int i = 0; i < threadCount * lineCount; ++i) expected.insert(line(process, i / lineCount, i % lineCount));
+    }
+    const std::string text = ReadLog(file_);
+    for (std::size_t at = 0, end; (end = text.find("\r\n", at)) != text.npos; at = end + 2) {
+        written.insert(text.substr(at, end - at));
+    }
+    EXPECT_EQ(written, expected);
+}
+
+void LogWithoutADirectory() {
+    const Stage::Variable keepOpen("GS_Logger_KeepOpenInterval", "0");
+    FileLogger logger(u"named.log", u"");
+    const LogRegistration registration(logger);
+    const auto log = [] {
+        LOG(Err, u"x");
+        return 0;
+    };
+    Stage::ModuleIsKnown = false;
+    EXPECT_EQ(Stage::CodeThrownBy(log), HResultFromWin32(Platform::ERROR_ACCESS_DENIED));
+    EXPECT_EQ(Stage::CodeThrownBy([] { return DescribeError(0x80040201); }), S_OK) << "a missing module's report fails";
+    EXPECT_EQ(Stage::CodeThrownBy([] { return HRES::Unchecked(MakeHResult(0x80040202)).PublishErrorInfo(); }), S_OK);
+    Stage::ModuleIsKnown = true;
+    EXPECT_EQ(Stage::CodeThrownBy(log), S_OK) << "the next look at the directory succeeds";
+}
+
+TEST(FileLogger, LetsAFailureOfItsDirectoryLeaveTheStatementAndNothingElse) {
+    EXPECT_IN_CHILD(LogWithoutADirectory());
+}
+
+}  // namespace
+}  // namespace Harbor

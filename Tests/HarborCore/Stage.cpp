@@ -1,0 +1,147 @@
+#include "Stage.h"
+
+#include <stdlib.h>
+
+#include <fstream>
+
+#include "Platform/Errors.h"
+#include "Platform/Modules.h"
+#include "Platform/Process.h"
+#include "Platform/Time.h"
+
+namespace Stage {
+namespace {
+
+constexpr std::size_t SeverityAt = 30, MessageAt = 83;  // in a line whose source name and number fit their column
+
+std::mutex debugLock;
+Strings debugOutput;
+
+}  // namespace
+
+constinit std::atomic<std::uint32_t> Ticks{1'000'000};
+std::function<void()> OnSleep = [] {};
+constinit std::atomic<bool> ModuleIsKnown{true};
+
+Strings TakeDebugOutput() {
+    const std::lock_guard guard(debugLock);
+    return std::exchange(debugOutput, {});
+}
+
+void PassLogInterval() {
+    Ticks += 5001;
+}
+
+const std::filesystem::path& Root() {
+    static const struct Directory {
+        Directory() {
+            std::string name = std::filesystem::temp_directory_path() / "HarborCore-XXXXXX";
+            path = mkdtemp(name.data());
+        }
+        ~Directory() { std::filesystem::remove_all(path); }
+        std::filesystem::path path;
+    } directory;
+    return directory.path;
+}
+
+std::filesystem::path ProcessDirectory() {
+    return Root() / "process";
+}
+
+std::filesystem::path ModuleDirectory() {
+    return Root() / std::string(200, 'm') / std::string(200, 'n');
+}
+
+Harbor::WideString Wide(const std::filesystem::path& path) {
+    return Harbor::FromUtf8(path.native());
+}
+
+void WriteText(const std::filesystem::path& path, std::string_view bytes) {
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
+Variable::Variable(std::string name, const Setting& value) : name_(std::move(name)) {
+    if (const char* const before = getenv(name_.c_str())) before_ = before;
+    Set(value);
+}
+
+void Variable::Set(const Setting& value) {
+    EXPECT_EQ(value ? setenv(name_.c_str(), value->c_str(), 1) : unsetenv(name_.c_str()), 0);
+}
+
+LogLines::LogLines(const char* maxSeverity) : severity_("GS_Logger_MaxSeverity", maxSeverity) {
+    PassLogInterval();
+    EXPECT_TRUE(Harbor::LogManager::Instance().Register(this));
+}
+
+LogLines::~LogLines() {
+    Harbor::LogManager::Instance().Unregister(this);
+    PassLogInterval();
+}
+
+void LogLines::Write(const char16_t* text, std::int32_t length) {
+    const std::string line = Harbor::ToUtf8({text, static_cast<std::size_t>(length)});
+    const std::lock_guard guard(lock_);
+    ASSERT_TRUE(line.size() >= MessageAt + 2 && line.ends_with("\r\n")) << line;
+    lines_.push_back(line.substr(SeverityAt, 5) + line.substr(MessageAt, line.size() - MessageAt - 2));
+}
+
+void LogLines::SetSeverity(const Setting& name) {
+    severity_.Set(name);
+    PassLogInterval();
+}
+
+Strings LogLines::Take() {
+    const std::lock_guard guard(lock_);
+    return std::exchange(lines_, {});
+}
+
+void ExitTelling() {
+    const auto& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
+    for (int i = 0; i < result.total_part_count(); ++i) {
+        std::fprintf(stderr, "%s\n", result.GetTestPartResult(i).summary());
+    }
+    std::exit(result.Failed() ? EXIT_FAILURE : EXIT_SUCCESS);
+}
+
+}  // namespace Stage
+
+namespace Platform {
+
+DWORD GetTickCount() noexcept {
+    return Stage::Ticks;
+}
+
+void Sleep(DWORD) noexcept {
+    Stage::OnSleep();
+}
+
+DWORD GetCurrentProcessId() noexcept {
+    return 0x71234;  // both have more than the 16 bits that a log line shows
+}
+
+DWORD GetCurrentThreadId() noexcept {
+    return 0x30056;
+}
+
+HMODULE GetModuleHandleW(const WideChar*) noexcept {
+    return nullptr;  // so this program is taken for a library
+}
+
+DWORD GetModuleFileNameW(HMODULE module, WideChar* path, DWORD size) noexcept {
+    SetLastError(ERROR_ACCESS_DENIED);
+    if (module != nullptr && !Stage::ModuleIsKnown) return 0;
+    const auto name =
+        Stage::Wide(module == nullptr ? Stage::ProcessDirectory() / "Host.exe" : Stage::ModuleDirectory() / "Orv.so");
+    const std::size_t length = std::min<std::size_t>(name.size(), size);
+    std::copy_n(name.c_str(), length, path);
+    return static_cast<DWORD>(length);
+}
+
+void OutputDebugStringW(const WideChar* text) noexcept {
+    const std::lock_guard guard(Stage::debugLock);
+    Stage::debugOutput.push_back(Harbor::ToUtf8(text));
+}
+
+}  // namespace Platform

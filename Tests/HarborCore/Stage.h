@@ -1,0 +1,87 @@
+// What the tests share: a clock that they move, sleeps that take no time, a debugger's output that can be read,
+// settings in the environment, the lines of the log, and processes that start anew.
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Common/HRes.h"
+#include "Common/Logging/LogManager.h"
+#include "Common/Text.h"
+
+namespace Stage {
+
+using Strings = std::vector<std::string>;
+using Setting = std::optional<std::string>;
+
+extern std::atomic<std::uint32_t> Ticks;  // what GetTickCount gives
+extern std::function<void()> OnSleep;     // runs in place of each sleep
+Strings TakeDebugOutput();
+void PassLogInterval();  // lets the log's settings and its open file run out
+
+// The files. The process seems to be <ProcessDirectory>/Host.exe, and this module, behind a path of more than 260
+// characters, <ModuleDirectory>/Orv.so.
+const std::filesystem::path& Root();  // of this process alone; it goes with it
+std::filesystem::path ProcessDirectory();
+std::filesystem::path ModuleDirectory();
+extern std::atomic<bool> ModuleIsKnown;  // false: its path can't be told
+Harbor::WideString Wide(const std::filesystem::path& path);
+void WriteText(const std::filesystem::path& path, std::string_view bytes);  // with the directories above it
+
+// A variable of the environment while it lives; without a value the variable is taken out.
+class Variable {
+public:
+    Variable(std::string name, const Setting& value);
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+    ~Variable() { Set(before_); }
+    void Set(const Setting& value);
+
+private:
+    const std::string name_;
+    Setting before_;
+};
+
+// A logger that keeps what it is given, at the severity that it asks for.
+class LogLines final : public Harbor::ILogger {
+public:
+    explicit LogLines(const char* maxSeverity = "DBG3");
+    ~LogLines();
+    void Write(const char16_t* text, std::int32_t length) override;
+    void SetSeverity(const Setting& name);
+    Strings Take();  // the severity in four columns, a blank, and the message with its indentation
+
+private:
+    Variable severity_;
+    std::mutex lock_;
+    Strings lines_;
+};
+
+// The code of the HRX that the call throws, or S_OK.
+template <class Call>
+Harbor::HRESULT CodeThrownBy(Call call) {
+    try {
+        static_cast<void>(call());
+        return Harbor::S_OK;
+    } catch (const Harbor::HRX& failure) {
+        return failure.Code();
+    }
+}
+
+[[noreturn]] void ExitTelling();  // ends a child process with its failures on standard error, where its parent listens
+
+}  // namespace Stage
+
+// Runs the call in a process of its own, which is loaded anew with the environment of this moment.
+#define EXPECT_IN_CHILD(call)                                                                 \
+    do {                                                                                      \
+        GTEST_FLAG_SET(death_test_style, "threadsafe");                                       \
+        EXPECT_EXIT((call, Stage::ExitTelling()), testing::ExitedWithCode(EXIT_SUCCESS), ""); \
+    } while (false)

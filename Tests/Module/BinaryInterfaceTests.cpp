@@ -1,0 +1,188 @@
+#include <elf.h>
+
+#include <cstddef>
+#include <span>
+
+#include "DataCollection/TriggerStrategy.h"
+#include "Harbor/ConfigService.h"
+#include "LoadedModule.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(BinaryInterface, HasTheRecordsOfTheContract) {
+    using Timed = TimedActionSettings;
+    using Forced = ForcedActionConfig;
+    constexpr std::size_t text = sizeof(std::u16string);
+    EXPECT_THAT(
+        (std::array{offsetof(Timed, StartSeconds), offsetof(Timed, IsLocalTime), offsetof(Timed, IntervalSeconds),
+                    offsetof(Timed, Type), offsetof(Timed, IntervalMilliseconds), sizeof(Timed)}),
+        ElementsAre(0, 4, 8, 12, 16, 20));
+    EXPECT_THAT((std::array{offsetof(Forced, LeafName), offsetof(Forced, ParentName), offsetof(Forced, WithOptionBit0),
+                            sizeof(Forced)}),
+                ElementsAre(0, text, 2 * text, 2 * text + alignof(std::u16string)));
+}
+
+// Where a method stands in the table: a pointer to a virtual method holds the place, in bytes, plus one.
+template <class Method>
+std::size_t SlotOf(Method method) {
+    std::size_t place = 0;
+    std::memcpy(&place, &method, sizeof(place));
+    return (place - 1) / sizeof(void*);
+}
+
+TEST(BinaryInterface, HasTheSlotsOfTheContractInWhatPartnersImplement) {
+    EXPECT_THAT((std::array{SlotOf(&IActionListener::OnActionTriggered), SlotOf(&IACModifyCallback::OnTriggered),
+                            SlotOf(&IACModifySubscription::Start), SlotOf(&IACNodeModifyEnum::GetNodeEnumerator),
+                            SlotOf(&IACConfigService::AddSubscription), SlotOf(&IACConfigService::RemoveSubscription),
+                            SlotOf(&IACNodeEnumerator::Reset), SlotOf(&IACNodeEnumerator::Next)}),
+                ElementsAre(3, 3, 3, 3, 3, 4, 3, 4));
+}
+
+template <class Item>
+std::span<const Item> ItemsAt(const std::string& file, std::uint64_t offset, std::uint64_t count) {
+    return {reinterpret_cast<const Item*>(file.data() + offset), count};
+}
+
+TEST(BinaryInterface, ExportsNothingButTheOneFunction) {
+    const std::string file = ReadFile(ORV_MODULE_PATH);
+    const Elf64_Ehdr& head = ItemsAt<Elf64_Ehdr>(file, 0, 1)[0];
+    const auto sections = ItemsAt<Elf64_Shdr>(file, head.e_shoff, head.e_shnum);
+    std::vector<std::string> exported;
+    for (const Elf64_Shdr& section : sections) {
+        if (section.sh_type != SHT_DYNSYM) continue;
+        const char* const names = file.data() + sections[section.sh_link].sh_offset;
+        for (const auto& symbol : ItemsAt<Elf64_Sym>(file, section.sh_offset, section.sh_size / section.sh_entsize)) {
+            if (symbol.st_shndx == SHN_UNDEF || ELF64_ST_BIND(symbol.st_info) == STB_LOCAL) continue;
+            exported.emplace_back(names + symbol.st_name);
+        }
+    }
+    EXPECT_THAT(exported, ElementsAre("GetComponentsModuleObject"));
+}
+
+// Calls the method in a slot as a client of another compiler would: by its place in the table alone.
+template <class Result = HRESULT, class... Arguments>
+Result Call(void* object, std::size_t slot, Arguments... arguments) {
+    void* const* const table = *static_cast<void* const**>(object);
+    return reinterpret_cast<Result (*)(void*, Arguments...)>(table[slot])(object, arguments...);
+}
+
+bool Read(void* object, std::size_t slot) {
+    bool flag = false;
+    EXPECT_EQ(Call(object, slot, &flag), S_OK);
+    return flag;
+}
+
+// The three slots that every interface of an object begins with.
+void CheckBaseSlots(std::initializer_list<void*> views) {
+    for (void* const view : views) {
+        const auto count = Call<std::uint32_t>(view, 0);
+        EXPECT_EQ(Call<std::uint32_t>(view, 1), count - 1);
+        void* root = nullptr;
+        ASSERT_EQ(Call(view, 2, &IComponentUnknown::Id, &root), S_OK);
+        EXPECT_EQ(Call<std::uint32_t>(root, 1), count - 1);
+    }
+}
+
+class SlotTest : public StoreTest {};
+
+TEST_F(SlotTest, OfTheModuleObjectStandInTheOrderOfTheContract) {
+    const ScopedVariable tracking("GS_Debug_EnableAliveObjectsTracking", "1");
+    LoadedModule module("WARN");
+    void* const view = module.Object();
+    EXPECT_EQ(Call<std::uint32_t>(view, 0), 0xFFFFFFFF);  // AddRef
+    EXPECT_EQ(Call<std::uint32_t>(view, 1), 0xFFFFFFFF);  // Release
+    void* found = nullptr;
+    EXPECT_EQ(Call(view, 2, &IComponentsModule::Id, &found), S_OK);
+    EXPECT_EQ(found, view);
+
+    void* created = nullptr;
+    EXPECT_EQ(Call(view, 8, &DefaultTriggerStrategyClassId, &ITriggerStrategy::Id, &created), S_OK);
+    EXPECT_EQ(Call(view, 3), S_OK);  // NoOperation
+    EXPECT_EQ(module.Log(), "");
+    EXPECT_EQ(Call(view, 4), S_OK);  // DumpAliveObjects
+    EXPECT_THAT(module.Log(), HasSubstr("| Alive component objects: 1\r\n"));
+    EXPECT_EQ(Call<std::uint32_t>(created, 1), 0u);
+
+    std::int32_t locked = -1;
+    EXPECT_EQ(Call<std::uint32_t>(view, 5), 1u);  // LockModule
+    EXPECT_EQ(Call(view, 7, &locked), S_OK);
+    EXPECT_EQ(locked, 1);
+    EXPECT_EQ(Call<std::uint32_t>(view, 6), 0u);  // UnlockModule
+}
+
+// A delivered action for hand-made calls, of a manager that has ended since.
+ComponentPtr<IAction> TakeAction(const LoadedModule& module) {
+    const auto manager = module.Create();
+    Listener listener;
+    ComponentPtr<IAction> action;
+    listener.onCall = [&](IActionSubscription& subscription, IAction& delivered) {
+        action.Reset(&delivered);
+        EXPECT_EQ(Call(&subscription, 4), S_OK);  // Unsubscribe
+    };
+    const TimedActionSettings schedule = Every(1);
+    SubscriptionPtr subscription;
+    EXPECT_EQ(Call(manager.Get(), 3, &listener, &schedule, subscription.Address()), S_OK);
+    EXPECT_EQ(Call(subscription.Get(), 3), S_OK);  // Start
+    EXPECT_EQ(Configure(manager, 1), S_OK);
+    EXPECT_TRUE(listener.AwaitCalls(1) && listener.AwaitDetached());
+    return action;
+}
+
+TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
+    LoadedModule module;
+    const auto action = TakeAction(module);
+    GUID type{};
+    WideString name;
+    EXPECT_EQ(Call(action.Get(), 3, &type), S_OK);
+    EXPECT_EQ(Call(action.Get(), 4, &name), S_OK);
+    EXPECT_EQ(type, ScheduleActionType);
+    EXPECT_EQ(name, u"Schedule");
+
+    const auto mark = action.QueryOrThrow<IActionControl>();
+    name = u"Other";
+    EXPECT_EQ(Call(mark.Get(), 3, &name, &ForcedStartActionType), S_OK);  // SetNameAndType
+    EXPECT_TRUE(Read(mark.Get(), 4));                                     // IsDisposed
+    EXPECT_EQ(Call(mark.Get(), 5), S_OK);                                 // OnSubscriptionAttached
+    EXPECT_FALSE(Read(mark.Get(), 4));
+    EXPECT_EQ(Call(mark.Get(), 6), S_OK);  // OnSubscriptionDisposed
+    EXPECT_TRUE(Read(mark.Get(), 4));
+    EXPECT_FALSE(Read(mark.Get(), 8));           // GetTriggered
+    EXPECT_EQ(Call(mark.Get(), 7, true), S_OK);  // SetTriggered
+    EXPECT_TRUE(Read(mark.Get(), 8));
+
+    // Without a worker the test itself drives the subscription.
+    const auto manager = module.Create();
+    const auto configurable = manager.QueryOrThrow<IConfigurable>();
+    EXPECT_EQ(Call(configurable.Get(), 3, nullptr), E_FAIL);  // Configure
+    Listener first, second;
+    const ForcedActionConfig point{u"Leaf", u"Parent", false};
+    SubscriptionPtr subscription;
+    EXPECT_EQ(Call(manager.Get(), 4, &first, &point, subscription.Address()), NOT_FOUND);  // there is no service
+    subscription = Subscribe(manager, first, Every(1));
+    const auto control = subscription.QueryOrThrow<IActionSubscriptionControl>();
+    EXPECT_EQ(Call(control.Get(), 3, &second), S_OK);  // SetListener
+    EXPECT_TRUE(first.AwaitDetached());
+    EXPECT_EQ(Call(control.Get(), 4, mark.Get()), S_OK);  // SetAction
+    EXPECT_FALSE(Read(mark.Get(), 4));
+    EXPECT_EQ(Call(subscription.Get(), 3), S_OK);
+    EXPECT_EQ(Call(control.Get(), 6), S_OK);  // TriggerActionsIfNeeded
+    EXPECT_THAT(second.Names(), ElementsAre("Other"));
+    EXPECT_TRUE(Read(control.Get(), 5));  // IsAlive
+    EXPECT_EQ(Call(subscription.Get(), 4), S_OK);
+    EXPECT_EQ(Call(control.Get(), 6), S_OK);
+    EXPECT_FALSE(Read(control.Get(), 5));
+
+    const NodePtr empty = NewNode(u"Config"), full = NewNode(u"Config");
+    AddChild(full, u"ScopeItems");
+    const auto strategy = module.Create<ITriggerStrategy>(ScopeItemUpdateStrategyClassId);
+    EXPECT_EQ(Call(strategy.Get(), 3, empty.get(), full.get()), S_OK);     // trigger
+    EXPECT_EQ(Call(strategy.Get(), 3, full.get(), empty.get()), S_FALSE);  // don't
+    EXPECT_EQ(Call(strategy.Get(), 4, nullptr), S_OK);                     // ReservedOperation
+    CheckBaseSlots({manager.Get(), configurable.Get(), subscription.Get(), control.Get(), action.Get(), mark.Get(),
+                    strategy.Get()});
+}
+
+}  // namespace

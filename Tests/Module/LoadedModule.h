@@ -1,0 +1,180 @@
+// The module as its host and its clients see it: loaded by its path and reached through its one export.
+#pragma once
+
+#include <dlfcn.h>
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+#include "../Platform/ScopedVariable.h"
+#include "../Platform/TemporaryDirectory.h"
+#include "../StandIns/StoreFixture.h"
+#include "DataCollection/ActionManager.h"
+#include "Harbor/ComponentPtr.h"
+#include "Harbor/ComponentsModule.h"
+#include "Harbor/Configurable.h"
+
+using namespace Harbor;
+using namespace DataCollection;
+using namespace DataCollection::ActionManagement;
+
+using ManagerPtr = ComponentPtr<IActionManager>;
+using SubscriptionPtr = ComponentPtr<IActionSubscription>;
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool Sanitized = true;
+#else
+inline constexpr bool Sanitized = false;
+#endif
+
+// Waits for a condition; false if it doesn't come about.
+template <class Condition>
+[[nodiscard]] bool Await(Condition condition) {
+    const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds{60};
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > giveUp) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+    }
+    return true;
+}
+
+inline std::string ReadFile(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// All texts of the module are ASCII.
+inline std::string Narrow(std::u16string_view text) {
+    return {text.begin(), text.end()};
+}
+
+inline std::size_t CountOf(std::string_view part, std::string_view text) {
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = text.find(part, at)) != text.npos; ++at) ++count;
+    return count;
+}
+
+// Loads the module with a log directory of its own. At the end nothing may keep it in memory.
+class LoadedModule {
+public:
+    explicit LoadedModule(const char* maxSeverity = "NONE")
+        : maxSeverity_("GS_Logger_MaxSeverity", maxSeverity), logPath_("GS_Logger_Path", directory_.Path()) {
+        EXPECT_FALSE(IsLoaded());
+        library_ = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
+        if (library_ == nullptr) throw std::runtime_error(dlerror());
+        const auto getObject =
+            reinterpret_cast<GetComponentsModuleObjectFunction>(dlsym(library_, GetComponentsModuleObjectName));
+        EXPECT_EQ(getObject(nullptr), E_INVALIDARG);
+        EXPECT_EQ(getObject(&object_), S_OK);
+        EXPECT_EQ(LiveObjects(), 0u);
+    }
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+    ~LoadedModule() { Unload(); }
+
+    void Unload() {
+        if (object_ == nullptr) return;
+        EXPECT_EQ(LiveObjects(), 0u);
+        object_ = nullptr;
+        EXPECT_EQ(dlclose(library_), 0);
+        EXPECT_FALSE(IsLoaded());
+    }
+
+    static bool IsLoaded() {
+        void* const found = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD);
+        return found != nullptr && dlclose(found) == 0;
+    }
+
+    IComponentsModule* operator->() const { return object_; }
+    IComponentsModule* Object() const { return object_; }
+
+    std::uint32_t LiveObjects() const {
+        object_->LockModule();
+        return object_->UnlockModule();
+    }
+
+    template <class I = IActionManager>
+    ComponentPtr<I> Create(const GUID& classId = ActionManagerClassId) const {
+        void* created = nullptr;
+        EXPECT_EQ(object_->CreateInstance(&classId, &I::Id, &created), S_OK);
+        return {static_cast<I*>(created), true};
+    }
+
+    std::string Log() const {
+        const std::string bytes = ReadFile(directory_ / "OrvActionManager.log");
+        std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
+        bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(char16_t));
+        return Narrow(text);
+    }
+
+private:
+    const TemporaryDirectory directory_;
+    const ScopedVariable maxSeverity_, logPath_;
+    void* library_ = nullptr;
+    IComponentsModule* object_ = nullptr;
+};
+
+inline HRESULT Configure(const ManagerPtr& manager, std::uint32_t pollingIntervalMs) {
+    const NodePtr node = NewNode(u"ActionManager");
+    EXPECT_EQ(AcnSetAttribute(node.get(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &pollingIntervalMs,
+                              sizeof(pollingIntervalMs)),
+              S_OK);
+    return manager.QueryOrThrow<IConfigurable>()->Configure(node.get());
+}
+
+constexpr TimedActionSettings Every(std::uint32_t milliseconds) {
+    return {0, false, 0, TimedActionType::Repeat, milliseconds};
+}
+
+// A client's listener: notes the name of each action, then does what the test wants. It belongs to the test and counts
+// the references that others have.
+class Listener final : public IActionListener {
+public:
+    std::uint32_t AddRef() override { return ++references_; }
+    std::uint32_t Release() override { return --references_; }
+    HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
+    HRESULT OnActionTriggered(IActionSubscription* subscription, IAction* action) override {
+        WideString name;
+        EXPECT_EQ(action->GetName(&name), S_OK);
+        {
+            const std::lock_guard guard(lock_);
+            names_.push_back(Narrow(name));
+        }
+        if (onCall) onCall(*subscription, *action);
+        return E_FAIL;  // which nobody reads
+    }
+
+    std::vector<std::string> Names() const {
+        const std::lock_guard guard(lock_);
+        return names_;
+    }
+    [[nodiscard]] bool AwaitCalls(std::size_t count) const {
+        return Await([&] { return Names().size() >= count; });
+    }
+    // Nobody can call it any more.
+    [[nodiscard]] bool AwaitDetached() const {
+        return Await([&] { return references_ == 0; });
+    }
+
+    std::function<void(IActionSubscription&, IAction&)> onCall;
+
+private:
+    std::atomic<std::uint32_t> references_{0};
+    mutable std::mutex lock_;
+    std::vector<std::string> names_;
+};
+
+inline SubscriptionPtr Subscribe(const ManagerPtr& manager, Listener& listener, const TimedActionSettings& schedule) {
+    SubscriptionPtr subscription;
+    EXPECT_EQ(manager->SubscribeRegularAction(&listener, &schedule, subscription.Address()), S_OK);
+    return subscription;
+}

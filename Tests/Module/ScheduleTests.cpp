@@ -1,0 +1,80 @@
+#include <filesystem>
+#include <iterator>
+
+#include "Common/HRes.h"
+#include "LoadedModule.h"
+
+namespace {
+
+using testing::Each;
+using testing::MatchesRegex;
+
+// On the real clock.
+class ScheduleTest : public StoreTest {};
+
+std::ptrdiff_t Threads() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+}
+
+TEST_F(ScheduleTest, CallsTheListenerAgainAndAgainUntilItUnsubscribes) {
+    LoadedModule module;
+    const auto manager = module.Create();
+    Listener listener;
+    auto subscription = Subscribe(manager, listener, Every(50));
+    listener.onCall = [&](IActionSubscription& caller, IAction&) { EXPECT_EQ(&caller, subscription.Get()); };
+    EXPECT_EQ(Configure(manager, 10), S_OK);
+    EXPECT_EQ(subscription->Start(), S_OK);
+    EXPECT_TRUE(listener.AwaitCalls(5));
+    EXPECT_THAT(listener.Names(), Each("Schedule"));
+    EXPECT_EQ(subscription->Unsubscribe(), S_OK);
+    ASSERT_TRUE(listener.AwaitDetached());
+    const std::size_t calls = listener.Names().size();
+    EXPECT_TRUE(Await([&] { return module.LiveObjects() == 2; }));  // the manager and the client's subscription
+    EXPECT_EQ(listener.Names().size(), calls);
+    EXPECT_EQ(subscription->Start(), E_FAIL);
+}
+
+TEST_F(ScheduleTest, EndsItsThreadAndItsCallsWithTheLastReleaseOfTheManager) {
+    LoadedModule module;
+    const std::ptrdiff_t threads = Threads();
+    Listener listener;
+    auto manager = module.Create();
+    auto subscription = Subscribe(manager, listener, Every(1));
+    EXPECT_EQ(subscription->Start(), S_OK);
+    EXPECT_EQ(Configure(manager, 0), S_OK);
+    EXPECT_TRUE(listener.AwaitCalls(3));
+    EXPECT_EQ(Threads(), threads + 1);
+    manager.Reset();
+    const std::size_t calls = listener.Names().size();
+    EXPECT_TRUE(Await([&] { return Threads() == threads; }));
+    subscription.Reset();
+    module.Unload();
+    EXPECT_EQ(listener.Names().size(), calls);
+    EXPECT_TRUE(listener.AwaitDetached());
+}
+
+TEST_F(ScheduleTest, ReportsAFailureWithItsCodeItsWordsAndTheAddressesOnItsWay) {
+    LoadedModule module;
+    const auto manager = module.Create();
+    Listener listener;
+    IActionSubscription* const untouched = reinterpret_cast<IActionSubscription*>(&module);
+    IActionSubscription* subscription = untouched;
+    // What the thread's error object tells, with the addresses of this edge behind the module's.
+    const auto refusal = [&](IActionListener* called, const TimedActionSettings& schedule) {
+        return Narrow(HRES::Unchecked(manager->SubscribeRegularAction(called, &schedule, &subscription)).ToText());
+    };
+    const std::string addresses = " \\[0x[0-9A-F]+,0x[0-9A-F]+;0x[0-9A-F]+,0x[0-9A-F]+\\]";
+    for (const TimedActionSettings& bad : {Every(0),
+                                           {0, false, 7, TimedActionType::SpecificTime, 0},
+                                           {86400, false, 60, TimedActionType::SpecificTime, 0},
+                                           {0, false, 60, TimedActionType{2}, 0},
+                                           {0, false, 4294968, TimedActionType::Repeat, 0}}) {
+        EXPECT_THAT(refusal(&listener, bad), MatchesRegex("0x80070057 The parameter is incorrect" + addresses));
+    }
+    EXPECT_THAT(refusal(nullptr, Every(1)), MatchesRegex("0x80004003 Invalid pointer" + addresses));
+    EXPECT_EQ(subscription, untouched);
+    EXPECT_EQ(module.LiveObjects(), 1u);
+    EXPECT_TRUE(listener.AwaitDetached());
+}
+
+}  // namespace

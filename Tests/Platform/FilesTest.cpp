@@ -1,0 +1,155 @@
+#include "Platform/Files.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <memory>
+#include <tuple>
+
+#include "Platform/Errors.h"
+#include "Platform/Process.h"
+#include "Programs.h"
+#include "TemporaryDirectory.h"
+
+using namespace Platform;
+
+namespace {
+
+constexpr DWORD ShareNothing = 0;
+constexpr DWORD ShareEverything = 7;
+
+struct HandleCloser {
+    using pointer = HANDLE;
+    void operator()(HANDLE handle) const { EXPECT_TRUE(CloseHandle(handle)); }
+};
+using File = std::unique_ptr<HANDLE, HandleCloser>;
+
+File Open(const std::u16string& path, DWORD sharing = ShareEverything) {
+    return File{CreateFileW(path.c_str(), FILE_APPEND_DATA, sharing, nullptr, OPEN_ALWAYS, 0, nullptr)};
+}
+
+bool IsOpen(const File& file) {
+    return file.get() != INVALID_HANDLE_VALUE;
+}
+
+// Gives the error, and how much was written in spite of it.
+std::pair<DWORD, DWORD> Append(HANDLE file, const std::string& text) {
+    DWORD written = 0;
+    const BOOL done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    return {done ? ERROR_SUCCESS : GetLastError(), written};
+}
+
+auto IdentityOf(const File& file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    EXPECT_TRUE(GetFileInformationByHandle(file.get(), &information));
+    return std::tuple{information.dwVolumeSerialNumber, information.nFileIndexHigh, information.nFileIndexLow};
+}
+
+}  // namespace
+
+TEST(Files, TakeEitherSeparatorAndADriveLetterAndAppend) {
+    const TemporaryDirectory directory;
+    WriteAll(directory / "a b.log", "old ");
+    const File file = Open(u"C:" + directory.Path().u16string() + u"\\a b.log");
+    EXPECT_EQ(Append(file.get(), "new"), (std::pair{ERROR_SUCCESS, DWORD{3}}));
+    EXPECT_EQ(OutputOf("cat '" + (directory / "a b.log").string() + "'"), "old new");
+    EXPECT_EQ(OutputOf("ls -l /proc/self/fd").find("a b.log"), std::string::npos) << "a child inherited the file";
+
+    std::filesystem::resize_file(directory / "a b.log", 0x3'FFFF'FFFF);
+    DWORD high = 0;
+    EXPECT_EQ(GetFileSize(file.get(), &high), 0xFFFFFFFF);
+    EXPECT_EQ(high, 3u);
+    EXPECT_EQ(GetLastError(), ERROR_SUCCESS) << "this size is no failure";
+}
+
+TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
+    const TemporaryDirectory directory;
+    const std::u16string path = (directory / "file").u16string();
+    for (const DWORD held : {ShareEverything, ShareNothing}) {
+        File first = Open(path, held);
+        HANDLE copy = nullptr;
+        const HANDLE process = GetCurrentProcess();
+        ASSERT_TRUE(DuplicateHandle(process, first.get(), process, &copy, 0, FALSE, DUPLICATE_SAME_ACCESS));
+        File second{copy};
+        first.reset();
+        EXPECT_EQ(Append(second.get(), "x").first, ERROR_SUCCESS);
+        EXPECT_EQ(IsOpen(Open(path)), held == ShareEverything);
+        EXPECT_FALSE(IsOpen(Open(path, ShareNothing)));
+        EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
+        second.reset();
+        EXPECT_TRUE(IsOpen(Open(path, ShareNothing)));
+    }
+    EXPECT_FALSE(IsOpen(Open(path, FILE_SHARE_READ)));
+    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+}
+
+TEST(Files, AreOthersThanTheFilesThatHadTheirInodes) {
+    const TemporaryDirectory directory;
+    const std::filesystem::path path = directory / "file";
+    std::tuple<DWORD, DWORD, DWORD> before;
+    ino_t inodeBefore = 0;
+    bool isInodeReused = false;
+    for (int round = 0; round < 20; ++round) {
+        const File file = Open(path.u16string());
+        const auto identity = IdentityOf(file);
+        EXPECT_NE(identity, before);
+        Append(file.get(), "more");
+        EXPECT_EQ(IdentityOf(Open(path.u16string())), identity);
+        struct stat status {};
+        ASSERT_EQ(stat(path.c_str(), &status), 0);
+        isInodeReused = isInodeReused || status.st_ino == inodeBefore;
+        inodeBefore = status.st_ino;
+        before = identity;
+        std::filesystem::remove(path);
+    }
+    if (!isInodeReused) GTEST_SKIP() << "this file system used no inode again";
+}
+
+TEST(Files, TellFailuresByTheCodesOfWindows) {
+    const TemporaryDirectory directory;
+    WriteAll(directory / "plain", "");
+    struct Case {
+        const char* name;
+        DWORD open, attributes, create;
+    };
+    for (const auto& [name, open, attributes, create] :
+         {Case{"missing/x", ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND},
+          Case{"", ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ALREADY_EXISTS},
+          Case{"made", ERROR_ACCESS_DENIED, ERROR_FILE_NOT_FOUND, ERROR_SUCCESS},
+          Case{"plain", ERROR_SUCCESS, ERROR_SUCCESS, ERROR_ALREADY_EXISTS},
+          Case{"plain/x", ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND}}) {
+        SCOPED_TRACE(name);
+        const std::u16string path = (directory / name).u16string();
+        const bool isThere = GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+        EXPECT_EQ(isThere ? ERROR_SUCCESS : GetLastError(), attributes);
+        EXPECT_EQ(CreateDirectoryW(path.c_str(), nullptr) ? ERROR_SUCCESS : GetLastError(), create);
+        EXPECT_EQ(IsOpen(Open(path)) ? ERROR_SUCCESS : GetLastError(), open);
+    }
+    EXPECT_EQ(GetFileAttributesW((directory / "plain").u16string().c_str()), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(GetFileAttributesW((directory / "made/").u16string().c_str()), FILE_ATTRIBUTE_DIRECTORY);
+}
+
+TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {
+    EXPECT_EQ(Append(Open(u"/dev/full").get(), "x"), (std::pair{ERROR_DISK_FULL, DWORD{0}}));
+
+    const TemporaryDirectory directory;
+    const File file = Open((directory / "file").u16string());
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit tenBytes{10, before.rlim_max};
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tenBytes), 0);
+    const auto outcome = Append(file.get(), "0123456789abcdef");
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(outcome, (std::pair{ERROR_FILE_TOO_LARGE, DWORD{10}}));
+}
+
+TEST(Files, AreNoPseudoHandles) {
+    for (const HANDLE handle : {GetCurrentProcess(), GetCurrentThread(), HANDLE{}}) {
+        EXPECT_EQ(Append(handle, "x").first, ERROR_INVALID_HANDLE);
+        EXPECT_EQ(CloseHandle(handle) != FALSE, handle != nullptr);
+    }
+}

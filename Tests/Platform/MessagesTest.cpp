@@ -1,0 +1,149 @@
+#include "Platform/Messages.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "Platform/Errors.h"
+#include "Platform/Modules.h"
+#include "ScopedVariable.h"
+#include "TemporaryDirectory.h"
+
+namespace {
+
+using namespace Platform;
+
+constexpr DWORD Flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS;
+constexpr DWORD German = 0x0407, English = 0x0409, BritishEnglish = 0x0809;
+
+std::optional<WideString> Ask(DWORD source, HMODULE module, DWORD code, DWORD language) {
+    WideChar* buffer = nullptr;
+    const DWORD length =
+        FormatMessageW(Flags | source, module, code, language, reinterpret_cast<WideChar*>(&buffer), 0, nullptr);
+    if (length == 0) return std::nullopt;
+    EXPECT_EQ(buffer[length], u'\0');
+    WideString text(buffer, length);
+    LocalFree(buffer);
+    return text;
+}
+
+std::optional<WideString> AskSystem(DWORD code, DWORD language = 0) {
+    return Ask(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, language);
+}
+
+TEST(SystemMessages, AreThePublishedOnes) {
+    const std::pair<DWORD, WideString> published[] = {
+        {0, u"The operation completed successfully.\r\n"},
+        {2, u"The system cannot find the file specified.\r\n"},
+        {193, u"%1 is not a valid Win32 application.\r\n"},
+        {1168, u"Element not found.\r\n"},
+        {1629, u"Data supplied is of wrong type.\r\n"},
+        {0x80004005, u"Unspecified error\r\n"},
+        {0x8000FFFF, u"Catastrophic failure\r\n"},
+        {0x80040154, u"Class not registered\r\n"},
+        {0x80070005, u"Access is denied.\r\n"},
+        {0x8007000E, u"Not enough memory resources are available to complete this operation.\r\n"},
+        {0x80070057, u"The parameter is incorrect.\r\n"},
+    };
+    for (const auto& [code, text] : published) EXPECT_EQ(AskSystem(code), text) << code;
+}
+
+TEST(SystemMessages, AreEnglishInAllItsCountriesAndInNoOtherLanguage) {
+    EXPECT_EQ(AskSystem(5, English), u"Access is denied.\r\n");
+    EXPECT_EQ(AskSystem(5, BritishEnglish), u"Access is denied.\r\n");
+    EXPECT_EQ(AskSystem(0x80040201), std::nullopt);
+    EXPECT_EQ(GetLastError(), ERROR_MR_MID_NOT_FOUND);
+    EXPECT_EQ(AskSystem(5, German), std::nullopt);
+    EXPECT_EQ(GetLastError(), ERROR_RESOURCE_LANG_NOT_FOUND);
+}
+
+TEST(UserLanguage, ComesFromTheFirstVariableThatIsSetAndNotEmpty) {
+    using Setting = std::optional<std::string>;
+    const struct {
+        Setting all, messages, lang;
+        std::uint16_t id;
+    } cases[] = {
+        {"de_AT.UTF-8@euro", "fr_FR", "it_IT", 0x0C07},     {"", "fr_FR", "it_IT", 0x040C},
+        {std::nullopt, "", "it_IT.UTF-8", 0x0410},          {std::nullopt, std::nullopt, "en_GB", 0x0809},
+        {std::nullopt, std::nullopt, std::nullopt, 0x0409}, {"C.UTF-8", "de_DE", "de_DE", 0x0409},
+        {"de_XX", std::nullopt, std::nullopt, 0x0407},      {"tlh", std::nullopt, std::nullopt, 0x0409},
+    };
+    for (const auto& [all, messages, lang, id] : cases) {
+        const ScopedVariable first("LC_ALL", all), second("LC_MESSAGES", messages), third("LANG", lang);
+        EXPECT_EQ(GetUserDefaultLangID(), id);
+    }
+}
+
+class MessageModules : public ::testing::Test {
+protected:
+    HMODULE Load(const std::string& bytes) const {
+        WriteAll(file_, bytes);
+        return LoadFile(file_);
+    }
+    static HMODULE LoadFile(const std::filesystem::path& path) {
+        return LoadLibraryExW(path.u16string().c_str(), nullptr,
+                              LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE);
+    }
+    static std::optional<WideString> AskModule(HMODULE module, DWORD code, DWORD language = 0) {
+        return Ask(FORMAT_MESSAGE_FROM_HMODULE, module, code, language);
+    }
+
+    const TemporaryDirectory directory_;
+    const std::filesystem::path file_ = directory_ / "Texts.dll";
+};
+
+TEST_F(MessageModules, AnswerTheLanguageOrTheTextForAnyLanguage) {
+    const HMODULE module = Load(
+        "; comment\n\n0x80040202\t0x0407\tnur deutsch\n0x80040201\t1031\tdeutsch\n"
+        "0x80040201\t0\ta\\nb\\tc\\\\n %1\n0x80040201\t0x0409\tenglish\r\n"
+        "0x80040203\t1036\tfran\xC3\xA7"
+        "ais\n0x80040203\t1033\tenglish");
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(AskModule(module, 0x80040201, German), u"deutsch");
+    EXPECT_EQ(AskModule(module, 0x80040201, BritishEnglish), u"a\nb\tc\\n %1");
+    EXPECT_EQ(AskModule(module, 0x80040201), u"a\nb\tc\\n %1");
+    EXPECT_EQ(AskModule(module, 0x80040202), u"nur deutsch");
+    EXPECT_EQ(AskModule(module, 0x80040203), u"english");
+    EXPECT_EQ(AskModule(module, 0x80040203, 0x040C), u"fran\u00E7ais");
+    EXPECT_EQ(AskModule(module, 0x80040202, English), std::nullopt);
+    EXPECT_EQ(GetLastError(), ERROR_MR_MID_NOT_FOUND);
+    EXPECT_TRUE(FreeLibrary(module));
+}
+
+TEST_F(MessageModules, AreRefusedForOneMalformedLineOrAFileThatCannotBeRead) {
+    for (const char* const line :
+         {"80040201\t0\ttext", "0x80040201 0 text", "0x80040201\t0", "0x80040201\t0\t", "0x180040201\t0\ttext",
+          "0x80040201\t65536\ttext", "0x80040201\tde\ttext", "0x80040201\t0\ta\\x", "0x80040201\t0\ta\\",
+          "\x7F"
+          "ELF"}) {
+        EXPECT_EQ(Load(std::string("0x1\t0\tgood\n") + line + "\n0x2\t0\tgood\n"), nullptr) << line;
+        EXPECT_EQ(GetLastError(), ERROR_BAD_EXE_FORMAT) << line;
+    }
+    EXPECT_EQ(LoadFile(directory_ / "none.dll"), nullptr);
+    EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
+    EXPECT_EQ(LoadFile(directory_.Path()), nullptr);
+    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
+}
+
+TEST_F(MessageModules, AreAskedWhileOthersComeAndGoAndAreGoneOnceFreed) {
+    const HMODULE module = Load("0x1\t0\tone\n");
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([this, module] {
+            for (int round = 0; round < 50; ++round) {
+                const HMODULE other = LoadFile(file_);
+                EXPECT_EQ(AskModule(module, 1), u"one");
+                EXPECT_EQ(AskModule(other, 1), u"one");
+                EXPECT_TRUE(FreeLibrary(other));
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_EQ(AskModule(module, 1), std::nullopt);
+    EXPECT_EQ(GetLastError(), ERROR_RESOURCE_TYPE_NOT_FOUND);
+}
+
+}  // namespace

@@ -1,0 +1,165 @@
+#include "Platform/Time.h"
+
+#include <gtest/gtest.h>
+#include <time.h>
+
+#include <chrono>
+#include <optional>
+
+#include "Platform/Errors.h"
+#include "ScopedVariable.h"
+
+using namespace Platform;
+
+namespace {
+
+using namespace std::chrono;
+
+constexpr std::int64_t UnixEpoch = 11'644'473'600;
+constexpr std::int64_t TicksPerSecond = 10'000'000;
+constexpr std::int64_t SecondsPerDay = 86400;
+
+constexpr const char* Berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
+constexpr const char* LordHowe = "LHST-10:30LHDT-11,M10.1.0,M4.1.0";
+constexpr const char* Dublin = "IST-1GMT0,M10.5.0,M3.5.0/1";  // it is winter that is marked as daylight saving
+constexpr const char* NewYork = "EST5EDT,M3.2.0,M11.1.0";
+
+FILETIME FromTicks(std::int64_t ticks) {
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+std::int64_t ToTicks(const FILETIME& time) {
+    return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
+}
+
+FILETIME FromUnix(std::int64_t unixTime) {
+    return FromTicks((unixTime + UnixEpoch) * TicksPerSecond);
+}
+
+constexpr std::int64_t UnixOf(year_month_day date, std::int64_t secondOfDay = 0) {
+    return sys_days{date}.time_since_epoch().count() * SecondsPerDay + secondOfDay;
+}
+
+struct Zone : ScopedVariable {
+    explicit Zone(const char* text) : ScopedVariable("TZ", text) { tzset(); }
+};
+
+std::int64_t LocalOffset(std::int64_t unixTime) {
+    tm local{};
+    localtime_r(&unixTime, &local);
+    return local.tm_gmtoff;
+}
+
+std::int64_t ConvertedOffset(std::int64_t unixTime) {
+    const FILETIME utc = FromUnix(unixTime);
+    FILETIME local{};
+    EXPECT_TRUE(FileTimeToLocalFileTime(&utc, &local));
+    return (ToTicks(local) - ToTicks(utc)) / TicksPerSecond;
+}
+
+std::optional<std::int64_t> presentTime;
+
+}  // namespace
+
+// Takes the place of the library's own.
+void Platform::GetSystemTimeAsFileTime(FILETIME* time) noexcept {
+    presentTime ? void(*time = FromUnix(*presentTime)) : GetSystemTimePreciseAsFileTime(time);
+}
+
+TEST(Calendar, AgreesWithTheStandardLibraryThroughItsWholeRange) {
+    constexpr sys_days First = 1601y / January / 1;
+    constexpr sys_days Last = year{30827} / December / 31;
+    constexpr days Stride{13};
+    for (sys_days date = First; date <= Last; date = date < Last ? std::min(date + Stride, Last) : date + Stride) {
+        const std::int64_t ticks = (date - First).count() * SecondsPerDay * TicksPerSecond + 863'999'990'000;
+        const FILETIME time = FromTicks(ticks);
+        SYSTEMTIME fields{};
+        ASSERT_TRUE(FileTimeToSystemTime(&time, &fields));
+        ASSERT_EQ((year{fields.wYear} / fields.wMonth / fields.wDay), year_month_day{date});
+        ASSERT_EQ(weekday{fields.wDayOfWeek}, weekday{date});
+        ASSERT_EQ(hours{fields.wHour} + minutes{fields.wMinute} + seconds{fields.wSecond}, 23h + 59min + 59s);
+        ASSERT_EQ(fields.wMilliseconds, 999);
+        FILETIME back{};
+        ASSERT_TRUE(SystemTimeToFileTime(&fields, &back));
+        ASSERT_EQ(ToTicks(back), ticks);
+    }
+}
+
+TEST(Calendar, RefusesWhatIsNoDate) {
+    const SYSTEMTIME valid{30827, 12, 0, 31, 23, 59, 59, 999}, noLeapDay{2100, 2, 0, 29, 0, 0, 0, 0};
+    FILETIME time{};
+    EXPECT_TRUE(SystemTimeToFileTime(&valid, &time));
+    EXPECT_FALSE(SystemTimeToFileTime(&noLeapDay, &time));
+    for (const auto field : {&SYSTEMTIME::wYear, &SYSTEMTIME::wMonth, &SYSTEMTIME::wDay, &SYSTEMTIME::wHour,
+                             &SYSTEMTIME::wMinute, &SYSTEMTIME::wSecond, &SYSTEMTIME::wMilliseconds}) {
+        SYSTEMTIME beyond = valid;
+        ++(beyond.*field);
+        EXPECT_FALSE(SystemTimeToFileTime(&beyond, &time));
+        EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+    }
+    SYSTEMTIME fields{};
+    for (const FILETIME& late : {FromTicks(-1), FromUnix(UnixOf(year{30828} / January / 1))}) {
+        EXPECT_FALSE(FileTimeToSystemTime(&late, &fields));
+    }
+}
+
+TEST(LocalTime, FollowsTheZoneThroughItsChangesAndAnotherZoneAtOnce) {
+    for (const auto& day : {2024y / March / 31, 2024y / October / 27, 2024y / April / 6, 2024y / October / 5,
+                            2024y / March / 10, 1965y / July / 1}) {
+        for (std::int64_t second = 0; second < SecondsPerDay; second += 449) {
+            for (const char* const zone : {Berlin, LordHowe, Dublin, NewYork, "UTC0", "NPT-5:45", "XXX12:34:56"}) {
+                const Zone scope{zone};
+                const std::int64_t time = UnixOf(day, second);
+                ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time;
+                ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time << " again";
+            }
+        }
+    }
+}
+
+TEST(LocalTime, StaysWithinTheRangeOfFileTimes) {
+    for (const auto& [zone, ticks] : {std::pair{"WWW1", std::int64_t{0}}, {"EEE-1", INT64_MAX}, {"UTC0", -1}}) {
+        const Zone scope{zone};
+        const FILETIME utc = FromTicks(ticks);
+        FILETIME local{};
+        SetLastError(ERROR_SUCCESS);
+        EXPECT_FALSE(FileTimeToLocalFileTime(&utc, &local)) << zone;
+        EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
+    }
+}
+
+TEST(TimeZone, TellsTheBiasInForceAndWhy) {
+    struct Case {
+        const char* name;
+        std::int64_t now;
+        DWORD kind;
+        LONG bias;
+    };
+    constexpr std::int64_t Winter = UnixOf(2024y / January / 15), Summer = UnixOf(2024y / July / 15);
+    constexpr std::int64_t Change = UnixOf(2024y / March / 31, 3600);
+    for (const auto& [name, now, kind, bias] :
+         {Case{"UTC0", Winter, TIME_ZONE_ID_UNKNOWN, 0}, Case{"NPT-5:45", Summer, TIME_ZONE_ID_UNKNOWN, -345},
+          Case{Berlin, Change - 1, TIME_ZONE_ID_STANDARD, -60}, Case{Berlin, Change, TIME_ZONE_ID_DAYLIGHT, -120},
+          Case{NewYork, Winter, TIME_ZONE_ID_STANDARD, 300}, Case{NewYork, Summer, TIME_ZONE_ID_DAYLIGHT, 240},
+          Case{LordHowe, Winter, TIME_ZONE_ID_DAYLIGHT, -660}, Case{LordHowe, Summer, TIME_ZONE_ID_STANDARD, -630},
+          Case{Dublin, Winter, TIME_ZONE_ID_DAYLIGHT, 0}, Case{Dublin, Summer, TIME_ZONE_ID_STANDARD, -60}}) {
+        SCOPED_TRACE(testing::Message() << name << " at " << now);
+        const ScopedVariable zone{"TZ", name};
+        presentTime = now;
+        DYNAMIC_TIME_ZONE_INFORMATION information{};
+        const DWORD answer = GetDynamicTimeZoneInformation(&information);
+        presentTime.reset();
+        ASSERT_EQ(answer, kind);
+        const LONG more[] = {0, information.StandardBias, information.DaylightBias};
+        EXPECT_EQ(information.Bias + more[answer], bias);
+    }
+}
+
+TEST(Clocks, LieBetweenTwoReadingsOfTheStandardOnes) {
+    const auto wallBefore = system_clock::now();
+    FILETIME wall{};
+    GetSystemTimePreciseAsFileTime(&wall);
+    const auto ticks = [](auto time) { return duration_cast<nanoseconds>(time.time_since_epoch()) / 100ns; };
+    EXPECT_GE(ToTicks(wall) - UnixEpoch * TicksPerSecond, ticks(wallBefore));
+    EXPECT_LE(ToTicks(wall) - UnixEpoch * TicksPerSecond, ticks(system_clock::now()));
+}

@@ -1,0 +1,427 @@
+#include "ConfigServer/ConfigServer.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <latch>
+#include <map>
+#include <mutex>
+#include <thread>
+
+#include "Common/Nodes/ModificationRecords.h"
+#include "StoreFixture.h"
+
+using namespace Harbor;
+using namespace ConfigServer;
+
+namespace {
+
+using Subscription = ComponentPtr<IACModifySubscription>;
+
+constexpr std::int64_t EveryLevel = 0x7FFFFFFF;
+constexpr std::int32_t EveryChange = 31;
+
+struct Heard {
+    WideString path;
+    std::uint32_t changes = 0;
+    WideString snapshotPath;
+    WideString value;  // of the attribute Value
+
+    bool operator==(const Heard&) const = default;
+};
+
+// Keeps what it hears, and reacts after that.
+class Listener : public IACModifyCallback {
+public:
+    using Reaction = std::function<HRESULT(IACModifySubscription*, IACNodeModifyEnum*)>;
+
+    explicit Listener(Reaction reaction = {}) : reaction_(std::move(reaction)) {}
+
+    std::uint32_t AddRef() override { return ++references_; }
+    std::uint32_t Release() override { return --references_; }
+    HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
+
+    HRESULT OnTriggered(IACModifySubscription* subscription, int kind, IACNodeModifyEnum* modifications) override {
+        EXPECT_EQ(kind, NodesModified);
+        ForEachModifiedNode(modifications, [this](const ModifiedNode& record) { Keep(record); });
+        return reaction_ ? reaction_(subscription, modifications) : S_OK;
+    }
+
+    std::vector<Heard> WaitFor(std::size_t count) {
+        std::unique_lock lock(lock_);
+        grown_.wait(lock, [&] { return heard_.size() >= count; });
+        return heard_;
+    }
+    std::vector<Heard> All() { return WaitFor(0); }
+    std::uint32_t References() const { return references_; }
+
+private:
+    void Keep(const ModifiedNode& record) {
+        Heard heard{record.path, record.mask, record.node.GetFullPath(), {}};
+        (void)record.node.TryGetText(u"Value", heard.value);
+        const std::lock_guard lock(lock_);
+        heard_.push_back(std::move(heard));
+        grown_.notify_all();
+    }
+
+    const Reaction reaction_;
+    std::atomic<std::uint32_t> references_{0};
+    std::mutex lock_;
+    std::condition_variable grown_;
+    std::vector<Heard> heard_;
+};
+
+ACNode Parameters(std::int32_t changes = EveryChange) {
+    ACNode parameters;
+    parameters.Create(u"SubscribeConfig", nullptr);
+    parameters.SetInt32(u"ChangesMask", changes);
+    parameters.SetInt32(u"SubscribeOptions", 6);
+    return parameters;
+}
+
+std::vector<WideString> Values(const std::vector<Heard>& reports) {
+    std::vector<WideString> values;
+    for (const Heard& heard : reports) values.push_back(heard.value);
+    return values;
+}
+
+WideString Number(int number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
+
+class ConfigServerTest : public StoreTest {
+protected:
+    void Write(const WideString& path, const WideString& value) {
+        EXPECT_EQ(tree_->WriteNode(path, {{u"Value", value}}), S_OK);
+    }
+
+    Subscription Add(Listener& listener, const WideString& path, std::int64_t maxDepth = EveryLevel) {
+        const FilterByPathNode filter(path, false, maxDepth);
+        Subscription subscription;
+        EXPECT_EQ(service_->AddSubscription(filter.Handle(), Parameters().Handle(), &listener, subscription.Address()),
+                  S_OK);
+        return subscription;
+    }
+
+    Subscription Watch(Listener& listener, const WideString& path, std::int64_t maxDepth = EveryLevel) {
+        Subscription subscription = Add(listener, path, maxDepth);
+        EXPECT_EQ(subscription->Start(), S_OK);
+        return subscription;
+    }
+
+    // Everything that was written before has been served when this returns.
+    void Flush() {
+        Listener listener;
+        const Subscription subscription = Watch(listener, u"\\Flush\\Point");
+        Write(u"\\Flush\\Point", u"");
+        listener.WaitFor(1);
+    }
+
+    void EndService() {
+        service_.Reset();
+        tree_.Reset();
+    }
+
+    void TearDown() override {
+        EndService();
+        StoreTest::TearDown();
+    }
+
+    ComponentPtr<IConfigTree> tree_ = CreateConfigServer();
+    ComponentPtr<IACConfigService> service_ = tree_.QueryOrThrow<IACConfigService>();
+};
+
+// A callback that stays until the end of its subscription has begun, and then gives whoever ends it every chance to be
+// back too early.
+struct LingeringCallback {
+    std::function<void(IACModifySubscription*)> beforeLingering = [](IACModifySubscription*) {};
+    std::latch entered{1};
+    std::atomic<bool> callerIsBack{false};
+    std::atomic<bool> left{false};
+    Listener listener{[this](IACModifySubscription* subscription, IACNodeModifyEnum*) {
+        beforeLingering(subscription);
+        entered.count_down();
+        while (subscription->Start() == S_OK) std::this_thread::yield();
+        for (int turn = 0; turn < 1000 && !callerIsBack; ++turn) std::this_thread::yield();
+        left = true;
+        return S_OK;
+    }};
+
+    void ExpectThatItIsWaitedForBy(const std::function<void()>& end) {
+        entered.wait();
+        end();
+        callerIsBack = true;
+        EXPECT_TRUE(left);
+    }
+};
+
+// All write one node: a report that shows another's value was not made together with its write.
+TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderWhoeverWritesAndListens) {
+    constexpr int Writers = 4;
+    constexpr int Writes = 300;
+    Listener first;
+    Listener second;
+    const Subscription subscriptions[] = {Watch(first, u"\\A"), Watch(second, u"\\A\\B")};
+    {
+        std::vector<std::jthread> writers;
+        for (int writer = 0; writer < Writers; ++writer) {
+            writers.emplace_back([this, writer] {
+                for (int number = 0; number < Writes; ++number) {
+                    Write(u"\\A\\B", Number(writer) + u" " + Number(number));
+                }
+            });
+        }
+    }
+    Flush();
+
+    std::vector<WideString> inOrder;
+    for (int number = 0; number < Writes; ++number) inOrder.push_back(Number(number));
+    std::map<WideString, std::vector<WideString>> numbersByWriter;
+    for (const WideString& value : Values(first.All())) numbersByWriter[value.substr(0, 1)].push_back(value.substr(2));
+    EXPECT_EQ(numbersByWriter.size(), Writers);
+    for (const auto& [writer, numbers] : numbersByWriter) EXPECT_EQ(numbers, inOrder);
+    EXPECT_EQ(second.All(), first.All());
+    EXPECT_EQ(first.References(), 0u);
+}
+
+TEST_F(ConfigServerTest, ReportsNothingThatWasWrittenBeforeStart) {
+    Listener listener;
+    const Subscription subscription = Add(listener, u"\\A\\B");
+    Write(u"\\A\\B", u"early");
+    EXPECT_EQ(subscription->Start(), S_OK);
+    EXPECT_EQ(subscription->Start(), S_OK);
+    Write(u"\\A\\B", u"late");
+    Flush();
+    EXPECT_EQ(Values(listener.All()), std::vector<WideString>{u"late"});
+}
+
+TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
+    const struct {
+        const char16_t* watched;
+        bool isParent;
+        std::int64_t maxDepth;
+        std::int32_t changes;
+        const char16_t* written;
+        bool covered;
+    } cases[] = {
+        {u"\\A\\B", false, EveryLevel, EveryChange, u"\\A\\B", true},
+        {u"\\A\\B", false, EveryLevel, EveryChange, u"\\A\\B\\C\\D\\E", true},
+        {u"\\A\\B", false, EveryLevel, EveryChange, u"\\A\\BC", false},
+        {u"\\A\\B", false, EveryLevel, EveryChange, u"\\A\\b", false},
+        {u"\\A\\B\\C", false, EveryLevel, EveryChange, u"\\A\\B", false},
+        {u"\\A", false, 0, EveryChange, u"\\A\\B", false},
+        {u"\\A\\B", false, 0, EveryChange, u"\\A\\B", true},
+        {u"\\A\\B", false, 1, EveryChange, u"\\A\\B\\C", true},
+        {u"\\A\\B", false, 1, EveryChange, u"\\A\\B\\C\\D", false},
+        {u"\\A\\B", true, 1, EveryChange, u"\\A\\B", false},
+        {u"\\A\\B", true, 1, EveryChange, u"\\A\\B\\C", true},
+        {u"\\A\\B", false, EveryLevel, static_cast<std::int32_t>(NodeAdded), u"\\A\\New", false},
+        {u"\\A\\New", false, EveryLevel, static_cast<std::int32_t>(NodeAdded), u"\\A\\New\\Node", true},
+        {u"\\A\\New", false, EveryLevel, static_cast<std::int32_t>(NodeAdded), u"\\A\\New\\Node", false},
+        {u"\\A\\New", false, EveryLevel, static_cast<std::int32_t>(AttributesWritten), u"\\A\\New\\Node", true},
+    };
+    int number = 0;
+    for (const auto& [watched, isParent, maxDepth, changes, written, covered] : cases) {
+        Listener listener;
+        const FilterByPathNode filter(watched, isParent, maxDepth);
+        Subscription subscription;
+        ASSERT_EQ(
+            service_->AddSubscription(filter.Handle(), Parameters(changes).Handle(), &listener, subscription.Address()),
+            S_OK);
+        ASSERT_EQ(subscription->Start(), S_OK);
+        Write(written, u"x");
+        Flush();
+        EXPECT_EQ(listener.All().size(), covered ? 1u : 0u) << number;
+        ++number;
+    }
+}
+
+TEST_F(ConfigServerTest, ReportsShowTheNodeAsItWasWhenItWasWritten) {
+    std::latch go{1};
+    Listener spoiler([&](IACModifySubscription*, IACNodeModifyEnum* modifications) {
+        go.wait();
+        ForEachModifiedNode(modifications, [](ModifiedNode& record) { record.node.SetText(u"Value", u"spoilt", 6); });
+        return S_OK;
+    });
+    Listener listener;
+    const Subscription spoiling = Watch(spoiler, u"\\A");
+    const Subscription subscription = Watch(listener, u"\\A");
+    const WideString path = u"\\A\\B\\C";
+    EXPECT_EQ(tree_->WriteNode(path, {{u"Value", u"1"}}), S_OK);
+    EXPECT_EQ(tree_->WriteNode(path, {{u"Other", u""}}), S_OK);
+    EXPECT_EQ(tree_->WriteNode(path, {{u"Other", u""}, {u"Value", u"2"}}), S_OK);
+    go.count_down();
+    const std::vector<Heard> expected{{path, AttributesWritten | NodeAdded, path, u"1"},
+                                      {path, AttributesWritten, path, u"1"},
+                                      {path, AttributesWritten, path, u"2"}};
+    EXPECT_EQ(listener.WaitFor(3), expected);
+}
+
+TEST_F(ConfigServerTest, AFailingOrThrowingCallbackHarmsNobodyElse) {
+    Listener failing([](IACModifySubscription*, IACNodeModifyEnum*) { return E_FAIL; });
+    Listener throwing([](IACModifySubscription*, IACNodeModifyEnum*) -> HRESULT { throw 1; });
+    Listener listener;
+    const Subscription subscriptions[] = {Watch(failing, u"\\A"), Watch(throwing, u"\\A"), Watch(listener, u"\\A")};
+    Write(u"\\A\\B", u"1");
+    Write(u"\\A\\B", u"2");
+    EXPECT_EQ(listener.WaitFor(2).size(), 2u);
+    EXPECT_EQ(failing.All(), listener.All());
+    EXPECT_EQ(throwing.All(), listener.All());
+}
+
+// A removal from inside the callback can't wait for it: whoever ends the subscription after that must all the same.
+TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFinal) {
+    for (const bool removedInside : {false, true}) {
+        for (const bool endedByRelease : {false, true}) {
+            LingeringCallback callback;
+            if (removedInside) {
+                callback.beforeLingering = [this](IACModifySubscription* subscription) {
+                    EXPECT_EQ(service_->RemoveSubscription(subscription), S_OK);
+                };
+            }
+            Subscription subscription = Watch(callback.listener, u"\\A");
+            Write(u"\\A\\B", u"1");
+            Write(u"\\A\\B", u"2");
+            callback.ExpectThatItIsWaitedForBy([&] {
+                if (endedByRelease) {
+                    subscription.Reset();
+                } else {
+                    EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), removedInside ? NOT_FOUND : S_OK);
+                }
+            });
+            Write(u"\\A\\B", u"3");
+            Flush();
+            EXPECT_EQ(callback.listener.All().size(), 1u);
+        }
+    }
+}
+
+TEST_F(ConfigServerTest, AnEndedSubscriptionIsUnknown) {
+    Listener listener;
+    const Subscription subscription = Watch(listener, u"\\A");
+    EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), S_OK);
+    EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), NOT_FOUND);
+    EXPECT_EQ(subscription->Start(), ConfigServer::WatchEnded);
+    EXPECT_EQ(service_->RemoveSubscription(nullptr), E_POINTER);
+    const ComponentPtr<IACConfigService> otherService = CreateConfigServer().QueryOrThrow<IACConfigService>();
+    const Subscription own = Watch(listener, u"\\A");
+    EXPECT_EQ(otherService->RemoveSubscription(own.Get()), NOT_FOUND);
+}
+
+TEST_F(ConfigServerTest, ACallbackMayCallTheService) {
+    Listener inner;
+    Listener other;
+    Subscription innerSubscription;
+    Subscription bystander;
+    Listener outer([&](IACModifySubscription* subscription, IACNodeModifyEnum*) {
+        innerSubscription = Watch(inner, u"\\Inner");
+        Write(u"\\Inner\\Node", u"from a callback");
+        EXPECT_EQ(service_->RemoveSubscription(bystander.Get()), S_OK);
+        return service_->RemoveSubscription(subscription);
+    });
+    const Subscription subscription = Watch(outer, u"\\A");
+    bystander = Watch(other, u"\\A");
+    Write(u"\\A\\B", u"1");
+    EXPECT_EQ(Values(inner.WaitFor(1)), std::vector<WideString>{u"from a callback"});
+    EXPECT_TRUE(other.All().empty());
+}
+
+TEST_F(ConfigServerTest, TheServiceEndsWithReportsPending) {
+    const std::uint64_t handlesWithoutService = OpenHandles() - 1;  // the service holds one to its tree
+    LingeringCallback callback;
+    const Subscription subscription = Watch(callback.listener, u"\\A");
+    for (int number = 0; number < 100; ++number) Write(u"\\A\\B", Number(number));
+    callback.ExpectThatItIsWaitedForBy([this] { EndService(); });
+    EXPECT_EQ(OpenHandles(), handlesWithoutService);  // though a client still holds its subscription
+    EXPECT_EQ(callback.listener.All().size(), 1u);
+    EXPECT_EQ(subscription->Start(), ConfigServer::WatchEnded);
+}
+
+TEST_F(ConfigServerTest, TheServiceMayEndInsideACallback) {
+    const std::uint64_t handlesWithoutService = OpenHandles() - 1;  // the service holds one to its tree
+    std::latch subscribed{1};
+    std::latch ended{1};
+    Subscription subscription;
+    Listener listener([&](IACModifySubscription*, IACNodeModifyEnum*) {
+        subscribed.wait();
+        EndService();
+        subscription.Reset();
+        ended.count_down();
+        return S_OK;
+    });
+    subscription = Watch(listener, u"\\A");
+    Write(u"\\A\\B", u"1");
+    Write(u"\\A\\B", u"2");
+    subscribed.count_down();
+    ended.wait();
+    while (OpenHandles() != handlesWithoutService) std::this_thread::yield();
+    EXPECT_EQ(listener.All().size(), 1u);
+}
+
+TEST_F(ConfigServerTest, BadRequestsAreRefusedAndLeaveTheTreeAsItWas) {
+    Listener listener;
+    const Subscription all = Watch(listener, u"\\A");
+    const FilterByPathNode good(u"\\A", false, 0);
+    const FilterByPathNode withoutPath(u"A", false, 0);
+    const FilterByPathNode negativeDepth(u"\\A", false, -1);
+    ACNode withoutMask;
+    withoutMask.Create(u"SubscribeConfig", nullptr);
+    const ACNode parameters = Parameters();
+    const struct {
+        AcnHandle filter;
+        AcnHandle parameters;
+        IACModifyCallback* callback;
+        HRESULT code;
+    } cases[] = {
+        {parameters.Handle(), parameters.Handle(), &listener, NOT_FOUND},
+        {good.Handle(), withoutMask.Handle(), &listener, NOT_FOUND},
+        {good.Handle(), nullptr, &listener, NOT_FOUND},
+        {withoutPath.Handle(), parameters.Handle(), &listener, E_INVALIDARG},
+        {negativeDepth.Handle(), parameters.Handle(), &listener, E_INVALIDARG},
+        {good.Handle(), parameters.Handle(), nullptr, E_POINTER},
+    };
+    for (const auto& [filter, parameterNode, callback, code] : cases) {
+        IACModifySubscription* subscription = nullptr;
+        EXPECT_EQ(service_->AddSubscription(filter, parameterNode, callback, &subscription), code);
+        EXPECT_EQ(subscription, nullptr);
+    }
+    EXPECT_EQ(service_->AddSubscription(good.Handle(), parameters.Handle(), &listener, nullptr), E_POINTER);
+
+    for (const char16_t* path : {u"", u"\\", u"\\A", u"A\\B", u"\\A\\", u"\\A\\\\B"}) {
+        EXPECT_EQ(tree_->WriteNode(path, {}), E_INVALIDARG);
+    }
+    EXPECT_EQ(tree_->WriteNode(u"\\A\\B", {{u"Value", u"half"}, {u"", u"bad"}}), E_INVALIDARG);
+    EXPECT_EQ(tree_->WriteNode(u"\\A\\B", {}), S_OK);
+    const std::vector<Heard> expected{{u"\\A\\B", AttributesWritten | NodeAdded, u"\\A\\B", u""}};
+    EXPECT_EQ(listener.WaitFor(1), expected);
+}
+
+// Each listener is gone right after the end of its subscription: a call that comes late is seen by the sanitizers.
+TEST_F(ConfigServerTest, SubscriptionsComeAndGoWhileOthersWrite) {
+    constexpr int Rounds = 300;
+    std::atomic<bool> stop{false};
+    std::vector<std::jthread> writers;
+    for (int writer = 0; writer < 2; ++writer) {
+        writers.emplace_back([this, &stop, path = u"\\A\\Writer" + Number(writer)] {
+            for (int number = 0; !stop; ++number) Write(path, Number(number));
+        });
+    }
+    {
+        std::vector<std::jthread> clients;
+        for (int client = 0; client < 3; ++client) {
+            clients.emplace_back([this, client] {
+                for (int round = 0; round < Rounds; ++round) {
+                    Listener listener;
+                    const Subscription subscription = Watch(listener, u"\\A");
+                    listener.WaitFor(1);
+                    const HRESULT code = client > 0 ? service_->RemoveSubscription(subscription.Get()) : S_OK;
+                    EXPECT_EQ(code, S_OK);
+                }
+            });
+        }
+    }
+    stop = true;
+}
+
+}  // namespace
