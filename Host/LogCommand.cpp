@@ -14,8 +14,7 @@ constexpr std::size_t BlockSize = std::size_t{1} << 20;
 constexpr std::chrono::milliseconds FollowInterval{200};
 
 // Gives whether there was anything.
-bool ReadToEnd(LogSource& source, LogParser& parser) {
-    static std::vector<char> buffer(BlockSize);
+bool ReadToEnd(LogSource& source, LogParser& parser, std::span<char> buffer) {
     bool any = false;
     while (const std::size_t count = source.Read(buffer)) {
         parser.Feed({buffer.data(), count});
@@ -26,10 +25,10 @@ bool ReadToEnd(LogSource& source, LogParser& parser) {
 }
 
 // Lines are handed on after an interval in which nothing came: then they are complete.
-void Follow(FileSource& source, LogParser& parser) {
+void Follow(FileSource& source, LogParser& parser, std::span<char> buffer) {
     const StopSignal stop;
     while (!stop.WaitFor(FollowInterval) && std::cout) {
-        if (ReadToEnd(source, parser)) continue;
+        if (ReadToEnd(source, parser, buffer)) continue;
         if (source.TurnToNewFile()) {
             parser.Finish();
         } else {
@@ -45,13 +44,14 @@ int ShowLog(const LogOptions& options) {
     std::ios::sync_with_stdio(false);
     LogPrinter printer(options, std::cout, std::cerr);
     LogParser parser(printer);
+    std::vector<char> buffer(BlockSize);
     if (options.file == "-") {
         StandardInputSource source;
-        ReadToEnd(source, parser);
+        ReadToEnd(source, parser, buffer);
     } else {
         FileSource source(options.file);
-        ReadToEnd(source, parser);
-        if (options.follow) Follow(source, parser);
+        ReadToEnd(source, parser, buffer);
+        if (options.follow) Follow(source, parser, buffer);
     }
     parser.Finish();
     printer.End();

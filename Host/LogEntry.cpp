@@ -41,9 +41,9 @@ public:
 
     std::uint32_t Number(std::u16string_view digits) {
         ok_ = ok_ && !digits.empty() && digits.size() < 10 && std::ranges::all_of(digits, IsDigit);
+        if (!ok_) return 0;
         std::uint32_t number = 0;
-        if (ok_)
-            for (const char16_t digit : digits) number = number * 10 + (digit - u'0');
+        for (const char16_t digit : digits) number = number * 10 + (digit - u'0');
         return number;
     }
 

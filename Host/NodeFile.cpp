@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <pugixml.hpp>
+#include <vector>
 
 #include "Common/Text.h"
 #include "Host/Failure.h"
@@ -22,8 +23,8 @@ constexpr std::string_view LogHeading = "ACNode[";
 
 std::string ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(file), {}};
     if (!file || std::filesystem::is_directory(path)) throw BadInput(path + ": can't be read");
+    std::string text{std::istreambuf_iterator<char>(file), {}};
     if (text.ends_with('\0')) text.pop_back();  // a dump's own end
     return text;
 }
@@ -33,7 +34,7 @@ bool IsUtf8(std::string_view text) {
                                                          static_cast<int>(text.size()), nullptr, 0) != 0;
 }
 
-class Reader {
+class Reader : private pugi::xml_tree_walker {
 public:
     explicit Reader(const std::string& path) : path_(path), text_(ReadFile(path)) {}
 
@@ -46,7 +47,10 @@ public:
         constexpr unsigned options = pugi::parse_default | pugi::parse_fragment;
         const auto parsed = document.load_buffer(text_.data(), text_.size(), options, pugi::encoding_utf8);
         if (!parsed) Refuse(parsed.offset, parsed.description());
-        return Build(OnlyTree(document));
+        pugi::xml_node root = OnlyTree(document);
+        way_.push_back(BuildNode(root));
+        root.traverse(*this);
+        return way_.front();
     }
 
 private:
@@ -75,30 +79,17 @@ private:
         return tree;
     }
 
-    // A loop, since a tree may be deeper than any call stack.
-    ACNode Build(pugi::xml_node root) const {
-        ACNode tree = BuildNode(root);
-        ACNode parent = tree;
-        for (pugi::xml_node element = root.first_child(); element;) {
-            const bool isNode = std::string_view(element.name()) == "node";
-            if (isNode) {
-                const ACNode child = BuildNode(element);
-                Check(AcnAppendChild(parent.Handle(), child.Handle()), "AcnAppendChild");
-                if (element.first_child()) parent = child;
-            } else {
-                AddAttribute(parent, element);
-            }
-            if (isNode && element.first_child()) {
-                element = element.first_child();
-                continue;
-            }
-            while (!element.next_sibling() && element.parent() != root) {
-                element = element.parent();
-                parent = parent.GetParent();
-            }
-            element = element.next_sibling();
+    // The library's walk is no recursion: a tree may be deeper than any call stack.
+    bool for_each(pugi::xml_node& element) override {
+        way_.resize(static_cast<std::size_t>(depth()) + 1);
+        if (std::string_view(element.name()) != "node") {
+            AddAttribute(way_.back(), element);
+            return true;
         }
-        return tree;
+        ACNode node = BuildNode(element);
+        Check(AcnAppendChild(way_.back().Handle(), node.Handle()), "AcnAppendChild");
+        way_.push_back(std::move(node));
+        return true;
     }
 
     ACNode BuildNode(pugi::xml_node element) const {
@@ -162,6 +153,7 @@ private:
 
     const std::string& path_;
     std::string text_;
+    std::vector<ACNode> way_;  // from the root to where the walk is
 };
 
 }  // namespace

@@ -65,14 +65,20 @@ std::string DefaultModule() {
     return Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr)) + "OrvActionManager.so";
 }
 
+void AddValue(CLI::App& app, const std::string& name, std::string& value, const std::string& type,
+              const std::string& help) {
+    const auto isGiven = [](const std::string& text) { return text.empty() ? std::string("an empty value") : ""; };
+    app.add_option(name, value, help)->type_name(type)->check(isGiven);
+}
+
 void AddRepeatable(CLI::App& app, const std::string& name, std::vector<std::string>& values, const std::string& type,
                    const std::string& help) {
     app.add_option(name, values, help)->type_name(type)->allow_extra_args(false);
 }
 
 void AddModuleOption(CLI::App& app, Written& written) {
-    app.add_option("--module", written.module, "the module; OrvActionManager.so beside this program if not given")
-        ->type_name("PATH");
+    AddValue(app, "--module", written.module, "PATH",
+             "the module; OrvActionManager.so beside this program if not given");
 }
 
 void AddJsonOption(CLI::App& app, Written& written) {
@@ -81,8 +87,7 @@ void AddJsonOption(CLI::App& app, Written& written) {
 
 void AddRunOptions(CLI::App& app, Written& written) {
     AddModuleOption(app, written);
-    app.add_option("--polling", written.polling, "pause of the worker between its cycles (default 100)")
-        ->type_name("MS");
+    AddValue(app, "--polling", written.polling, "MS", "pause of the worker between its cycles (default 100)");
     AddRepeatable(app, "--every", written.every, "DURATION", "a repeat, such as 500ms, 2s, 10m, 1h, 1d (repeatable)");
     AddRepeatable(app, "--at", written.at, "HH:MM:SS[,INTERVAL]",
                   "a start at a time of the day, and from there at the interval, 1d if not given; +DURATION instead of "
@@ -92,7 +97,7 @@ void AddRunOptions(CLI::App& app, Written& written) {
     app.add_flag("--bit0", written.bit0, "sets bit 0 in the options of the --watch subscriptions");
     AddRepeatable(app, "--do", written.commands, "\"DURATION COMMAND\"",
                   "a command after that time, such as \"3s start Plant Line1\" (repeatable)");
-    app.add_option("--duration", written.duration, "ends after that time")->type_name("DURATION");
+    AddValue(app, "--duration", written.duration, "DURATION", "ends after that time");
     AddJsonOption(app, written);
     app.set_config("--config", "", "a file with these options, one a line as \"every = 500ms\"; the command line wins")
         ->type_name("FILE");
@@ -115,10 +120,9 @@ CLI::App& AddCompare(CLI::App& app, Written& written) {
 CLI::App& AddLog(CLI::App& app, Written& written) {
     CLI::App& log = *app.add_subcommand("log", "shows the module's log file in UTF-8");
     log.add_option("FILE", written.log, "the log, or - for standard input")->required();
-    log.add_option("--severity", written.severity, "only lines of that severity and more severe ones")
-        ->type_name("NAME");
+    AddValue(log, "--severity", written.severity, "NAME", "only lines of that severity and more severe ones");
     log.add_flag("--follow", written.follow, "goes on with what is written later, also to a new file of the name");
-    log.add_option("--slow", written.slow, "shows the N slowest traced calls instead of the lines")->type_name("N");
+    AddValue(log, "--slow", written.slow, "N", "shows the N slowest traced calls instead of the lines");
     AddJsonOption(log, written);
     return log;
 }

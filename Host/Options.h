@@ -6,7 +6,7 @@
 
 #include "DataCollection/ActionManager.h"
 #include "Host/Commands.h"
-#include "Host/Report.h"
+#include "Host/Style.h"
 
 namespace Host {
 

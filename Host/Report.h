@@ -1,4 +1,4 @@
-// What the host puts out: one line a call, and the summary. As text for people or as one JSON object a line.
+// What the host puts out: one line a call, and the summary.
 #pragma once
 
 #include <functional>
@@ -10,6 +10,7 @@
 #include "Host/AliveObjects.h"
 #include "Host/LatenessStatistics.h"
 #include "Host/LocalTime.h"
+#include "Host/Style.h"
 
 namespace Host {
 
@@ -26,8 +27,6 @@ struct RegistrationState {
     std::optional<LatenessStatistics::Range> lateness;
     std::optional<TimePoint> nextDue;  // nothing where no schedule tells
 };
-
-enum class Style { Text, Json };
 
 // Any thread may call any operation; lines never mix.
 class Report {

@@ -46,13 +46,14 @@ void Configure(IActionManager& manager, milliseconds polling) {
     Check(configurable->Configure(config.Handle()), "Configure");
 }
 
-// What was unsubscribed goes in the worker's next two cycles. Nothing depends on them, so a long polling interval isn't
-// waited for.
+// What was unsubscribed goes in the worker's next two cycles. Nothing depends on them, so cycles that are too far off
+// aren't waited for.
 void LetLastCyclesPass(IComponentsModule& module, milliseconds polling) {
     constexpr std::uint32_t managerAlone = 1;
     constexpr milliseconds longest{3000};
     constexpr milliseconds step{5};
-    const auto until = std::chrono::steady_clock::now() + std::min(polling * 3 + milliseconds{500}, longest);
+    if (polling * 2 > longest) return;
+    const auto until = std::chrono::steady_clock::now() + longest;
     while (CountObjects(module) > managerAlone && std::chrono::steady_clock::now() < until) {
         std::this_thread::sleep_for(step);
     }
@@ -66,7 +67,7 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const RunOption
     const auto manager = module.Create<IActionManager>(ActionManagerClassId);
     Configure(*manager.Get(), options.polling);
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
-    std::cerr << "Serving " << registrations.size() << " registrations; type help for the commands, Ctrl-C ends\n";
+    std::cerr << "Registrations: " << registrations.size() << "; type help for the commands, Ctrl-C ends\n";
 
     Operator(module.Get(), registrations, tree, report).Work(options, stop);
 

@@ -4,9 +4,9 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <ranges>
-#include <regex>
 
 #include "Platform/Errors.h"
 
@@ -85,13 +85,16 @@ CapturedLog::~CapturedLog() {
 }
 
 void CapturedLog::Write(const WideChar* text, std::int32_t length) {
-    static const std::regex form(
-        R"([^|]*\| (\w+) *\|[^|]*\|[^|]*\| *(?! |Entering: |Exiting: |EXCEPTION at: )([^]*)\r\n)");
-    const std::string line = Narrow({text, static_cast<std::size_t>(length)});
-    std::smatch parts;
-    if (!std::regex_match(line, parts, form)) return;
+    // time | severity | process thread | source| message
+    const std::string line = Narrow({text, static_cast<std::size_t>(length) - 2});
+    const std::size_t severity = line.find("| ") + 2;
+    std::size_t message = severity;
+    for (int bars = 0; bars < 3; ++bars) message = line.find('|', message) + 1;
+    const std::string words = line.substr(line.find_first_not_of(' ', message));
+    const auto begins = [&](const char* trace) { return words.starts_with(trace); };
+    if (std::ranges::any_of(std::array{"Entering: ", "Exiting: ", "EXCEPTION at: "}, begins)) return;
     const std::lock_guard guard(lock_);
-    lines_.push_back(parts.str(1) + " " + parts.str(2));
+    lines_.push_back(line.substr(severity, line.find(' ', severity) + 1 - severity) + words);
 }
 
 testing::AssertionResult CapturedLog::Wrote(const Texts& patterns) {
