@@ -67,11 +67,10 @@ WideString ResolveDots(WideView path) {
         const Element element = TakeElement(rest);
         lastSeparator = element.separator;
         if (element.name == u".") continue;
-        if (element.name != u"..") {
-            kept.push_back(element);
-        } else if (!kept.empty() && kept.back().name != u"..") {
+        const bool goesUp = element.name == u"..";
+        if (goesUp && !kept.empty() && kept.back().name != u"..") {
             kept.pop_back();
-        } else if (root.empty()) {
+        } else if (!goesUp || root.empty()) {
             kept.push_back(element);
         }
     }

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -93,7 +94,7 @@ std::u16string ReadCommandLine() {
 
 // Lives until the library goes, which is after everything that uses it.
 constinit std::mutex commandLineLock;
-constinit std::u16string commandLine;
+constinit std::unique_ptr<const std::u16string> commandLine;
 
 }  // namespace
 
@@ -101,8 +102,8 @@ const WideChar* GetCommandLineW() noexcept {
     const WideChar* const failure = u"";
     return OrOutOfMemory(failure, [] {
         const std::lock_guard guard{commandLineLock};
-        if (commandLine.empty()) commandLine = ReadCommandLine();
-        return commandLine.c_str();
+        if (!commandLine) commandLine = std::make_unique<const std::u16string>(ReadCommandLine());
+        return commandLine->c_str();
     });
 }
 

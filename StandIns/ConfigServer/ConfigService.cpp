@@ -1,10 +1,9 @@
 #include "ConfigService.h"
 
-#include <ranges>
-
 #include "ChangeReport.h"
 #include "Common/CodeOfCall.h"
 #include "Common/MethodEdge.h"
+#include "Common/Text.h"
 #include "ModifySubscription.h"
 #include "NodeFabric/Authoring.h"
 
@@ -45,8 +44,8 @@ struct OpenedNode {
 
 OpenedNode OpenOrAdd(const ACNode& top, std::u16string_view path) {
     OpenedNode opened{top};
-    for (const auto element : path.substr(1) | std::views::split(u'\\')) {
-        const WideString name(element.begin(), element.end());
+    for (const std::u16string_view element : Split(path, u"\\")) {
+        const WideString name(element);
         ACNode child = opened.node.GetChild(name.c_str(), false);
         opened.isNew = !child;
         opened.node = child ? std::move(child) : AddChild(opened.node, name);

@@ -8,7 +8,7 @@ using namespace Harbor;
 
 void ModifySubscription::Open(std::shared_ptr<Dispatcher> dispatcher, const WatchScope& scope,
                               IACModifyCallback* callback) {
-    watch_ = std::make_shared<Watch>(scope, callback, this);
+    watch_ = std::make_shared<Watch>(Watch{.scope = scope, .callback = callback, .subscription = this});
     dispatcher_ = std::move(dispatcher);
     dispatcher_->AddWatch(watch_);
 }

@@ -15,7 +15,7 @@ using namespace NodeFabric;
 namespace {
 
 constexpr std::int32_t XmlKind = 1;
-constexpr std::size_t BlockSize = 16 * 1024;
+constexpr std::size_t BlockSize = std::size_t{16} * 1024;
 constexpr std::string_view Opening = "<nr>\n";
 constexpr std::string_view Ending{"</nr>\n\0", 7};
 

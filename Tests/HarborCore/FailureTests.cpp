@@ -1,13 +1,17 @@
+#include <barrier>
 #include <random>
+#include <thread>
 
+#include "Common/ErrorHandling.h"
 #include "Common/ErrorRecord.h"
 #include "Common/MethodEdge.h"
+#include "Common/Text.h"
 #include "Platform/Errors.h"
+#include "Platform/Process.h"
 #include "Stage.h"
 
-// The linker's bounds of the two sections that functions below have for themselves.
-extern const char failingStart[] asm("__start_failing_function"), failingStop[] asm("__stop_failing_function");
-extern const char callerStart[] asm("__start_caller_of_it"), callerStop[] asm("__stop_caller_of_it");
+using testing::ElementsAre;
+using testing::MatchesRegex;
 
 namespace Harbor {
 namespace {
@@ -25,100 +29,85 @@ void LeaveWords(const GUID& source, const WideChar* text) {
 
 enum class Form { Code, AssignedCode, Unchecked, Bool, AssignedBool, BoolUnchecked, Win32, Win32Unchecked, Thrown };
 
-struct Outcome {
-    HRES result;
-    bool thrown = false;
-};
-
-[[gnu::noipa, gnu::section("failing_function")]] Outcome Make(Form form, bool fails) {
+// What is made, whether it was thrown, and where this function returns to.
+std::tuple<HRES, bool, const void*> Make(Form form, bool fails) {
     const HRESULT code = fails ? NOT_FOUND : S_FALSE;
     const std::uint32_t error = fails ? Platform::ERROR_NOT_FOUND : Platform::ERROR_SUCCESS;
     Platform::SetLastError(Platform::ERROR_NOT_FOUND);
+    void* frames[2];
+    EXPECT_EQ(Platform::RtlCaptureStackBackTrace(0, 2, frames, nullptr), 2);
+    HRES hres;
     try {
-        HRES hres;
-        if (form == Form::Code) return {HRES(code)};
+        if (form == Form::Code) hres = HRES(code);
         if (form == Form::AssignedCode) hres = code;
-        if (form == Form::Unchecked) return {HRES::Unchecked(code)};
-        if (form == Form::Bool) return {HRES::FromBool(!fails)};
+        if (form == Form::Unchecked) hres = HRES::Unchecked(code);
+        if (form == Form::Bool) hres = HRES::FromBool(!fails);
         if (form == Form::AssignedBool) hres = !fails;
-        if (form == Form::BoolUnchecked) return {HRES::FromBoolUnchecked(!fails)};
-        if (form == Form::Win32) return {HRES::FromWin32(error)};
-        if (form == Form::Win32Unchecked) return {HRES::FromWin32Unchecked(error)};
+        if (form == Form::BoolUnchecked) hres = HRES::FromBoolUnchecked(!fails);
+        if (form == Form::Win32) hres = HRES::FromWin32(error);
+        if (form == Form::Win32Unchecked) hres = HRES::FromWin32Unchecked(error);
         if (form == Form::Thrown) ThrowError(code);
-        return {hres};
     } catch (const HRX& failure) {
-        return {failure, true};
+        return {failure, true, frames[1]};
     }
-}
-
-[[gnu::noipa, gnu::section("caller_of_it")]] Outcome CallMake(Form form, bool fails) {
-    Outcome outcome = Make(form, fails);
-    asm volatile("" ::: "memory");  // no tail call
-    return outcome;
+    return {hres, false, frames[1]};
 }
 
 TEST(HResult, ReadsWordsThrowsAndCapturesFramesAsItsFormSays) {
-    constexpr struct {
-        Form form;
-        bool takesWords, throws;
-        HRESULT success;
-    } forms[] = {{Form::Code, true, true, S_FALSE},       {Form::AssignedCode, true, true, S_FALSE},
-                 {Form::Unchecked, true, false, S_FALSE}, {Form::Bool, false, true, S_OK},
-                 {Form::AssignedBool, false, true, S_OK}, {Form::BoolUnchecked, false, false, S_OK},
-                 {Form::Win32, false, true, S_OK},        {Form::Win32Unchecked, false, false, S_OK},
-                 {Form::Thrown, false, true, E_FAIL}};
+    // The form, whether it takes the thread's words and throws, and the code where nothing fails.
+    constexpr std::tuple<Form, bool, bool, HRESULT> forms[] = {
+        {Form::Code, true, true, S_FALSE},       {Form::AssignedCode, true, true, S_FALSE},
+        {Form::Unchecked, true, false, S_FALSE}, {Form::Bool, false, true, S_OK},
+        {Form::AssignedBool, false, true, S_OK}, {Form::BoolUnchecked, false, false, S_OK},
+        {Form::Win32, false, true, S_OK},        {Form::Win32Unchecked, false, false, S_OK},
+        {Form::Thrown, false, true, E_FAIL}};
     for (const auto& [form, takesWords, throws, success] : forms) {
         for (const bool fails : {false, true}) {
             SCOPED_TRACE(testing::Message() << "form " << static_cast<int>(form) << " fails " << fails);
             LeaveWords(ForeignGuid, u"words");
-            Outcome outcome = CallMake(form, fails);
+            auto [result, thrown, returnsTo] = Make(form, fails);
             const bool failed = fails || form == Form::Thrown;
-            EXPECT_EQ(outcome.result.Code(), fails ? NOT_FOUND : success);
-            EXPECT_EQ(outcome.thrown, failed && throws);
-            EXPECT_EQ(bool(outcome.result.ErrorInfo()), fails && takesWords);
-            const auto& [place, caller] = outcome.result.CodeAddresses();
-            EXPECT_EQ(place > failingStart && place <= failingStop, failed) << place;
-            EXPECT_EQ(caller > callerStart && caller <= callerStop, failed) << caller;
+            EXPECT_EQ(result.Code(), fails ? NOT_FOUND : success);
+            EXPECT_EQ(thrown, failed && throws);
+            EXPECT_EQ(bool(result.ErrorInfo()), fails && takesWords);
+            const auto& [place, caller] = result.CodeAddresses();
+            EXPECT_EQ(place != nullptr, failed);
+            EXPECT_EQ(caller, failed ? returnsTo : nullptr) << "then the place is in Make";
             EXPECT_EQ(HRES().PublishErrorInfo(), S_OK) << "a success publishes nothing";
             EXPECT_EQ(bool(HRES::Unchecked(E_FAIL).ErrorInfo()), !(fails && takesWords)) << "words are taken once";
-            outcome.result = S_FALSE;
-            EXPECT_FALSE(outcome.result.ErrorInfo());
+            result = S_FALSE;
+            EXPECT_FALSE(result.ErrorInfo());
         }
     }
 }
 
 TEST(ErrorRecord, TakesTheWordsThatBelongToItsCode) {
-    const struct {
-        GUID source;
-        const WideChar *text, *description;
-        const char* details;
-    } rows[] = {{OwnErrorGuid, u"0x80070490 No such scope [0x1;0x2]", u"No such scope", "0x1;0x2;"},
-                {OwnErrorGuid, u" 2147943568 In decimal", u"In decimal", ""},
-                {OwnErrorGuid, u"020001602220 In octal", u"In octal", ""},
-                {OwnErrorGuid, u"-2147023728 Negative", u"Negative", ""},
-                {OwnErrorGuid, u"0x80070490 A [b] \t[c,d]", u"A [b]", "c,d;"},
-                {OwnErrorGuid, u"0x80070490 Closed]", u"Closed]", ""},
-                {OwnErrorGuid, u"0x80070490 Open [a", u"Open [a", ""},
-                {OwnErrorGuid, u"0x80070490 ]", u"]", ""},
-                {OwnErrorGuid, u"0x80070490:No blank", u"Element not found", ""},
-                {OwnErrorGuid, u"0x80070490", u"Element not found", ""},
-                {OwnErrorGuid, u"0x80070490 [0x1]", u"Element not found", "0x1;"},
-                {OwnErrorGuid, u"0x80004005 Stale words [0x1]", u"Element not found", ""},
-                {OwnErrorGuid, u"no number", u"Element not found", ""},
-                {ForeignGuid, u"0x80004005 As it stands [0x1]", u"0x80004005 As it stands [0x1]", ""},
-                {ForeignGuid, u"", u"Element not found", ""}};
-    for (const auto& row : rows) {
-        LeaveWords(row.source, row.text);
+    // The source and its text, and the description and the details in it.
+    const std::tuple<GUID, const WideChar*, const WideChar*, const char*> rows[] = {
+        {OwnErrorGuid, u"0x80070490 No such scope [0x1;0x2]", u"No such scope", "0x1;0x2;"},
+        {OwnErrorGuid, u" 2147943568 In decimal", u"In decimal", ""},
+        {OwnErrorGuid, u"0x80070490 A [b] \t[c,d]", u"A [b]", "c,d;"},
+        {OwnErrorGuid, u"0x80070490 Closed]", u"Closed]", ""},
+        {OwnErrorGuid, u"0x80070490 Open [a", u"Open [a", ""},
+        {OwnErrorGuid, u"0x80070490 ]", u"]", ""},
+        {OwnErrorGuid, u"0x80070490:No blank", u"Element not found", ""},
+        {OwnErrorGuid, u"0x80070490", u"Element not found", ""},
+        {OwnErrorGuid, u"0x80070490 [0x1]", u"Element not found", "0x1;"},
+        {OwnErrorGuid, u"0x80004005 Stale words [0x1]", u"Element not found", ""},
+        {OwnErrorGuid, u"no number", u"Element not found", ""},
+        {ForeignGuid, u"0x80004005 As it stands [0x1]", u"0x80004005 As it stands [0x1]", ""},
+        {ForeignGuid, u"", u"Element not found", ""}};
+    for (const auto& [source, text, description, details] : rows) {
+        LeaveWords(source, text);
         const HRES failure = HRES::Unchecked(NOT_FOUND);
         const ErrorRecord record = ErrorRecord::Of(failure);
-        EXPECT_EQ(record.description, row.description);
-        EXPECT_THAT(ToUtf8(record.details),
-                    testing::MatchesRegex(row.details + std::string("0x[0-9A-F]{16},0x[0-9A-F]{16}")));
+        EXPECT_EQ(record.description, description);
+        EXPECT_THAT(ToUtf8(record.details), MatchesRegex(details + std::string("0x[0-9A-F]{16},0x[0-9A-F]{16}")));
         EXPECT_EQ(failure.ToText(), u"0x80070490 " + record.description + u" [" + record.details + u"]");
     }
 }
 
-TEST(ErrorRecord, ComesBackFromItsText) {
+TEST(ErrorRecord, ComesBackFromItsTextWhateverItHolds) {
     std::mt19937 random(20240305);
     const auto pick = [&](std::u16string_view letters, std::size_t longest) {
         WideString text(random() % (longest + 1), u'\0');
@@ -128,37 +117,112 @@ TEST(ErrorRecord, ComesBackFromItsText) {
     for (int i = 0; i < 2000; ++i) {
         WideString description = pick(u"ab 0x,;.[]\t\u00E9\u6F22", 12), details = pick(u"0xAF,;", 9);
         description.resize(TrimEnd(description).size());
+        // What the form can't tell from details of its own.
         if (details.empty() && description.ends_with(u']')) description += u'.';
         const ErrorRecord written{static_cast<std::uint32_t>(random()), description, details};
         ErrorRecord read;
         ASSERT_TRUE(read.Parse(written.Text())) << ToUtf8(written.Text());
         ASSERT_EQ(std::tie(read.code, read.description, read.details), std::tie(written.code, description, details));
+
+        // Any text either fills a record or leaves it alone.
+        const WideString noise = pick(u"0x12aF ;[]-+\t\u6F22", 16);
+        ErrorRecord untouched{7, u"d", u"e"};
+        ASSERT_TRUE(untouched.Parse(noise) || untouched.Text() == u"0x00000007 d [e]") << ToUtf8(noise);
     }
 }
 
 HRESULT Component(int depth) {
-    return MethodEdge(TRACED_METHOD(Dbg, "Tests::Component"), [depth] {
+    return MethodEdge(TRACED_METHOD(Dbg, "Tests::Component"), [depth]() -> HRESULT {
+        if (depth < 0) throw 1;
         if (depth == 0) ThrowError(E_INVALIDARG);
-        HRES hres = Component(depth - 1);
-        return S_OK;
+        return HRES(Component(depth - 1)).Code();
     });
 }
 
 TEST(MethodEdge, GathersAGroupOfAddressesForEachEdgeThatAFailurePasses) {
     Stage::LogLines log("DBG");
     EXPECT_EQ(Component(2), E_INVALIDARG);
-    Stage::Strings lines = log.Take();
+    const Stage::Strings lines = log.Take();
     ASSERT_EQ(lines.size(), 9u);
     for (std::size_t i = 0; i < 3; ++i) {  // the way out, from the innermost edge
         const std::string indentation((2 - i) * 2, ' '), groups = "0x\\w{16},0x\\w{16}(;0x\\w{16},0x\\w{16}){";
         EXPECT_THAT(lines[3 + 2 * i],
-                    testing::MatchesRegex("DBG  " + indentation + "EXCEPTION at: Tests::Component \\[.* ms\\]"));
-        EXPECT_THAT(lines[4 + 2 * i], testing::MatchesRegex("ERR  " + indentation +
-                                                            "Tests::Component failed: 0x80070057 The parameter is " +
-                                                            "incorrect \\[" + groups + std::to_string(i) + "}\\]"));
+                    MatchesRegex("DBG  " + indentation + "EXCEPTION at: Tests::Component \\[.* ms\\]"));
+        EXPECT_THAT(
+            lines[4 + 2 * i],
+            MatchesRegex("ERR  " + indentation + "Tests::Component failed: 0x80070057 The parameter is incorrect \\[" +
+                         groups + std::to_string(i) + "}\\]"));
     }
-    EXPECT_THROW(static_cast<void>(MethodEdge(TRACED_METHOD(Dbg, "Tests::Foreign"), []() -> HRESULT { throw 1; })),
-                 int);
+    EXPECT_THROW(Component(-1), int);
+}
+
+void SetMessageFiles(const std::string& files, const std::string& fallbackFiles) {
+    EXPECT_EQ(setenv("GS_ErrorHandling_MessageFile", files.c_str(), 1), 0);
+    EXPECT_EQ(setenv("GS_ErrorHandling_FallbackMessageFile", fallbackFiles.c_str(), 1), 0);
+}
+
+void AskEachSource() {
+    const auto elsewhere = Stage::Root() / "fallback.txt";
+    Stage::WriteText(Stage::ModuleDirectory() / "own.txt",
+                     "0x80040200\t0\tFirst\n0x80040201\t0\t%1 is full. ..  .\n0x800401B0\t0\tnot asked\n"
+                     "0x8004FFFF\t0\tLast\n0x80050000\t0\tnot asked\n");
+    Stage::WriteText(elsewhere,
+                     "0x80040201\t0\tnot asked\n0x800401B0\t0\tBelow the range\n0x80050000\t0\tBehind the range\n"
+                     "0x80040300\t0\tOnly here\n0x80070002\t0\tnot asked\n0x8007EE00\t0\tWhole code\n"
+                     "0xEE00\t0\tnot asked\n0xEE01\t0\tLow word\n");
+    SetMessageFiles("own.txt", elsewhere.string() + ",own.txt");
+    Stage::LogLines log;
+    const std::pair<std::uint32_t, const char*> rows[] = {{0x80040200, "First"},
+                                                          {0x80040201, "%1 is full"},
+                                                          {0x8004FFFF, "Last"},
+                                                          {0x80040300, "Only here"},
+                                                          {0x800401B0, "Below the range"},
+                                                          {0x80050000, "Behind the range"},
+                                                          {0x80070002, "The system cannot find the file specified"},
+                                                          {0x8007EE00, "Whole code"},
+                                                          {0x8007EE01, "Low word"},
+                                                          {0x8008EE01, "<no description>"},
+                                                          {0x8004EEEE, "<no description>"}};
+    for (const auto& [code, text] : rows) EXPECT_EQ(ToUtf8(DescribeError(code)), text);
+    EXPECT_THAT(log.Take(), ElementsAre(MatchesRegex("ERR  Loading errormsg module 'own.txt' failed: 0x8007007E The "
+                                                     "specified module could not be found \\[.*\\]")))
+        << "a bare name of the second list isn't looked for beside this module";
+}
+
+void LoadTooMany() {
+    const std::string directory = Stage::ModuleDirectory().string() + "/";
+    for (const char digit : {'0', '1', '2', '3', '4', '5'}) {
+        Stage::WriteText(directory + digit + ".txt", std::string("0x8004020") + digit + "\t0\tmodule " + digit);
+    }
+    Stage::WriteText(directory + "damaged.txt", "no message\n");
+    SetMessageFiles(";0.txt||1.txt,missing.txt;damaged.txt|2.txt;3.txt," + directory + "4.txt;5.txt,;", "");
+    Stage::LogLines log;
+    EXPECT_EQ(DescribeError(0x80040205), u"<no description>");
+    for (std::uint32_t i = 0; i < 5; ++i) {
+        EXPECT_EQ(ToUtf8(DescribeError(0x80040200 + i)), "module " + std::to_string(i));
+    }
+    const std::string begin = "ERR  Loading errormsg module '" + directory;
+    EXPECT_THAT(log.Take(), ElementsAre(MatchesRegex(begin + "missing.txt' failed: 0x8007007E .*"),
+                                        MatchesRegex(begin + "damaged.txt' failed: 0x800700C1 .*"),
+                                        begin + "5.txt' failed: No more slots"));
+}
+
+void DescribeAtOnce() {
+    SetMessageFiles("missing.txt", "");
+    std::barrier start(2);
+    const auto describe = [&] {
+        start.arrive_and_wait();
+        for (std::uint32_t i = 0; i < 64; ++i) EXPECT_EQ(DescribeError(0x80040200 + i), u"<no description>");
+    };
+    std::thread other(describe);
+    describe();
+    other.join();
+}
+
+TEST(ErrorTexts, ComeFromTheReadableSourcesOfTheirCodeWithoutAFullStop) {
+    EXPECT_IN_CHILD(AskEachSource());
+    EXPECT_IN_CHILD(LoadTooMany());
+    EXPECT_IN_CHILD(DescribeAtOnce());
 }
 
 }  // namespace

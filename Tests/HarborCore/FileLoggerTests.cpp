@@ -46,71 +46,63 @@ protected:
 
     const fs::path directory_ = Stage::Root() / "logs";
     const fs::path file_ = directory_ / "test.log";
-    Stage::Variable keepOpen_{"GS_Logger_KeepOpenInterval", std::nullopt};
-    Stage::Variable threshold_{"GS_Logger_LogFileSizeThresholdMB", std::nullopt};
-    Stage::Variable path_{"GS_Logger_Path", std::nullopt};
 };
 
 TEST_F(LogFile, HasABannerAtItsHeadAndGoesOnInWhateverStandsAtItsPath) {
     const fs::path other = directory_ / "other";
     const auto replace = [&] {
-        Stage::WriteText(other, std::string_view("X\0", 2));
+        Stage::WriteText(other, std::string("X\0", 2));
         fs::rename(other, file_);
     };
-    const struct {
-        const char* what;
-        std::function<void()> act;
-        std::string content, otherContent;
-    } rows[] = {{"left alone", [] {}, "B123", ""},
-                {"renamed", [&] { fs::rename(file_, other); }, "B3", "B12"},
-                {"deleted", [&] { fs::remove(file_); }, "B3", ""},
-                {"emptied", [&] { fs::resize_file(file_, 0); }, "23", ""},
-                {"replaced", replace, "XB3", ""}};
-    for (const auto& row : rows) {
+    // What happens to the file, and the texts of the file at its path and of the other one.
+    const std::tuple<const char*, std::function<void()>, std::string, std::string> rows[] = {
+        {"left alone", [] {}, "B123", ""},
+        {"renamed", [&] { fs::rename(file_, other); }, "B3", "B12"},
+        {"deleted", [&] { fs::remove(file_); }, "B3", ""},
+        {"emptied", [&] { fs::resize_file(file_, 0); }, "23", ""},
+        {"replaced", replace, "XB3", ""}};
+    for (const auto& [what, act, content, otherContent] : rows) {
+        SCOPED_TRACE(what);
         FileLogger logger = Logger(), second = Logger();
         EXPECT_FALSE(fs::exists(file_)) << "the first line opens the file";
         Write(logger, u"1");
-        row.act();
+        act();
         Write(logger, u"2");
         PassLogInterval();
         Write(logger, u"3");
-        EXPECT_EQ(ReadLog(file_), row.content) << row.what;
-        EXPECT_EQ(ReadLog(other), row.otherContent) << row.what;
+        EXPECT_EQ(ReadLog(file_), content);
+        EXPECT_EQ(ReadLog(other), otherContent);
         PassLogInterval();
         Write(logger, u"4");
         second.Write(u"5\r\nmore", 3);
-        EXPECT_EQ(ReadLog(file_), row.content + "4B5\r\n") << row.what;
+        EXPECT_EQ(ReadLog(file_), content + "4B5\r\n");
         fs::remove(file_);
         fs::remove(other);
     }
 }
 
 TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
-    keepOpen_.Set("0");
-    threshold_.Set("1");
+    const ScopedVariable keepOpen("GS_Logger_KeepOpenInterval", "0"),
+        threshold("GS_Logger_LogFileSizeThresholdMB", "1");
     PassLogInterval();
     FileLogger logger = Logger();
     Write(logger, u"1");
     constexpr std::uintmax_t megabyte = 1 << 20;
-    const struct {
-        std::uintmax_t size, growth;
-        const char* message;
-    } steps[] = {{megabyte - 1, 2, nullptr},
-                 {megabyte, 0, "size=1MB"},
-                 {3 * megabyte, 0, nullptr},
-                 {megabyte - 1, 2, nullptr},
-                 {5120 * megabyte, 0, "size=5120MB"}};
-    for (const auto& [size, growth, message] : steps) {
+    const std::string tooBig = "FileLogger: log file '" + file_.string() + "' is too big (size=";
+    // The file's size, by how much a line makes it grow, and what is told.
+    const std::tuple<std::uintmax_t, std::uintmax_t, Stage::Strings> steps[] = {
+        {megabyte - 1, 2, {}},
+        {megabyte, 0, {tooBig + "1MB threshold=1MB)\n"}},
+        {3 * megabyte, 0, {}},
+        {megabyte - 1, 2, {}},
+        {5120 * megabyte, 0, {tooBig + "5120MB threshold=1MB)\n"}}};
+    for (const auto& [size, growth, told] : steps) {
         fs::resize_file(file_, size);
         Write(logger, u"2");
         EXPECT_EQ(fs::file_size(file_), size + growth);
-        Stage::Strings expected;
-        if (message != nullptr) {
-            expected = {"FileLogger: log file '" + file_.string() + "' is too big (" + message + " threshold=1MB)\n"};
-        }
-        EXPECT_EQ(Stage::TakeDebugOutput(), expected) << size;
+        EXPECT_EQ(Stage::TakeDebugOutput(), told) << size;
     }
-    threshold_.Set("0");
+    const ScopedVariable noThreshold("GS_Logger_LogFileSizeThresholdMB", "0");
     PassLogInterval();
     Write(logger, u"2");
     EXPECT_EQ(fs::file_size(file_), 5120 * megabyte + 2) << "no limit";
@@ -127,7 +119,7 @@ TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
         {"deep/er", module / "deep/er"}, {(directory_ / "absolute").string(), directory_ / "absolute"},
         {impossible.string(), ""},       {directory_.string(), directory_}};
     for (const auto& [setting, directory] : rows) {
-        path_.Set(setting);
+        const ScopedVariable path("GS_Logger_Path", setting);
         PassLogInterval();
         Write(logger, u"1");
         Write(logger, u"2");
@@ -173,7 +165,7 @@ TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
     };
     const auto writeAll = [&](char process) {
         FileLogger logger(Stage::Wide(file_), u"banner\r\n");
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
         for (int t = 0; t < threadCount; ++t) {
             threads.emplace_back([&, t] {
                 for (int i = 0; i < lineCount; ++i) {
@@ -182,7 +174,6 @@ TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
                 }
             });
         }
-        for (auto& thread : threads) thread.join();
     };
     const pid_t other = fork();
     ASSERT_GE(other, 0);
@@ -204,7 +195,7 @@ TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
 }
 
 void LogWithoutADirectory() {
-    const Stage::Variable keepOpen("GS_Logger_KeepOpenInterval", "0");
+    const ScopedVariable keepOpen("GS_Logger_KeepOpenInterval", "0");
     FileLogger logger(u"named.log", u"");
     const LogRegistration registration(logger);
     const auto log = [] {

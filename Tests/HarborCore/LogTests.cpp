@@ -11,31 +11,24 @@ namespace {
 
 using Stage::LogLines;
 
-TEST(LogLine, IsWhatItsPrintfFormatGives) {
-    const Stage::Variable zone("TZ", "XYZ-5:30");
+TEST(LogLine, HasFixedColumnsUnlessANameOrANumberIsTooLong) {
+    const ScopedVariable zone("TZ", "XYZ-5:30");
     tzset();
     constexpr std::uint64_t moment = 133'540'960'890'120'345;  // 2024-03-05 07:08:09.0120345 UTC
     constexpr Platform::FILETIME time{static_cast<std::uint32_t>(moment), static_cast<std::uint32_t>(moment >> 32)};
-    constexpr const char* names[] = {"NONE", "CRIT", "ERR", "WARN", "INFO", "DBG", "DBG2", "DBG3", "", ""};
-    const std::pair<int, int> indentations[] = {{-1, 0}, {0, 0}, {30, 60}, {31, 60}};  // and their blanks
-    std::uint32_t step = 0;
-    for (const int length : {0, 1, 25, 26, 40}) {
-        for (const std::uint32_t line : {1u, 9999u, 123456u, 4294967295u}) {
-            for (const auto& [indentation, blanks] : indentations) {
-                const std::uint32_t severity = ++step % 10;
-                const std::string name(static_cast<std::size_t>(length), 'n');
-                char expected[512];
-                std::snprintf(expected, sizeof(expected),
-                              "%04u-%02u-%02u %02u:%02u:%02u.%03u%04u | %-4.4s |%5u %5u | %.*s:%-*u| %*s%s\r\n", 2024u,
-                              3u, 5u, 12u, 38u, 9u, 12u, 345u, names[severity], 0x1234u, 0x56u, 26, name.c_str(),
-                              length < 26 ? 30 - length : 4, line, blanks, "", "one\r\ntwo %s \xC3\xA9");
-                const WideString file = FromUtf8((step % 3 == 0 ? "" : step % 3 == 1 ? "a/b\\" : "c\\d/") + name);
-                WideString result = u"what was there";
-                DefaultLogFormatter().Format(result, severity, {file.c_str(), line}, u"one\r\ntwo %s \u00E9",
-                                             indentation, &time);
-                EXPECT_EQ(ToUtf8(result), expected);
-            }
-        }
+    const std::string n25(25, 'n'), n26(26, 'n'), deepest(60, ' ');
+    // Severity, file, line and indentation, and what these make of the line.
+    const std::tuple<std::uint32_t, std::string, std::uint32_t, std::int32_t, std::string> rows[] = {
+        {0, "", 1, -1, "NONE | 4660    86 | :1                             | "},
+        {1, "a/b\\c.cpp", 65, 1, "CRIT | 4660    86 | c.cpp:65                       |   "},
+        {2, "a\\b/" + n25, 9999, 0, "ERR  | 4660    86 | " + n25 + ":9999 | "},
+        {7, n26, 123456, 30, "DBG3 | 4660    86 | " + n26 + ":123456| " + deepest},
+        {8, n26 + "nn", 1, 31, "     | 4660    86 | " + n26 + ":1   | " + deepest}};
+    for (const auto& [severity, file, line, indentation, columns] : rows) {
+        WideString result = u"what was there";
+        DefaultLogFormatter().Format(result, severity, {FromUtf8(file).c_str(), line}, u"one\r\ntwo %s \u00E9",
+                                     indentation, &time);
+        EXPECT_EQ(ToUtf8(result), "2024-03-05 12:38:09.0120345 | " + columns + "one\r\ntwo %s \xC3\xA9\r\n");
     }
 }
 
@@ -56,7 +49,7 @@ TEST(LogSettings, AreReadAgainOnlyAfterMoreThanFiveSeconds) {
     Stage::Ticks = 0xFFFFFF00 - 5000;  // the clock wraps on the way
     LogLines log("ERR");
     EXPECT_FALSE(IsLogEnabled(LogSeverity::Warn));
-    const Stage::Variable changed("GS_Logger_MaxSeverity", "WARN");
+    const ScopedVariable changed("GS_Logger_MaxSeverity", "WARN");
     Stage::Ticks += 5000;
     EXPECT_FALSE(IsLogEnabled(LogSeverity::Warn));
     Stage::Ticks += 1;
@@ -82,16 +75,12 @@ TEST(LogStatement, EvaluatesItsOperandsWhenItIsLiveAndSurvivesThem) {
 }
 
 TEST(LogManager, HasFourSlotsAndALoggerInOneAtMost) {
+    static std::vector<ILogger*> heard;
     struct Logger final : ILogger {
-        void Write(const WideChar*, std::int32_t) override { heard->push_back(this); }
-        std::vector<ILogger*>* heard = nullptr;
+        void Write(const WideChar*, std::int32_t) override { heard.push_back(this); }
     } loggers[5];
     LogManager& manager = LogManager::Instance();
-    std::vector<ILogger*> heard;
-    for (auto& logger : loggers) {
-        logger.heard = &heard;
-        EXPECT_EQ(manager.Register(&logger), &logger != &loggers[4]);
-    }
+    for (auto& logger : loggers) EXPECT_EQ(manager.Register(&logger), &logger != &loggers[4]);
     EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre("LogManager: Too many loggers\n"));
     EXPECT_TRUE(manager.Register(&loggers[2]));
     LOG(Err, u"everybody");
@@ -104,12 +93,30 @@ TEST(LogManager, HasFourSlotsAndALoggerInOneAtMost) {
                                    &loggers[4], &loggers[1], &loggers[2], &loggers[3]));
 }
 
+TEST(FunctionTrace, TellsAnExceptionThatPassesFromOneThatIsInFlightElsewhere) {
+    LogLines log;
+    struct TracesAtItsEnd {
+        ~TracesAtItsEnd() { TRACE_FUNCTION(Dbg2, u"Nest"); }
+    };
+    const auto throwThroughTraces = [] {
+        TRACE_FUNCTION(Dbg, Throwing());
+        const TracesAtItsEnd cleanup;
+        std::thread([] { LOG(Info, u"other thread"); }).join();
+        throw 1;
+    };
+    EXPECT_THROW(throwThroughTraces(), int);
+    EXPECT_THAT(log.Take(), ElementsAre("DBG  Entering: half... (***EXCEPTION***)", "INFO other thread",
+                                        "DBG2   Entering: Nest", MatchesRegex(R"(DBG2   Exiting: Nest \[.* ms\])"),
+                                        MatchesRegex(R"(DBG  EXCEPTION at: half\.\.\. .* \[.* ms\])")));
+    EXPECT_EQ(ThreadIndentation::Depth(), 0u);
+}
+
 void Nest(int levels) {
     TRACE_FUNCTION(Dbg2, u"Nest");
     if (levels > 1) Nest(levels - 1);
 }
 
-TEST(FunctionTrace, IndentsUpToThirtyLevelsAndComesBack) {
+TEST(FunctionTrace, CountsOnBeyondThirtyLevelsAndComesBack) {
     LogLines log;
     Nest(40);
     const auto lines = log.Take();
@@ -122,55 +129,23 @@ TEST(FunctionTrace, IndentsUpToThirtyLevelsAndComesBack) {
     EXPECT_EQ(ThreadIndentation::Depth(), 0u);
 }
 
-struct TracesAtItsEnd {
-    ~TracesAtItsEnd() { Nest(1); }
-};
-
-void ThrowThroughTraces() {
-    TRACE_FUNCTION(Dbg, Throwing());
-    const TracesAtItsEnd cleanup;
-    std::thread([] { LOG(Info, u"other thread"); }).join();
-    throw 1;
-}
-
-TEST(FunctionTrace, TellsAnExceptionThatPassesFromOneThatIsInFlightElsewhere) {
-    LogLines log;
-    EXPECT_THROW(ThrowThroughTraces(), int);
-    EXPECT_THAT(log.Take(), ElementsAre("DBG  Entering: half... (***EXCEPTION***)", "INFO other thread",
-                                        "DBG2   Entering: Nest", MatchesRegex(R"(DBG2   Exiting: Nest \[.* ms\])"),
-                                        MatchesRegex(R"(DBG  EXCEPTION at: half\.\.\. .* \[.* ms\])")));
-}
-
-void ChangeSeverity(LogLines& log, const char* name) {
-    TRACE_FUNCTION(Dbg3, u"Change");
-    LOG(Err, u"inside");
-    log.SetSeverity(name);
-}
-
 TEST(FunctionTrace, TestsItsSeverityAtEachLine) {
     LogLines log("DBG");
-    ChangeSeverity(log, "DBG3");
-    ChangeSeverity(log, "ERR");
+    for (const char* const name : {"DBG3", "ERR"}) {
+        TRACE_FUNCTION(Dbg3, u"Change");
+        LOG(Err, u"inside");
+        log.SetSeverity(name);
+    }
     LOG(Err, u"behind");
     EXPECT_THAT(log.Take(), ElementsAre("ERR  inside", "DBG3 Entering: Change", "ERR    inside", "ERR  behind"));
 }
 
 TEST(FunctionTrace, TellsMillisecondsInGroups) {
-    const std::pair<std::int64_t, const WideChar*> texts[] = {{0, u" [0.000 ms]"},
-                                                              {12, u" [0.012 ms]"},
-                                                              {999'999, u" [999.999 ms]"},
-                                                              {1'234'567, u" [1 234.567 ms]"},
-                                                              {86'400'000'000'007, u" [86 400 000 000.007 ms]"}};
-    for (const auto& [microseconds, text] : texts) EXPECT_EQ(FormatElapsed(microseconds), text) << microseconds;
-    constexpr std::int64_t counters[][3] = {// ticks, their frequency, microseconds
-                                            {999, 1'000'000'000, 0},
-                                            {12'000, 1'000'000'000, 12},
-                                            {7, 99'999, 70},
-                                            {7, 1, 70},
-                                            {35, 250'000, 175}};
-    for (const auto& [ticks, frequency, microseconds] : counters) {
-        EXPECT_EQ(MicrosecondsOf(ticks, frequency), microseconds) << ticks << ' ' << frequency;
-    }
+    EXPECT_EQ(FormatElapsed(12), u" [0.012 ms]");
+    EXPECT_EQ(FormatElapsed(86'400'000'000'007), u" [86 400 000 000.007 ms]");
+    EXPECT_EQ(MicrosecondsOf(999, 1'000'000'000), 0);
+    EXPECT_EQ(MicrosecondsOf(12'000, 1'000'000'000), 12);
+    EXPECT_EQ(MicrosecondsOf(7, 99'999), 70) << "a slow counter";
 }
 
 }  // namespace

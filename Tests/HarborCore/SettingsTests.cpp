@@ -1,4 +1,4 @@
-#include "Common/Settings/ModuleInfo.h"
+#include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Registry.h"
 #include "Common/Settings/SettingsSection.h"
 #include "Common/Settings/SettingsStore.h"
@@ -6,8 +6,6 @@
 
 namespace Harbor {
 namespace {
-
-using Stage::Variable;
 
 class Settings : public testing::Test {
 protected:
@@ -19,62 +17,52 @@ protected:
         Stage::WriteText(Stage::ProcessDirectory() / "Host.ini", text);
     }
 
-    Variable variable_{"GS_Test_Key", std::nullopt};
-    Variable globalIni_{"GLOBAL_SETTINGS_INI", std::nullopt};
+    void SetKey(const Stage::Setting& value) { key_.emplace("GS_Test_Key", value); }
+
+private:
+    std::optional<ScopedVariable> key_;
 };
 
 TEST_F(Settings, ComeFromTheFirstPlaceThatHasThem) {
-    const std::filesystem::path files[] = {Stage::Root() / "any.ini",
-                                           Stage::ProcessDirectory() / "Host.ini",
-                                           Stage::ProcessDirectory() / "Orv.ini",
-                                           Stage::ProcessDirectory() / "GlobalSettings.ini",
-                                           Stage::ModuleDirectory() / "Orv.ini",
-                                           Stage::ModuleDirectory() / "GlobalSettings.ini"};
-    std::vector<WideString> chain;
-    for (const auto& file : files) {
-        Stage::WriteText(file, "[Test]\nKey= " + file.string() + " \n");
-        chain.push_back(Stage::Wide(file));
-    }
-    EXPECT_EQ(IniSettingsSource().Files(), std::vector(chain.begin() + 1, chain.end()));
-    globalIni_.Set(files[0].string());
-    variable_.Set("  ");
+    const auto process = Stage::ProcessDirectory(), module = Stage::ModuleDirectory();
+    const std::filesystem::path files[] = {Stage::Root() / "any.ini", process / "Host.ini",
+                                           process / "Orv.ini",       process / "GlobalSettings.ini",
+                                           module / "Orv.ini",        module / "GlobalSettings.ini"};
+    for (const auto& file : files) Stage::WriteText(file, "[Test]\nKey= " + file.string() + " \n");
+    const ScopedVariable globalIni("GLOBAL_SETTINGS_INI", files[0].string());
+    SetKey("  ");
     EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), u"") << "an empty variable is a setting";
-    variable_.Set(std::nullopt);
+    SetKey(std::nullopt);
     for (const auto& file : files) {
         EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), Stage::Wide(file));
         Stage::WriteText(file, "[Test]\nKey=\n");  // an empty key is none
     }
     EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), u"default");
-    globalIni_.Set("/nowhere/missing.ini");
+    const ScopedVariable missing("GLOBAL_SETTINGS_INI", "/nowhere/missing.ini");
     WriteHostIni("\xEF\xBB\xBF; first\n[general]\nkey=\t\"in a file\" \n");
-    WideString value;
-    EXPECT_EQ(GetSetting(nullptr, u"Key", value), S_OK);
-    EXPECT_EQ(value, u"in a file");
+    EXPECT_EQ(GetSettingOr(nullptr, u"Key", u""), u"in a file");
 }
 
 TEST_F(Settings, AreReadWholeHoweverLongTheyAre) {
     for (const std::size_t length : {1u, 258u, 259u, 260u, 519u, 4000u}) {
         const std::string text(length, 'x');
         WriteHostIni("[Test]\nKey=" + text + "\n");
-        variable_.Set(std::nullopt);
+        SetKey(std::nullopt);
         EXPECT_EQ(ToUtf8(GetSettingOr(u"Test", u"Key", u"")), text);
-        variable_.Set(text + "y");
+        SetKey(text + "y");
         EXPECT_EQ(ToUtf8(GetSettingOr(u"Test", u"Key", u"")), text + "y");
     }
 }
 
 TEST_F(Settings, AreNumbersOnlyAsAWhole) {
     WriteHostIni("[Test]\nKey=77\n");
-    const struct {
-        const char* text;
-        HRESULT code;
-        std::uint32_t number;
-    } rows[] = {{"0x10", S_OK, 16},       {"010", S_OK, 8},        {" 7 ", S_OK, 7},
-                {"-1", S_OK, 0xFFFFFFFF}, {"0", S_OK, 0},          {"12abc", E_INVALIDARG, 0},
-                {"", E_INVALIDARG, 0},    {"0x", E_INVALIDARG, 0}, {"09", E_INVALIDARG, 0}};
+    const std::tuple<const char*, HRESULT, std::uint32_t> rows[] = {
+        {"0x10", S_OK, 16},       {"010", S_OK, 8},        {" 7 ", S_OK, 7},
+        {"-1", S_OK, 0xFFFFFFFF}, {"0", S_OK, 0},          {"12abc", E_INVALIDARG, 0},
+        {"", E_INVALIDARG, 0},    {"0x", E_INVALIDARG, 0}, {"09", E_INVALIDARG, 0}};
     for (const auto& [text, code, number] : rows) {
         SCOPED_TRACE(text);
-        variable_.Set(text);
+        SetKey(text);
         std::uint32_t value = 0;
         EXPECT_EQ(EnvironmentSettingsSource().GetNumber(u"Test", u"Key", value), code);
         EXPECT_EQ(value, number);
@@ -89,16 +77,16 @@ struct FailingSource : SettingsSource {
 };
 
 TEST_F(Settings, EndTheirSearchAtAnAbort) {
-    variable_.Set("1");
+    SetKey("1");
+    WideString value;
     {
         RegisteredSource<FailingSource> source(SettingsStore::Instance(), true);
-        WideString value;
         EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
-        EXPECT_EQ(GetSettingNumberOr(u"Test", u"Key", 5), 5u);
         source.code = E_UNEXPECTED;
         EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
+        source.code = E_ABORT;
     }
-    EXPECT_EQ(GetSettingNumberOr(u"Test", u"Key", 5), 1u);
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the source is gone";
 }
 
 TEST_F(Settings, OfASectionStayAsTheyWereUntilTheirCacheIsClearedOrExpires) {
@@ -107,35 +95,69 @@ TEST_F(Settings, OfASectionStayAsTheyWereUntilTheirCacheIsClearedOrExpires) {
     WideString text;
     std::uint32_t number = 0;
     EXPECT_FALSE(section.GetString(u"Key", text, true));
-    variable_.Set("1");
+    SetKey("1");
     EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "texts and numbers share what is missing";
     EXPECT_TRUE(section.GetNumber(u"Key", number, false));
     EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "an uncached read is not remembered";
     section.Clear();
-    for (const std::uint32_t expected : {1u, 1u, 4u}) {
+    // What is read, what the setting then becomes, and how long after that it is read again.
+    for (const auto& [expected, next, pause] : {std::tuple(1u, "3", 100u), {1u, "4", 1u}, {4u, "5", 0u}}) {
         EXPECT_TRUE(section.GetString(u"Key", text, true) && section.GetNumber(u"Key", number, true));
         EXPECT_EQ(number, expected);
         EXPECT_EQ(ToUtf8(text), std::to_string(expected));
-        variable_.Set(expected == 1 && Stage::Ticks == 0xFFFFFFF0 ? "3" : "4");
-        Stage::Ticks += Stage::Ticks == 0xFFFFFFF0 ? 100 : 1;
+        SetKey(next);
+        Stage::Ticks += pause;
     }
 }
 
 TEST(Registry, GivesTheTextsOfAKeyByItsRoot) {
-    const WideString longName(300, u'n'), value(300, u'e');
-    Stage::WriteText(
-        Stage::Root() / "registry.reg",
-        "Windows Registry Editor Version 5.00\n\n[HKEY_LOCAL_MACHINE\\Soft\\Orv]\n@=\"default\"\n\"Number\"="
-        "dword:00000001\n\"Expand\"=hex(2):25,00,45,00,25,00,00,00\n\"" +
-            ToUtf8(longName) + "\"=\"<%E%>\"\n\n[HKEY_CURRENT_USER\\Soft\\Orv]\n\"User\"=\"yes\"\n");
-    const Variable file("ORV_REGISTRY_FILE", (Stage::Root() / "registry.reg").string());
-    const Variable expanded("E", ToUtf8(value));
+    const std::string longName(300, 'n'), longValue(300, 'e'), path = Stage::Root() / "registry.reg";
+    Stage::WriteText(path, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Orv]\n@=\"x\"\n\"Number\"=dword:00000001\n\"" + longName +
+                               "\"=\"<%E%>\"\n[HKEY_CURRENT_USER\\Orv]\n\"User\"=\"yes\"\n");
+    const ScopedVariable file("ORV_REGISTRY_FILE", path), expanded("E", longValue);
     using Values = std::map<WideString, WideString>;
-    const Values machine{{u"", u"default"}, {u"Expand", value}, {longName, u"<" + value + u">"}};
-    const std::pair<const WideChar*, Values> rows[] = {
-        {u"HKLM\\Soft\\Orv", machine}, {u"HKEY_LOCAL_MACHINE/Soft\\Orv", machine}, {u"Soft\\Orv", machine},
-        {u"hkcu\\Soft\\Orv", {}},      {u"HKCU\\Soft\\Orv", {{u"User", u"yes"}}},  {u"HKLM\\Missing", {}}};
+    const Values machine{{u"", u"x"}, {FromUtf8(longName), FromUtf8("<" + longValue + ">")}};
+    const std::pair<const WideChar*, Values> rows[] = {{u"HKLM\\Orv", machine},
+                                                       {u"HKEY_LOCAL_MACHINE/Orv", machine},
+                                                       {u"Orv", machine},
+                                                       {u"hkcu\\Orv", {}},
+                                                       {u"HKCU\\Orv", {{u"User", u"yes"}}}};
     for (const auto& [key, values] : rows) EXPECT_EQ(ReadRegistryValues(key), values) << ToUtf8(key);
+}
+
+void Resolve(const char* path, const char* expected) {
+    std::string resolved = ToUtf8(ResolveDataPath(FromUtf8(path)));
+    std::replace(resolved.begin(), resolved.end(), '\\', '/');
+    const std::string module = Stage::ModuleDirectory().string();
+    if (resolved.starts_with(module)) resolved.replace(0, module.size(), "<module>");
+    EXPECT_EQ(resolved, expected);
+}
+
+TEST(DataDirectory, SendsAPathWhereSettingsAndOverridesSay) {
+    constexpr const char* nested = "\"Logs\"=\"D:\\\\Big\"\n\"/LOGS\\\\x/\"=\"F:\\\\Deep\\\\\"";
+    // The setting of the directory, the values of the registry key, the path, and where it lies. "/" is any separator.
+    const std::tuple<Stage::Setting, std::string, const char*, const char*> rows[] = {
+        {std::nullopt, "", "Logs/", "<module>/Logs/"},
+        {"%ORV_BASE%", "", "%ORV_NAME%/x", "E:/Base/Logs/x"},
+        {"sub", "", "a", "<module>/sub/a"},
+        {"C:/Data", "", "D:x", "D:x"},
+        {"", "", "/x", "/x"},
+        {"C:/Data", nested, "logs/a/a.txt", "D:/Big/a/a.txt"},
+        {"C:/Data", nested, "Logs", "D:/Big/"},
+        {"C:/Data", nested, "Logs/X/y/z", "F:/Deep/y/z"},
+        {"C:/Data", nested, "Logs2/x", "C:/Data/Logs2/x"},
+        {"C:/Data", nested, "Logs/y/../z", "D:/Big/z"},
+        {"C:/Data", R"("%ORV_NAME%"="%ORV_BASE%\\o")", "Logs/a", "E:/Base/o/a"},
+        {"C:/Data", R"("Logs"="elsewhere")", "Logs/a", "C:/Data/elsewhere/a"},
+        {"C:/Data", "@=\"Logs\"\n\"Logs\"=\"F:\\\\L\"", "a", "F:/L/a"}};
+    const std::string registry = Stage::Root() / "data.reg";
+    const ScopedVariable variables[] = {{"ORV_REGISTRY_FILE", registry}, {"ORV_BASE", "E:/Base"}, {"ORV_NAME", "Logs"}};
+    for (const auto& [directory, overrides, path, resolved] : rows) {
+        Stage::WriteText(registry, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Orv]\n" + overrides);
+        const ScopedVariable base("GS_General_DataDirectoryPath", directory),
+            key("GS_General_DataDirectoryPathOverrideRegKey", overrides.empty() ? Stage::Setting() : "HKLM\\Orv");
+        EXPECT_IN_CHILD(Resolve(path, resolved));
+    }
 }
 
 }  // namespace

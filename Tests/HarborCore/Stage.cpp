@@ -1,9 +1,5 @@
 #include "Stage.h"
 
-#include <stdlib.h>
-
-#include <fstream>
-
 #include "Platform/Errors.h"
 #include "Platform/Modules.h"
 #include "Platform/Process.h"
@@ -33,15 +29,8 @@ void PassLogInterval() {
 }
 
 const std::filesystem::path& Root() {
-    static const struct Directory {
-        Directory() {
-            std::string name = std::filesystem::temp_directory_path() / "HarborCore-XXXXXX";
-            path = mkdtemp(name.data());
-        }
-        ~Directory() { std::filesystem::remove_all(path); }
-        std::filesystem::path path;
-    } directory;
-    return directory.path;
+    static const TemporaryDirectory directory;
+    return directory.Path();
 }
 
 std::filesystem::path ProcessDirectory() {
@@ -56,22 +45,13 @@ Harbor::WideString Wide(const std::filesystem::path& path) {
     return Harbor::FromUtf8(path.native());
 }
 
-void WriteText(const std::filesystem::path& path, std::string_view bytes) {
+void WriteText(const std::filesystem::path& path, const std::string& bytes) {
     std::filesystem::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary) << bytes;
+    WriteAll(path, bytes);
 }
 
-Variable::Variable(std::string name, const Setting& value) : name_(std::move(name)) {
-    if (const char* const before = getenv(name_.c_str())) before_ = before;
-    Set(value);
-}
-
-void Variable::Set(const Setting& value) {
-    EXPECT_EQ(value ? setenv(name_.c_str(), value->c_str(), 1) : unsetenv(name_.c_str()), 0);
-}
-
-LogLines::LogLines(const char* maxSeverity) : severity_("GS_Logger_MaxSeverity", maxSeverity) {
-    PassLogInterval();
+LogLines::LogLines(const char* maxSeverity) {
+    SetSeverity(maxSeverity);
     EXPECT_TRUE(Harbor::LogManager::Instance().Register(this));
 }
 
@@ -88,7 +68,7 @@ void LogLines::Write(const char16_t* text, std::int32_t length) {
 }
 
 void LogLines::SetSeverity(const Setting& name) {
-    severity_.Set(name);
+    severity_.emplace("GS_Logger_MaxSeverity", name);
     PassLogInterval();
 }
 

@@ -5,13 +5,13 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "../Platform/ScopedVariable.h"
+#include "../Platform/TemporaryDirectory.h"
 #include "Common/HRes.h"
 #include "Common/Logging/LogManager.h"
 #include "Common/Text.h"
@@ -33,21 +33,7 @@ std::filesystem::path ProcessDirectory();
 std::filesystem::path ModuleDirectory();
 extern std::atomic<bool> ModuleIsKnown;  // false: its path can't be told
 Harbor::WideString Wide(const std::filesystem::path& path);
-void WriteText(const std::filesystem::path& path, std::string_view bytes);  // with the directories above it
-
-// A variable of the environment while it lives; without a value the variable is taken out.
-class Variable {
-public:
-    Variable(std::string name, const Setting& value);
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-    ~Variable() { Set(before_); }
-    void Set(const Setting& value);
-
-private:
-    const std::string name_;
-    Setting before_;
-};
+void WriteText(const std::filesystem::path& path, const std::string& bytes);  // with the directories above it
 
 // A logger that keeps what it is given, at the severity that it asks for.
 class LogLines final : public Harbor::ILogger {
@@ -59,7 +45,7 @@ public:
     Strings Take();  // the severity in four columns, a blank, and the message with its indentation
 
 private:
-    Variable severity_;
+    std::optional<ScopedVariable> severity_;
     std::mutex lock_;
     Strings lines_;
 };

@@ -4,10 +4,12 @@
 #include <new>
 
 #include "Common/HRes.h"
+#include "Platform/ErrorObjects.h"
 
 namespace Harbor {
 
-// The code of the call. An exception counts as a failure: HRX as its code, others as E_OUTOFMEMORY or E_UNEXPECTED.
+// The code of the call. An exception counts as a failure: HRX as its code, others as E_OUTOFMEMORY or E_UNEXPECTED,
+// without the words that an earlier failure may have left on this thread.
 template <class Call>
 [[nodiscard]] HRESULT CodeOfCall(Call&& call) noexcept {
     try {
@@ -15,8 +17,10 @@ template <class Call>
     } catch (const HRX& failure) {
         return failure.PublishErrorInfo();
     } catch (const std::bad_alloc&) {
+        Platform::SetErrorInfo(0, nullptr);
         return E_OUTOFMEMORY;
     } catch (...) {
+        Platform::SetErrorInfo(0, nullptr);
         return E_UNEXPECTED;
     }
 }

@@ -90,7 +90,8 @@ private:
             Load(messageModules_, GetSettingOr(Section, MessageFileKey, MessageFileDefault), true);
             Load(fallbackMessageModules_, GetSettingOr(Section, FallbackMessageFileKey, u""), false);
         } catch (const HRX& failure) {
-            LogLoadFailure(failure.Code());
+            // A log that can't be written is no reason to end without the modules that did load.
+            TRY_LOG(Err, u"Loading error message module(s)" << u" failed: " << failure.Code());
         }
     }
 
@@ -102,19 +103,12 @@ private:
         }
     }
 
-    // A log that can't be written is no reason to end without the modules that did load.
-    static void LogLoadFailure(HRESULT code) noexcept {
-        try {
-            LOG(Err, u"Loading error message module(s)" << u" failed: " << code);
-        } catch (const HRX&) {
-        }
-    }
-
     static void Load(List& list, const WideString& names, bool besideThisModule) {
         std::size_t count = 0;
         for (const std::u16string_view item : Split(names, ListSeparators)) {
             WideString name(item);
-            if (besideThisModule && name.find_first_of(u"\\/") == name.npos) name.insert(0, ModuleDirectory(OwnModule()));
+            if (besideThisModule && name.find_first_of(u"\\/") == name.npos)
+                name.insert(0, ModuleDirectory(OwnModule()));
             const Platform::HMODULE module = Platform::LoadLibraryExW(
                 name.c_str(), nullptr, Platform::LOAD_LIBRARY_AS_DATAFILE | Platform::LOAD_LIBRARY_AS_IMAGE_RESOURCE);
             if (module == nullptr) {

@@ -3,10 +3,7 @@
 namespace Harbor {
 
 void LogMethodFailure(const TracedMethod& method, const HRX& failure) noexcept {
-    try {
-        LOG_AT(method.place, Err, method.name << u" failed: " << failure);
-    } catch (...) {
-    }
+    TRY_LOG_AT(method.place, Err, method.name << u" failed: " << failure);
 }
 
 }  // namespace Harbor

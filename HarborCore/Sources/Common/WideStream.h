@@ -25,6 +25,7 @@ public:
         text_.push_back(c);
         return *this;
     }
+    WideStream& operator<<(char c) { return *this << static_cast<WideChar>(static_cast<unsigned char>(c)); }
     WideStream& operator<<(const char* text);  // UTF-8; null prints "(null)"
 
     WideStream& operator<<(bool value) { return *this << (value ? u'1' : u'0'); }

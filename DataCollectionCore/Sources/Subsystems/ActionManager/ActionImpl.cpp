@@ -32,31 +32,31 @@ HRESULT ActionImpl::SetNameAndType(const WideString& name, const GUID& type) {
 }
 
 HRESULT ActionImpl::IsDisposed(bool* disposed) {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::IsDisposed");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::IsDisposed");
     *disposed = attachedSubscriptions_.load() == 0;
     return S_OK;
 }
 
 HRESULT ActionImpl::OnSubscriptionAttached() {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionAttached");
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionAttached");
     ++attachedSubscriptions_;
     return S_OK;
 }
 
 HRESULT ActionImpl::OnSubscriptionDisposed() {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionDisposed");
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionDisposed");
     --attachedSubscriptions_;
     return S_OK;
 }
 
 HRESULT ActionImpl::SetTriggered(bool triggered) {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::SetTriggered");
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::SetTriggered");
     triggered_.store(triggered);
     return S_OK;
 }
 
 HRESULT ActionImpl::GetTriggered(bool* triggered) {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::GetTriggered");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::GetTriggered");
     *triggered = triggered_.load();
     return S_OK;
 }

@@ -24,6 +24,16 @@ HRESULT CodeOfRefusedThread(const std::system_error& failure) noexcept {
     return HResultFromWin32(static_cast<std::uint32_t>(failure.code().value()));
 }
 
+std::thread StartThread(auto&&... body) {
+    try {
+        return std::thread(std::forward<decltype(body)>(body)...);
+    } catch (const std::system_error& failure) {
+        ThrowError(CodeOfRefusedThread(failure));
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
+}
+
 // By doubling, as an insertion at the end would.
 template <class Entry>
 void ReserveForOneMore(std::vector<Entry>& entries) {
@@ -53,17 +63,13 @@ void ActionManager::Initialize() {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Initialize");
     const std::lock_guard guard(stateLock_);
     if (running_) return;
+    // True only when there is a worker to join; the worker doesn't look before it has the lock.
+    worker_ = StartThread(&ActionManager::Start, this);
     running_ = true;
-    try {
-        worker_ = std::thread(&ActionManager::Start, this);
-    } catch (const std::system_error& failure) {
-        running_ = false;
-        ThrowError(CodeOfRefusedThread(failure));
-    }
 }
 
-void ActionManager::Start() {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Start");
+void ActionManager::Start() noexcept {
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Start");
     const std::chrono::milliseconds interval{GlobalSettings::Instance()->PollingIntervalInMilliseconds()};
     for (;;) {
         std::unique_lock lock(stateLock_);
@@ -74,8 +80,8 @@ void ActionManager::Start() {
     }
 }
 
-void ActionManager::Stop() {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Stop");
+void ActionManager::Stop() noexcept {
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Stop");
     {
         const std::lock_guard guard(stateLock_);
         if (!running_) return;
@@ -85,15 +91,12 @@ void ActionManager::Stop() {
     worker_.join();
 }
 
-void ActionManager::FinalRelease() {
-    constexpr WideChar name[] = u"DataCollection::ActionManagement::ActionManager::FinalRelease";
-    try {
-        TRACE_FUNCTION(Dbg, name);
-        Stop();
-    } catch (const HRX& failure) {
-        LOG(Err, name << u" failed: " << failure);
-        LOG(Err, failure);
-    }
+// The steps here can't fail, so that nothing keeps the worker from being joined: what their traces can't write is lost.
+void ActionManager::FinalRelease() noexcept {
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::FinalRelease");
+    Stop();
+    // The watches end while this object is still whole: until a watch has ended, its service may call OnTriggered.
+    forcedSubscriptions_.clear();
 }
 
 HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const TimedActionSettings* schedule,
@@ -103,9 +106,13 @@ HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const T
                           if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
                           const auto action = std::make_shared<TimedAction>(*schedule);
                           auto created = CreateSubscription(listener, {{action->GetAction(), false}});
-                          {
+                          try {
                               const std::lock_guard guard(registryLock_);
                               regularActions_.push_back(action);
+                          } catch (...) {
+                              // Nobody else could: the client never gets to see the subscription.
+                              created->Unsubscribe();
+                              throw;
                           }
                           *subscription = created.Detach();
                           return S_OK;
@@ -126,7 +133,8 @@ ComponentPtr<IActionSubscription> ActionManager::CreateSubscription(
         if (snapshotRoom_.capacity() < subscriptions_.capacity()) snapshotRoom_.reserve(subscriptions_.capacity());
         subscriptions_.push_back(control);
     }
-    LOG(Dbg, u"Subscription '" << subscription.Get() << u"' created. Subscription ID: '" << control.Get() << u"'.");
+    // Registered from here on: a line that can't be written must not make a failure of that.
+    TRY_LOG(Dbg, u"Subscription '" << subscription.Get() << u"' created. Subscription ID: '" << control.Get() << u"'.");
     return subscription;
 }
 

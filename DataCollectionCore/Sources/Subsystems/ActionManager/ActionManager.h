@@ -41,8 +41,9 @@ public:
     HRESULT OnTriggered(Harbor::IACModifySubscription* subscription, int kind,
                         Harbor::IACNodeModifyEnum* modifications) override;
 
-    // Stops the worker; waits for the cycle that is under way. Not on the worker's own thread.
-    void FinalRelease();
+    // Stops the worker, waiting for the cycle that is under way, and lets go of the watches. Not on the worker's own
+    // thread.
+    void FinalRelease() noexcept;
 
     // One cycle. The worker runs it at each wake, with the state lock held.
     void OnTimerEvent(const TimePoint& now) noexcept;
@@ -57,16 +58,16 @@ private:
 
     // The worker.
     void Initialize();
-    void Start();
-    void Stop();
+    void Start() noexcept;
+    void Stop() noexcept;
 
     // The cycle, in the order of its steps.
-    Snapshot UpdateSubscriptions();
+    Snapshot UpdateSubscriptions() noexcept;
     void EraseDisposedActions();
     void UpdateRegularActions(const TimePoint& now);
     void UpdateForcedActions();
-    void TriggerActions(const Snapshot& snapshot);
-    void GiveBack(Snapshot snapshot);
+    void TriggerActions(const Snapshot& snapshot) noexcept;
+    void GiveBack(Snapshot snapshot) noexcept;
 
     bool IsDisposed(const TimedAction& action) const;
     void RemoveForcedSubscription(Harbor::IACModifySubscription* key, const ForcedActions& actions);

@@ -35,8 +35,8 @@ void GlobalSettings::Load(const ACNode& node) {
     pollingIntervalInMilliseconds_ = node.GetUInt32(PollingIntervalAttribute);
 }
 
-std::uint32_t GlobalSettings::PollingIntervalInMilliseconds() const {
-    TRACE_FUNCTION(Dbg3, u"DataCollection::ActionManagement::GlobalSettings::PollingIntervalInMilliseconds");
+std::uint32_t GlobalSettings::PollingIntervalInMilliseconds() const noexcept {
+    TRY_TRACE_FUNCTION(Dbg3, u"DataCollection::ActionManagement::GlobalSettings::PollingIntervalInMilliseconds");
     const SharedGuard guard(SettingsLock);
     return pollingIntervalInMilliseconds_;
 }

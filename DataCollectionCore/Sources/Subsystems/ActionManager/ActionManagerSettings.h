@@ -17,7 +17,7 @@ public:
     void Load(const Harbor::ACNode& node);
 
     // The pause of the worker between two cycles. Any thread.
-    std::uint32_t PollingIntervalInMilliseconds() const;
+    std::uint32_t PollingIntervalInMilliseconds() const noexcept;
 
 private:
     std::uint32_t pollingIntervalInMilliseconds_ = 500;  // guarded by the settings lock

@@ -15,11 +15,7 @@ WideString ActionSubscription::LogPrefix() {
 }
 
 ActionSubscription::~ActionSubscription() {
-    try {
-        LOG(Dbg, LogPrefix() << u"' is deleted.");
-    } catch (...) {
-        // A line that can't be written doesn't keep an object from ending.
-    }
+    TRY_LOG(Dbg, LogPrefix() << u"' is deleted.");
 }
 
 HRESULT ActionSubscription::SetListener(IActionListener* listener) {
@@ -44,6 +40,7 @@ HRESULT ActionSubscription::SetAction(IActionControl* action) {
 
 HRESULT ActionSubscription::IsAlive(bool* alive) {
     return MethodEdge(TRACED_METHOD(Dbg2, "DataCollection::ActionManagement::ActionSubscription::IsAlive"), [&] {
+        // Busy also for a listener that asks from inside its call, on the thread that holds the lock.
         const std::unique_lock lock(actionsLock_, std::try_to_lock);
         *alive = !lock.owns_lock() || alive_;
         return S_OK;
@@ -113,9 +110,10 @@ void ActionSubscription::UnsubscribeInternal(const std::unique_lock<std::mutex>&
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::UnsubscribeInternal");
     if (!lock.owns_lock() || lock.mutex() != &actionsLock_) ThrowError(E_INVALIDARG);
     LOG(Dbg, LogPrefix() << u"'. unsubscribed.");
+    // From here on to the end: a subscription that is dead but still attached would keep its actions for ever.
     alive_ = false;
     for (const auto& action : actions_) {
-        LOG(Dbg2, u"Action '" << action.Get() << u"' OnSubscriptionDisposed");
+        TRY_LOG(Dbg2, u"Action '" << action.Get() << u"' OnSubscriptionDisposed");
         action->OnSubscriptionDisposed();
     }
     actions_.clear();

@@ -7,16 +7,16 @@ namespace DataCollection::ActionManagement {
 using namespace Harbor;
 
 void ConfigurationUpdateQueue::Post(IACModifySubscription* key, ModifiedNode update) {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Post");
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Post");
     const std::lock_guard guard(lock_);
     updates_.push_back({key, std::move(update)});
 }
 
 bool ConfigurationUpdateQueue::Peek(IACModifySubscription*& key, ModifiedNode& update) {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Peek");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Peek");
     const std::lock_guard guard(lock_);
     if (updates_.empty()) return false;
-    LOG(Dbg, u"ConfigurationUpdateQueue::Peek modification");
+    TRY_LOG(Dbg, u"ConfigurationUpdateQueue::Peek modification");
     key = updates_.front().key;
     update = std::move(updates_.front().update);
     updates_.pop_front();

@@ -29,15 +29,15 @@ ForcedActions::ForcedActions() {
     LOG(Dbg, u"Forced stop action created: '" << stopAction_.Get() << u"'.");
 }
 
-bool ForcedActions::IsDisposed() const {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ForcedActions::IsDisposed");
+bool ForcedActions::IsDisposed() const noexcept {
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ForcedActions::IsDisposed");
     bool startDisposed = true;
     bool stopDisposed = true;
     if (const HRES code = AskDisposed(startAction_, startDisposed); code.Failed()) {
-        LOG(Err, u"Could not get disposed status for start action. Reason: " << code);
+        TRY_LOG(Err, u"Could not get disposed status for start action. Reason: " << code);
     }
     if (const HRES code = AskDisposed(stopAction_, stopDisposed); code.Failed()) {
-        LOG(Err, u"Could not get disposed status for stop action. Reason: " << code);
+        TRY_LOG(Err, u"Could not get disposed status for stop action. Reason: " << code);
     }
     return startDisposed && stopDisposed;
 }

@@ -14,7 +14,7 @@ public:
     ForcedActions& operator=(const ForcedActions&) = delete;
 
     // True once neither action has a subscription. An action that doesn't tell counts as disposed.
-    bool IsDisposed() const;
+    bool IsDisposed() const noexcept;
 
     const Harbor::ComponentPtr<IActionControl>& StartAction() const noexcept { return startAction_; }
     const Harbor::ComponentPtr<IActionControl>& StopAction() const noexcept { return stopAction_; }

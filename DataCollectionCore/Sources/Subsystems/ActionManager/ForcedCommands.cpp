@@ -1,4 +1,5 @@
 // Commands of the configuration service: the watch of a command point, and the road of a command to its actions.
+#include "Common/CodeOfCall.h"
 #include "Common/MethodEdge.h"
 #include "Common/Nodes/NodeDump.h"
 #include "ModuleBroker/ModuleBroker.h"
@@ -47,8 +48,10 @@ ACNode MakeParameterNode(bool withOptionBit0) {
 
 ComponentPtr<IACConfigService> GetConfigService() {
     ComponentPtr<IACConfigService> service;
-    HRES hres = MBGetNamedInstance(ConfigServiceInstanceName, nullptr, &IACConfigService::Id,
-                                   reinterpret_cast<void**>(service.Address()));
+    HRES hres = CodeOfCall([&] {
+        return MBGetNamedInstance(ConfigServiceInstanceName, nullptr, &IACConfigService::Id,
+                                  reinterpret_cast<void**>(service.Address()));
+    });
     return service;
 }
 
@@ -64,7 +67,7 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
                 forcedSubscriptions_.emplace(entry.subscription.Get(), entry);
             }
             HRES hres = entry.subscription->Start();
-            LOG(Dbg, u"Started forced action IACModifySubscription: '" << entry.subscription.Get() << u"' .");
+            TRY_LOG(Dbg, u"Started forced action IACModifySubscription: '" << entry.subscription.Get() << u"' .");
             *subscription = created.Detach();
             return S_OK;
         });
@@ -92,7 +95,7 @@ void ActionManager::SubscribeToConfigurationChanges(const WideString& path,
 
 HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*kind*/,
                                    IACNodeModifyEnum* modifications) {
-    LOG(Dbg, u"Forced action update received. IACModifySubscription: '" << subscription << u"'.");
+    TRY_LOG(Dbg, u"Forced action update received. IACModifySubscription: '" << subscription << u"'.");
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::OnTriggered"), [&] {
         ForEachModifiedNode(modifications, [&](ModifiedNode& record) {
             if (IsForcedCommandValid(record.node)) {
@@ -107,32 +110,33 @@ HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*ki
 }
 
 void ActionManager::UpdateForcedActions() {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateForcedActions");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateForcedActions");
     IACModifySubscription* key = nullptr;
     ModifiedNode update;
     while (updateQueue_.Peek(key, update)) TriggerForcedAction(key, update);
 }
 
+// A command that has left the queue must not be lost to the log: what this method can't log, it does all the same.
 void ActionManager::TriggerForcedAction(IACModifySubscription* key, const ModifiedNode& update) {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::TriggerForcedAction");
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::TriggerForcedAction");
     const std::lock_guard guard(registryLock_);
     const auto entry = forcedSubscriptions_.find(key);
     if (entry == forcedSubscriptions_.end()) {
-        LOG(Err, u"Received unknown IACModifySubscription: '" << key << u"'.");
+        TRY_LOG(Err, u"Received unknown IACModifySubscription: '" << key << u"'.");
         return;
     }
     WideString command;
     (void)update.node.TryGetText(CommandAttribute, command);  // absent is as unknown as any other text
     const ForcedActions& actions = *entry->second.actions;
     if (command == StartCommand) {
-        LOG(Dbg, u"Triggering start action. IACModifySubscription: '" << key << u"'.");
+        TRY_LOG(Dbg, u"Triggering start action. IACModifySubscription: '" << key << u"'.");
         actions.StartAction()->SetTriggered(true);
         actions.StopAction()->SetTriggered(false);
     } else if (command == StopCommand) {
         actions.StartAction()->SetTriggered(false);
         actions.StopAction()->SetTriggered(true);
     } else {
-        LOG(Warn, u"Unknown command: '" << command << u"' for IACModifySubscription: '" << key << u"'.");
+        TRY_LOG(Warn, u"Unknown command: '" << command << u"' for IACModifySubscription: '" << key << u"'.");
     }
 }
 

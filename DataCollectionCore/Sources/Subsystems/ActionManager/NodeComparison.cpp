@@ -41,27 +41,45 @@ bool AttributesEqual(const ACNode& a, const ACNode& b) {
     return equal && count == Split(b.GetAttributeNames(), NameEnd).size();
 }
 
-bool ChildrenEqual(const ACNode& a, const ACNode& b) {
-    const std::uint64_t count = a.GetChildCount();
-    if (count != b.GetChildCount()) return false;
-    for (std::uint64_t i = 0; i < count; ++i) {
-        const ACNode childA = a.GetChild(i, true);
-        const ACNode childB = b.GetChild(childA.GetName(OwnName).c_str(), false);
-        if (!childB) return false;
-        const bool sameOrder = b.GetChild(i, true).Handle() == childB.Handle();
-        if (!sameOrder || !NodesEqual(childA, childB, NodeLevel::Deeper)) return false;
-    }
-    return true;
-}
-
 bool NamesEqual(const ACNode& a, const ACNode& b, NodeLevel level) {
     return level == NodeLevel::Top ? a.GetFullPath() == b.GetFullPath() : a.GetName(OwnName) == b.GetName(OwnName);
 }
 
+// Two equal nodes whose children are being compared.
+struct Level {
+    ACNode a;
+    ACNode b;
+    std::uint64_t childCount;
+    std::uint64_t nextChild = 0;
+};
+
 }  // namespace
 
-bool NodesEqual(const ACNode& a, const ACNode& b, NodeLevel level) {
-    return NamesEqual(a, b, level) && AttributesEqual(a, b) && ChildrenEqual(a, b);
+// Depth first, with the way down kept in a list: how deep a tree is must not be limited by the thread's stack.
+bool NodesEqual(const ACNode& topA, const ACNode& topB, NodeLevel level) {
+    std::vector<Level> way;
+    const auto enter = [&](ACNode a, ACNode b) {
+        if (!NamesEqual(a, b, way.empty() ? level : NodeLevel::Deeper) || !AttributesEqual(a, b)) return false;
+        const std::uint64_t count = a.GetChildCount();
+        if (count != b.GetChildCount()) return false;
+        way.push_back({std::move(a), std::move(b), count});
+        return true;
+    };
+    if (!enter(topA, topB)) return false;
+    while (!way.empty()) {
+        Level& current = way.back();
+        if (current.nextChild == current.childCount) {
+            way.pop_back();
+            continue;
+        }
+        const std::uint64_t i = current.nextChild++;
+        ACNode childA = current.a.GetChild(i, true);
+        ACNode childB = current.b.GetChild(childA.GetName(OwnName).c_str(), false);
+        if (!childB) return false;
+        const bool sameOrder = current.b.GetChild(i, true).Handle() == childB.Handle();
+        if (!sameOrder || !enter(std::move(childA), std::move(childB))) return false;
+    }
+    return true;
 }
 
 }  // namespace DataCollection

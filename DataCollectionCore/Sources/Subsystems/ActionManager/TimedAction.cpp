@@ -101,7 +101,7 @@ std::int32_t TimedAction::LocalTimeBias() const {
 }
 
 bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::TimedAction::ShouldBeTriggered");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::TimedAction::ShouldBeTriggered");
     const ScheduleCheck check =
         CheckSchedule(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_, checkedTime);
     // One test for all lines: this runs for each action in each cycle.
@@ -110,25 +110,25 @@ bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const {
 }
 
 void TimedAction::LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const {
-    LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
-    LOG(Dbg2, u"Checked time: " << FormatTimePoint(checkedTime));
+    TRY_LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
+    TRY_LOG(Dbg2, u"Checked time: " << FormatTimePoint(checkedTime));
     if (!check.firstRunReached) {
-        LOG(Dbg2, u"Action: " << action_.Get() << u"'.");
-        LOG(Dbg2, u"ActionFirstRunTime does not come");
+        TRY_LOG(Dbg2, u"Action: " << action_.Get() << u"'.");
+        TRY_LOG(Dbg2, u"ActionFirstRunTime does not come");
         return;
     }
-    LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
-    LOG(Dbg2, u"IntervalStart: " << FormatTimePoint(check.intervalStart));
+    TRY_LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
+    TRY_LOG(Dbg2, u"IntervalStart: " << FormatTimePoint(check.intervalStart));
     if (!check.due) {
-        LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
-        LOG(Dbg2, u"Action already triggered during the current interval.");
+        TRY_LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
+        TRY_LOG(Dbg2, u"Action already triggered during the current interval.");
     }
 }
 
 void TimedAction::SetTriggeredTime(const TimePoint& time) {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::SetTriggeredTime");
-    LOG(Dbg, u"Action: '" << action_.Get() << u"'.");
-    LOG(Dbg, u"Triggered time set: " << FormatTimePoint(time));
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::SetTriggeredTime");
+    TRY_LOG(Dbg, u"Action: '" << action_.Get() << u"'.");
+    TRY_LOG(Dbg, u"Triggered time set: " << FormatTimePoint(time));
     lastTriggeredTime_ = time;
 }
 

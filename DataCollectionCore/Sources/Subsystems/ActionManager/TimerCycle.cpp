@@ -1,6 +1,6 @@
 // The cycle of the worker. Nothing that goes wrong with one subscription or action ends the cycle or the worker: codes
-// are looked at where they count, exceptions of a neighbour become codes, and a step that an exception leaves all the
-// same (memory that ran out, a log that can't work out its directory) ends early and is served again in the next cycle.
+// are looked at where they count, exceptions of a neighbour become codes, what the log can't write is lost, and a step
+// that an exception leaves all the same (memory that ran out) ends early and is served again in the next cycle.
 #include "Common/CodeOfCall.h"
 #include "Common/Logging/FunctionTrace.h"
 #include "Subsystems/ActionManager/ActionManager.h"
@@ -12,29 +12,18 @@ using namespace Harbor;
 
 namespace {
 
-// Drops at once each entry that `keep` refuses; the others move up in their order. An exception of `keep` leaves the
-// entry and those behind it in the list.
+// Drops each entry that `keep` refuses before it looks at the next; the others move up in their order. `keep` throws
+// nothing.
 template <class Entry, class Keep>
-void RetainInOrder(std::vector<Entry>& entries, Keep keep) {
+void RetainInOrder(std::vector<Entry>& entries, Keep keep) noexcept {
     auto kept = entries.begin();
-    auto next = entries.begin();
-    const auto moveUp = [&] {
-        if (kept != next) *kept = std::move(*next);
-        ++kept;
-        ++next;
-    };
-    try {
-        while (next != entries.end()) {
-            if (keep(*next)) {
-                moveUp();
-            } else {
-                *next++ = Entry();
-            }
+    for (Entry& entry : entries) {
+        if (!keep(entry)) {
+            entry = Entry();
+        } else {
+            if (&*kept != &entry) *kept = std::move(entry);
+            ++kept;
         }
-    } catch (...) {
-        while (next != entries.end()) moveUp();
-        entries.erase(kept, entries.end());
-        throw;
     }
     entries.erase(kept, entries.end());
 }
@@ -44,49 +33,46 @@ void RunStep(Step step) noexcept {
     try {
         step();
     } catch (...) {
-        // What the step could not log is lost; what it could not do stays in the registry, the queue or the marks.
+        // What the step could not do stays in the registry, the queue or the marks.
     }
 }
 
 }  // namespace
 
 void ActionManager::OnTimerEvent(const TimePoint& now) noexcept {
-    RunStep([&] {
-        TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::OnTimerEvent");
-        Snapshot snapshot;
-        RunStep([&] { snapshot = UpdateSubscriptions(); });
-        RunStep([&] { EraseDisposedActions(); });
-        RunStep([&] { UpdateRegularActions(now); });
-        RunStep([&] { UpdateForcedActions(); });
-        TriggerActions(snapshot);
-        GiveBack(std::move(snapshot));
-    });
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::OnTimerEvent");
+    Snapshot snapshot = UpdateSubscriptions();
+    RunStep([&] { EraseDisposedActions(); });
+    RunStep([&] { UpdateRegularActions(now); });
+    RunStep([&] { UpdateForcedActions(); });
+    TriggerActions(snapshot);
+    GiveBack(std::move(snapshot));
 }
 
-ActionManager::Snapshot ActionManager::UpdateSubscriptions() {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateSubscriptions");
+ActionManager::Snapshot ActionManager::UpdateSubscriptions() noexcept {
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateSubscriptions");
     const std::lock_guard guard(registryLock_);
     Snapshot snapshot = std::exchange(snapshotRoom_, {});
     RetainInOrder(subscriptions_, [&](const ComponentPtr<IActionSubscriptionControl>& subscription) {
         bool alive = false;
         const HRES code = HRES::Unchecked(CodeOfCall([&] { return subscription->IsAlive(&alive); }));
-        if (code.Failed()) LOG(Err, u"Cannot check IsAlive: " << code);
+        if (code.Failed()) TRY_LOG(Err, u"Cannot check IsAlive: " << code);
         if (!alive) {
-            LOG(Dbg, u"Subscription ID:'" << subscription.Get() << u"' deleting...");
+            TRY_LOG(Dbg, u"Subscription ID:'" << subscription.Get() << u"' deleting...");
             return false;
         }
-        snapshot.push_back(subscription.Get());
+        snapshot.push_back(subscription.Get());  // the room was reserved at registration
         return true;
     });
     return snapshot;
 }
 
 void ActionManager::EraseDisposedActions() {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::EraseDisposedActions");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::EraseDisposedActions");
     const std::lock_guard guard(registryLock_);
     RetainInOrder(regularActions_, [this](const std::shared_ptr<TimedAction>& action) {
         if (!IsDisposed(*action)) return true;
-        LOG(Dbg, u"TimedAction '" << action->GetAction() << u"' is disposed and will be deleted");
+        TRY_LOG(Dbg, u"TimedAction '" << action->GetAction() << u"' is disposed and will be deleted");
         return false;
     });
     for (auto entry = forcedSubscriptions_.begin(); entry != forcedSubscriptions_.end();) {
@@ -95,9 +81,9 @@ void ActionManager::EraseDisposedActions() {
             ++entry;
             continue;
         }
-        LOG(Dbg, u"Forced Actions: StartAction '" << actions.StartAction().Get() << u"', StopAction '"
-                                                  << actions.StopAction().Get()
-                                                  << u"' is disposed and will be deleted");
+        TRY_LOG(Dbg, u"Forced Actions: StartAction '" << actions.StartAction().Get() << u"', StopAction '"
+                                                      << actions.StopAction().Get()
+                                                      << u"' is disposed and will be deleted");
         RemoveForcedSubscription(entry->first, actions);
         entry = forcedSubscriptions_.erase(entry);
     }
@@ -119,14 +105,14 @@ void ActionManager::RemoveForcedSubscription(IACModifySubscription* key, const F
             code.ThrowIfFailed();
         }
     } catch (const HRX& failure) {
-        LOG(Warn, u"Cannot remove subscription: Forced Actions: StartAction '"
-                      << actions.StartAction().Get() << u"', StopAction '" << actions.StopAction().Get()
-                      << u"'; error: " << failure);
+        TRY_LOG(Warn, u"Cannot remove subscription: Forced Actions: StartAction '"
+                          << actions.StartAction().Get() << u"', StopAction '" << actions.StopAction().Get()
+                          << u"'; error: " << failure);
     }
 }
 
 void ActionManager::UpdateRegularActions(const TimePoint& now) {
-    TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateRegularActions");
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateRegularActions");
     const std::lock_guard guard(registryLock_);
     for (const auto& action : regularActions_) {
         if (!action->ShouldBeTriggered(now)) continue;
@@ -135,18 +121,16 @@ void ActionManager::UpdateRegularActions(const TimePoint& now) {
     }
 }
 
-void ActionManager::TriggerActions(const Snapshot& snapshot) {
+void ActionManager::TriggerActions(const Snapshot& snapshot) noexcept {
     for (IActionSubscriptionControl* const subscription : snapshot) {
         const HRES code = HRES::Unchecked(CodeOfCall([&] { return subscription->TriggerActionsIfNeeded(); }));
         if (code.Succeeded()) continue;
-        RunStep([&] {
-            LOG(Err, u"Error when trying to trigger action for subscription '" << subscription << u"':" << code);
-        });
+        TRY_LOG(Err, u"Error when trying to trigger action for subscription '" << subscription << u"':" << code);
     }
 }
 
 // The memory of the snapshot serves the next cycle, unless a registration has reserved more meanwhile.
-void ActionManager::GiveBack(Snapshot snapshot) {
+void ActionManager::GiveBack(Snapshot snapshot) noexcept {
     snapshot.clear();
     const std::lock_guard guard(registryLock_);
     if (snapshot.capacity() > snapshotRoom_.capacity()) snapshotRoom_ = std::move(snapshot);

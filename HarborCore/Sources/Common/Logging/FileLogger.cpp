@@ -142,9 +142,8 @@ void FileLogger::WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error)
     if (id == lastFileId_) return;
     lastFileId_ = id;
     Platform::DWORD written = 0;
-    if (!Platform::WriteFile(file, banner_.data(), ByteSize(banner_), &written, nullptr)) {
-        error = Platform::GetLastError();
-    }
+    const bool done = Platform::WriteFile(file, banner_.data(), ByteSize(banner_), &written, nullptr) != 0;
+    error = done ? Platform::ERROR_SUCCESS : Platform::GetLastError();
 }
 
 WideString MakeLogFileName() {

@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "Common/Format.h"
+#include "Common/HRes.h"
 #include "Common/Logging/LogManager.h"
 #include "Platform/Text.h"
 #include "Platform/Time.h"
@@ -66,6 +67,15 @@ void FunctionTrace::WriteExit(std::int64_t endCounter) {
                             FormatElapsed(MicrosecondsOf(endCounter - startCounter_, CounterFrequency()));
     indentation_.TakeBack();
     WriteLogLine(severity, text, place_);
+}
+
+std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
+                                                 const SourcePlace& place) {
+    try {
+        return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place);
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
 }
 
 std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept {

@@ -4,7 +4,8 @@
 //     TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::OnTimerEvent");
 //
 // It is the first statement of the method, and its end is the end of the scope. A trace that was off at entry stays
-// off.
+// off. Like a log statement, it can throw HRX at entry; TRY_TRACE_FUNCTION, for methods that can't fail, goes on
+// without the trace.
 #pragma once
 
 #include <memory>
@@ -47,12 +48,27 @@ private:
     const int uncaughtAtEntry_;
 };
 
+// Whatever the severity. Throws HRX as a log statement does.
+[[nodiscard]] std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
+                                                               const SourcePlace& place);
+
 // Null when the severity is off.
 template <class Name>
 std::unique_ptr<FunctionTrace> OpenFunctionTrace(std::uint32_t severity, const Name& name, const SourcePlace& place) {
     if (!IsLogEnabled(severity)) return nullptr;
-    const auto insertName = [&](WideStream& stream) { stream << name; };
-    return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(insertName), place);
+    return MakeFunctionTrace(
+        severity, [&](WideStream& stream) { stream << name; }, place);
+}
+
+// Null also when the trace fails.
+template <class Name>
+std::unique_ptr<FunctionTrace> TryOpenFunctionTrace(std::uint32_t severity, const Name& name,
+                                                    const SourcePlace& place) noexcept {
+    try {
+        return OpenFunctionTrace(severity, name, place);
+    } catch (...) {
+        return nullptr;
+    }
 }
 
 // " [1 234.567 ms]" for a number of microseconds.
@@ -64,3 +80,7 @@ std::unique_ptr<FunctionTrace> OpenFunctionTrace(std::uint32_t severity, const N
 
 #define TRACE_FUNCTION(severity, name) \
     const auto functionTrace = ::Harbor::OpenFunctionTrace(::Harbor::LogSeverity::severity, name, HARBOR_SOURCE_PLACE)
+
+#define TRY_TRACE_FUNCTION(severity, name) \
+    const auto functionTrace =             \
+        ::Harbor::TryOpenFunctionTrace(::Harbor::LogSeverity::severity, name, HARBOR_SOURCE_PLACE)

@@ -5,7 +5,8 @@
 // The operands are those of a WideStream, inserted one after the other. They aren't evaluated unless the severity is
 // enabled: a disabled statement costs one tick read and one atomic load. An exception of an operand leaves the text so
 // far and a mark behind it. The line is written when the statement returns, on the calling thread. A statement can
-// throw HRX: when memory runs out while the line is formatted, or when the log directory can't be worked out.
+// throw HRX: when memory runs out while the line is formatted, or when the log directory can't be worked out. TRY_LOG,
+// for places that can't fail or that already deal with a failure, loses the line instead.
 #pragma once
 
 #include "Common/Logging/LogSeverity.h"
@@ -50,13 +51,13 @@ void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, cons
 
 }  // namespace Harbor
 
-#define HARBOR_SOURCE_PLACE    \
-    ::Harbor::SourcePlace {    \
-        u"" __FILE__, __LINE__ \
-    }
+// In parentheses, since it stands among the arguments of other macros.
+#define HARBOR_SOURCE_PLACE (::Harbor::SourcePlace{u"" __FILE__, __LINE__})
 
 // The severity is a name of Harbor::LogSeverity; the operands stand with "<<" between them.
 #define LOG(severity, ...) LOG_AT(HARBOR_SOURCE_PLACE, severity, __VA_ARGS__)
+
+#define TRY_LOG(severity, ...) TRY_LOG_AT(HARBOR_SOURCE_PLACE, severity, __VA_ARGS__)
 
 // The same for a place that the caller was given.
 #define LOG_AT(place, severity, ...)                                                                           \
@@ -65,4 +66,12 @@ void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, cons
             const auto insertLogOperands = [&](::Harbor::WideStream& logStream) { logStream << __VA_ARGS__; }; \
             ::Harbor::WriteLogStatement(::Harbor::LogSeverity::severity, insertLogOperands, place);            \
         }                                                                                                      \
+    } while (false)
+
+#define TRY_LOG_AT(place, severity, ...)          \
+    do {                                          \
+        try {                                     \
+            LOG_AT(place, severity, __VA_ARGS__); \
+        } catch (...) {                           \
+        }                                         \
     } while (false)

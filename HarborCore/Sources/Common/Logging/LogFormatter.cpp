@@ -22,14 +22,11 @@ public:
     void Put(std::u16string_view text) noexcept { at_ = std::copy(text.begin(), text.end(), at_); }
     void Fill(WideChar c, std::size_t count) noexcept { at_ = std::fill_n(at_, count, c); }
 
-    // A number with zeros in front, exactly `width` digits.
-    void PutZeroPadded(std::uint32_t number, std::size_t width) noexcept {
-        for (std::size_t i = width; i > 0; --i, number /= 10) at_[i - 1] = static_cast<WideChar>(u'0' + number % 10);
-        at_ += width;
-    }
-    void PutRightAligned(std::uint32_t number, std::size_t width) noexcept {
+    // The widths are the least ones: a longer number is not cut.
+    void PutZeroPadded(std::uint32_t number, std::size_t width) noexcept { PutRightAligned(number, width, u'0'); }
+    void PutRightAligned(std::uint32_t number, std::size_t width, WideChar padding = u' ') noexcept {
         const std::u16string_view digits = Digits(number);
-        Fill(u' ', width - std::min(width, digits.size()));
+        Fill(padding, width - std::min(width, digits.size()));
         Put(digits);
     }
     void PutLeftAligned(std::uint32_t number, std::size_t width) noexcept {

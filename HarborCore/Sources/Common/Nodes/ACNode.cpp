@@ -8,7 +8,6 @@
 namespace Harbor {
 namespace {
 
-constexpr std::uint32_t NameKindOwn = 0;
 constexpr std::uint32_t NameKindFullPath = 2;
 constexpr std::uint32_t FirstBufferSize = 128;
 

@@ -16,57 +16,35 @@ constexpr std::u16string_view Blanks = u" \r\n\t";
 
 constinit SingletonHolder<HiddenNodeAttrs> Holder;
 
+// Shows `visit` the node and what is below it down to `depth` levels, parents first, for as long as it answers true;
+// gives its last answer. The way down is kept in a list: how deep a tree is must not be limited by the thread's stack.
+template <class Visit>
+bool VisitTree(ACNode root, std::uint32_t depth, Visit visit) {
+    struct Level {
+        ACNode node;
+        std::uint64_t childCount;
+        std::uint64_t nextChild = 0;
+    };
+    std::vector<Level> way;
+    const auto enter = [&](ACNode node) {
+        if (!visit(node)) return false;
+        const std::uint64_t childCount = way.size() < depth ? node.GetChildCount() : 0;
+        way.push_back({std::move(node), childCount});
+        return true;
+    };
+    bool goOn = enter(std::move(root));
+    while (goOn && !way.empty()) {
+        Level& current = way.back();
+        if (current.nextChild < current.childCount) {
+            goOn = enter(current.node.GetChild(current.nextChild++, true));
+        } else {
+            way.pop_back();
+        }
+    }
+    return goOn;
+}
+
 }  // namespace
-
-// One masking of one tree. The node of the clone that stands for a visited one is found by its position: siblings may
-// share a name, and a path would then lead to the first of them and leave the secret of the others in sight.
-class HiddenNodeAttrs::Walk {
-public:
-    Walk(const Rules& rules, const ACNode& root, std::uint32_t depth) : rules_(rules), root_(root), depth_(depth) {}
-
-    ACNode Run() {
-        Visit(root_);
-        return clone_ ? clone_ : root_;
-    }
-
-private:
-    void Visit(const ACNode& node) {
-        ApplyRule(node, node.GetType());
-        ApplyRule(node, EveryType);
-        if (position_.size() >= depth_) return;
-        const std::uint64_t count = node.GetChildCount();
-        for (std::uint64_t i = 0; i < count; ++i) {
-            position_.push_back(i);
-            Visit(node.GetChild(i, true));
-            position_.pop_back();
-        }
-    }
-
-    void ApplyRule(const ACNode& node, const WideString& type) {
-        const auto rule = rules_.find(type);
-        if (rule == rules_.end()) return;
-        ACNode target;
-        for (const WideString& name : rule->second) {
-            if (!node.HasAttribute(name.c_str())) continue;
-            if (!target) target = FindInClone();
-            target.SetText(name.c_str(), MaskText, MeasureText);
-        }
-    }
-
-    // Only a tree that really holds a hidden attribute pays for a clone.
-    ACNode FindInClone() {
-        if (!clone_) clone_ = root_.Clone(depth_, 0);
-        ACNode found = clone_;
-        for (const std::uint64_t index : position_) found = found.GetChild(index, true);
-        return found;
-    }
-
-    const Rules& rules_;
-    const ACNode& root_;
-    const std::uint32_t depth_;
-    ACNode clone_;
-    std::vector<std::uint64_t> position_;  // of the visited node: the index at each level below the root
-};
 
 const HiddenNodeAttrs& HiddenNodeAttrs::Instance() {
     return Holder.Get();
@@ -87,8 +65,30 @@ HiddenNodeAttrs::Rules HiddenNodeAttrs::ParseRules(std::u16string_view setting) 
     return rules;
 }
 
+std::vector<const WideChar*> HiddenNodeAttrs::HiddenAttributesOf(const ACNode& node) const {
+    std::vector<const WideChar*> hidden;
+    for (const WideString& type : {node.GetType(), WideString(EveryType)}) {
+        const auto rule = rules_.find(type);
+        if (rule == rules_.end()) continue;
+        for (const WideString& name : rule->second) {
+            if (node.HasAttribute(name.c_str())) hidden.push_back(name.c_str());
+        }
+    }
+    return hidden;
+}
+
 ACNode HiddenNodeAttrs::Mask(const ACNode& node, std::uint32_t depth) const {
-    return rules_.empty() ? node : Walk(rules_, node, depth).Run();
+    const auto showsAll = [this](const ACNode& visited) { return HiddenAttributesOf(visited).empty(); };
+    if (rules_.empty() || VisitTree(node, depth, showsAll)) return node;
+
+    // A walk of its own over the clone: nobody else changes it, while in the original a node may move between two
+    // looks, and siblings that share a name couldn't be told apart by their paths.
+    ACNode clone = node.Clone(depth, 0);
+    VisitTree(clone, depth, [this](ACNode& visited) {
+        for (const WideChar* const name : HiddenAttributesOf(visited)) visited.SetText(name, MaskText, MeasureText);
+        return true;
+    });
+    return clone;
 }
 
 }  // namespace Harbor

@@ -34,7 +34,8 @@ private:
     friend class SingletonHolder;
     HiddenNodeAttrs();
 
-    class Walk;
+    // The names that a rule hides and the node has.
+    std::vector<const WideChar*> HiddenAttributesOf(const ACNode& node) const;
 
     const Rules rules_;
 };
