@@ -7,11 +7,9 @@ namespace Harbor {
 namespace {
 
 struct Conversion {
-    bool left = false;
     bool zeros = false;
     bool alternate = false;
     std::size_t width = 0;
-    std::size_t precision = std::u16string_view::npos;
     WideChar type = 0;
 };
 
@@ -43,36 +41,14 @@ private:
         return arguments_.begin()[used_++];
     }
 
-    std::size_t ReadNumber() {
-        if (rest_.starts_with(u'*')) {
-            Take();
-            return static_cast<std::size_t>(NextArgument().Unsigned());
-        }
-        std::size_t number = 0;
-        while (!rest_.empty() && rest_.front() >= u'0' && rest_.front() <= u'9') {
-            number = number * 10 + static_cast<std::size_t>(Take() - u'0');
-        }
-        return number;
-    }
-
     Conversion ReadConversion() {
         Conversion conversion;
         Take();
-        for (;; Take()) {
-            if (rest_.starts_with(u'-')) {
-                conversion.left = true;
-            } else if (rest_.starts_with(u'0')) {
-                conversion.zeros = true;
-            } else if (rest_.starts_with(u'#')) {
-                conversion.alternate = true;
-            } else {
-                break;
-            }
+        for (; rest_.starts_with(u'0') || rest_.starts_with(u'#'); Take()) {
+            (rest_.front() == u'0' ? conversion.zeros : conversion.alternate) = true;
         }
-        conversion.width = ReadNumber();
-        if (rest_.starts_with(u'.')) {
-            Take();
-            conversion.precision = ReadNumber();
+        while (!rest_.empty() && rest_.front() >= u'0' && rest_.front() <= u'9') {
+            conversion.width = conversion.width * 10 + static_cast<std::size_t>(Take() - u'0');
         }
         if (rest_.starts_with(u"I64")) rest_.remove_prefix(3);
         conversion.type = Take();
@@ -81,30 +57,25 @@ private:
 
     void Convert(const Conversion& conversion) {
         switch (conversion.type) {
-            case u'%':
-                result_.push_back(u'%');
-                break;
             case u's':
-                Pad(conversion, {}, NextArgument().Text().substr(0, conversion.precision), u' ');
+                result_.append(NextArgument().Text());
                 break;
             case u'p':
-                Pad({.zeros = true, .width = 16}, conversion.alternate ? u"0X" : u"",
-                    Digits(NextArgument().Unsigned(), 16, u'A'), u'0');
+                if (conversion.alternate) result_.append(u"0X");
+                Pad({.zeros = true, .width = 16}, {}, Digits(NextArgument().Unsigned(), 16, u'A'));
                 break;
             case u'd': {
                 const std::int64_t value = NextArgument().Signed();
                 const auto magnitude = static_cast<std::uint64_t>(value);
-                Pad(conversion, value < 0 ? u"-" : u"", Digits(value < 0 ? 0 - magnitude : magnitude, 10, u'a'),
-                    conversion.zeros ? u'0' : u' ');
+                Pad(conversion, value < 0 ? u"-" : u"", Digits(value < 0 ? 0 - magnitude : magnitude, 10, u'a'));
                 break;
             }
             case u'u':
-                Pad(conversion, {}, Digits(NextArgument().Unsigned(), 10, u'a'), conversion.zeros ? u'0' : u' ');
+                Pad(conversion, {}, Digits(NextArgument().Unsigned(), 10, u'a'));
                 break;
             case u'x':
             case u'X':
-                Pad(conversion, {}, Digits(NextArgument().Unsigned(), 16, conversion.type == u'x' ? u'a' : u'A'),
-                    conversion.zeros ? u'0' : u' ');
+                Pad(conversion, {}, Digits(NextArgument().Unsigned(), 16, conversion.type == u'x' ? u'a' : u'A'));
                 break;
             default:
                 throw std::out_of_range("unknown conversion in a format");
@@ -121,15 +92,13 @@ private:
         return {at, static_cast<std::size_t>(std::end(digits_) - at)};
     }
 
-    void Pad(const Conversion& conversion, std::u16string_view prefix, std::u16string_view body, WideChar fill) {
-        // The prefix of "%#p" stands outside the 16 digits, a minus sign inside the width.
-        const std::size_t length = body.size() + (conversion.type == u'd' ? prefix.size() : 0);
+    void Pad(const Conversion& conversion, std::u16string_view sign, std::u16string_view digits) {
+        const std::size_t length = sign.size() + digits.size();
         const std::size_t padding = conversion.width > length ? conversion.width - length : 0;
-        if (!conversion.left && fill == u' ') result_.append(padding, fill);
-        result_.append(prefix);
-        if (!conversion.left && fill != u' ') result_.append(padding, fill);
-        result_.append(body);
-        if (conversion.left) result_.append(padding, u' ');
+        if (!conversion.zeros) result_.append(padding, u' ');
+        result_.append(sign);
+        if (conversion.zeros) result_.append(padding, u'0');
+        result_.append(digits);
     }
 
     std::u16string_view rest_;

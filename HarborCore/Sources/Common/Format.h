@@ -1,6 +1,6 @@
-// printf for 16-bit text, type-safe, with the conversions that this code uses: %u %d %x %X %s %p %%, the flags "-",
-// "0" and "#", width and precision as numbers or as "*", and the size prefix I64. "%p" gives 16 upper-case hexadecimal
-// digits, "%#p" puts "0X" before them. A null text prints "(null)".
+// printf for 16-bit text, type-safe, with the conversions that this code uses: %u %d %x %X with the flag "0", a width
+// and the size prefix I64; %s; and %p, which gives 16 upper-case hexadecimal digits, with "0X" before them as "%#p". A
+// null text prints "(null)".
 #pragma once
 
 #include <concepts>

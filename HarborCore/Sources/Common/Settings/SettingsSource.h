@@ -39,8 +39,6 @@ public:
 
     HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value) override;
 
-    const std::vector<WideString>& Files() const noexcept { return files_; }
-
 private:
     const std::vector<WideString> files_;
 };
