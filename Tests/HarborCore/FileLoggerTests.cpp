@@ -1,6 +1,9 @@
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <fstream>
 #include <set>
 #include <thread>
@@ -21,8 +24,10 @@ using Stage::PassLogInterval;
 // The text of a log file: 16-bit, little-endian.
 std::string ReadLog(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
-    WideString text;
-    for (int low; (low = file.get()) != EOF;) text.push_back(static_cast<WideChar>(low | file.get() << 8));
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    EXPECT_EQ(bytes.size() % 2, 0u);
+    WideString text(bytes.size() / 2, u'\0');
+    std::memcpy(text.data(), bytes.data(), text.size() * 2);
     return ToUtf8(text);
 }
 
@@ -157,11 +162,81 @@ TEST_F(LogFile, TellsAFullDiskOnTheDebuggersOutput) {
                 ElementsAre(CannotOpen("0x80070070"), "FileLogger: cannot write (error: 0x80070070)\n"));
 }
 
+// A small file system that this process alone sees; false where the system doesn't let it.
+bool MountSmallDisk(const fs::path& at) {
+    return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("tmpfs", at.c_str(), "tmpfs", 0, "size=64k") == 0;
+}
+
+TEST_F(LogFile, GoesOnWhenAFullDiskHasRoomAgain) {
+    const auto fill = [this] {
+        if (!MountSmallDisk(directory_)) _exit(2);
+        Stage::WriteText(directory_ / "others", std::string(32 * 1024, '.'));
+        FileLogger logger = Logger();
+        const std::string line = std::string(99, 'x') + "\n";
+        while (Stage::TakeDebugOutput().empty()) Write(logger, FromUtf8(line).c_str());
+        const std::string full = ReadLog(file_);
+        fs::remove(directory_ / "others");
+        Write(logger, u"room again\n");
+        // Whole lines, at most a part of the one that met the end of the disk, and what came behind.
+        const std::size_t part = (full.size() - 1) % line.size();
+        EXPECT_GT(full.size(), 10 * line.size());
+        EXPECT_EQ(full.substr(0, full.size() - part).find_first_not_of("Bx\n"), full.npos);
+        EXPECT_EQ(ReadLog(file_), full + "room again\n");
+        EXPECT_EQ(Stage::TakeDebugOutput(), Stage::Strings());
+        umount2(directory_.c_str(), MNT_DETACH);
+        Stage::ExitTelling();
+    };
+    const pid_t child = fork();
+    if (child == 0) fill();
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 2) GTEST_SKIP() << "this system lets nobody mount a disk";
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(LogFile, HoldsEachLineWhoseStatementReturnedBeforeItsProcessWasKilled) {
+    int pipe[2];
+    ASSERT_EQ(::pipe(pipe), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        FileLogger logger(Stage::Wide(file_), u"");
+        for (int i = 0; write(pipe[1], &i, sizeof(i)) == sizeof(i);) {
+            ++i;
+            Write(logger, (FromUtf8(std::to_string(i)) + u"\n").c_str());
+        }
+    }
+    close(pipe[1]);
+    int returned = 0;
+    while (returned < 500 && read(pipe[0], &returned, sizeof(returned)) > 0) continue;
+    kill(child, SIGKILL);
+    while (read(pipe[0], &returned, sizeof(returned)) > 0) continue;
+    close(pipe[0]);
+    EXPECT_EQ(waitpid(child, nullptr, 0), child);
+    std::string expected;
+    for (int i = 1; i <= returned; ++i) expected += std::to_string(i) + "\n";
+    const std::string text = ReadLog(file_), last = std::to_string(returned + 1) + "\n";
+    EXPECT_TRUE(text == expected || text == expected + last) << text.substr(text.size() - 20);
+}
+
+TEST(LogBanner, TellsTheModuleItsVersionAndItsProcess) {
+    const std::string stars(100, '*'), pattern = R"(!\*\*\* Module: .*Orv\.so \(Base: 0x[0-9A-F]{16}\)!)"
+                                                 R"(\*\*\* Version: 1\.20\.3\.4!)"
+                                                 R"(\*\*\* Module description: Description!)"
+                                                 R"(\*\*\* Process: .*Host\.exe \(Pid: 463412\)!)"
+                                                 R"(\*\*\* Command line: .*HarborCoreTests.*!)";
+    std::string banner = ToUtf8(MakeLogBanner(u"Description", {1, 20, 3, 4}));
+    for (std::size_t at; (at = banner.find("\r\n")) != banner.npos;) banner.replace(at, 2, "!");
+    ASSERT_TRUE(banner.starts_with(stars) && banner.ends_with(stars + "!")) << banner;
+    EXPECT_THAT(banner.substr(100, banner.size() - 201), testing::MatchesRegex(pattern));
+    EXPECT_EQ(MakeLogFileName(), u"Orv.log");
+}
+
 TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
-    constexpr int threadCount = 4, lineCount = 300;
+    constexpr int threadCount = 4, lineCount = 25'000;
     const auto line = [](char process, int thread, int i) {
         return process + std::to_string(thread * lineCount + i) +
-               std::string(static_cast<std::size_t>(i * 7 % 500), '.');
+               std::string(static_cast<std::size_t>(i * 7 % 50), '.');
     };
     const auto writeAll = [&](char process) {
         FileLogger logger(Stage::Wide(file_), u"banner\r\n");
@@ -169,7 +244,7 @@ TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
         for (int t = 0; t < threadCount; ++t) {
             threads.emplace_back([&, t] {
                 for (int i = 0; i < lineCount; ++i) {
-                    if (i % 50 == 0) PassLogInterval();  // the file is opened anew under the writers
+                    if (i % 500 == 0) PassLogInterval();  // the file is opened anew under the writers
                     Write(logger, FromUtf8(line(process, t, i) + "\r\n").c_str());
                 }
             });
