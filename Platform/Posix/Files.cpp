@@ -47,13 +47,30 @@ bool IsFile(HANDLE handle) noexcept {
     return handle != nullptr && !IsPseudoHandle(handle);
 }
 
-int OpenForAppending(const char* path) noexcept {
-    return RetryInterrupted([&] { return open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, NewFileMode); });
+// A process may have been started with its standard streams closed. The file must not become one of them: whatever the
+// process printed would land in it.
+int MoveBehindStandardStreams(int descriptor) noexcept {
+    if (descriptor < 0 || descriptor > STDERR_FILENO) return descriptor;
+    const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    const int error = errno;
+    close(descriptor);
+    errno = error;
+    return moved;
 }
 
-int Lock(int descriptor, DWORD sharing) noexcept {
+// Not blocking: a pipe that stands in the file's place and has no reader is a failure, not a wait. Regular files ignore
+// the flag.
+int OpenForAppending(const char* path) noexcept {
+    constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+    return MoveBehindStandardStreams(RetryInterrupted([&] { return open(path, flags, NewFileMode); }));
+}
+
+// True if nobody's lock is in the way. Who shares everything asks for nothing else, and does without on a file system
+// that has no such locks.
+bool Lock(int descriptor, DWORD sharing) noexcept {
     const int operation = (sharing == ShareEverything ? LOCK_SH : LOCK_EX) | LOCK_NB;
-    return RetryInterrupted([&] { return flock(descriptor, operation); });
+    if (RetryInterrupted([&] { return flock(descriptor, operation); }) == 0) return true;
+    return sharing == ShareEverything && errno != EWOULDBLOCK;
 }
 
 // A name that isn't there is a missing path unless the directory it would lie in exists.
@@ -82,9 +99,9 @@ std::uint64_t FileIndex(int descriptor, const struct statx& status) noexcept {
         index = Mix(index, static_cast<std::uint64_t>(status.stx_btime.tv_sec));
         index = Mix(index, status.stx_btime.tv_nsec);
     }
-    int generation = 0;
+    long generation = 0;  // as the request is declared, though most file systems store an int
     if (ioctl(descriptor, FS_IOC_GETVERSION, &generation) == 0) {
-        index = Mix(index, static_cast<std::uint32_t>(generation));
+        index = Mix(index, static_cast<std::uint64_t>(generation));
     }
     return index;
 }
@@ -121,7 +138,7 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
             if (errno == ENOENT) return Fail(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
             return FailByErrno(INVALID_HANDLE_VALUE);
         }
-        if (Lock(file->descriptor, sharing) != 0) {
+        if (!Lock(file->descriptor, sharing)) {
             if (errno == EWOULDBLOCK) return Fail(ERROR_SHARING_VIOLATION, INVALID_HANDLE_VALUE);
             return FailByErrno(INVALID_HANDLE_VALUE);
         }

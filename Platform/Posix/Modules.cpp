@@ -107,7 +107,8 @@ HMODULE LoadCode(const std::string& path) {
 
 HMODULE LoadData(std::string path) {
     const HMODULE failure = nullptr;
-    if (IsMissing(path) && IsBareName(path)) path = MainModuleDirectory() + path;
+    // The program's directory comes first, as in the search of code.
+    if (IsBareName(path) && !IsMissing(MainModuleDirectory() + path)) path.insert(0, MainModuleDirectory());
     if (IsMissing(path)) return Fail(ERROR_MOD_NOT_FOUND, failure);
     DWORD error = ERROR_SUCCESS;
     const HMODULE module = OpenMessageModule(path, error);

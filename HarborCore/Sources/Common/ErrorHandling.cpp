@@ -1,6 +1,8 @@
 #include "Common/ErrorHandling.h"
 
 #include <array>
+#include <memory>
+#include <new>
 #include <optional>
 
 #include "Common/ErrorTextCache.h"
@@ -37,9 +39,8 @@ std::optional<WideString> AskSource(Platform::DWORD origin, Platform::HMODULE mo
             Platform::FORMAT_MESSAGE_ALLOCATE_BUFFER | Platform::FORMAT_MESSAGE_IGNORE_INSERTS | origin, module, code,
             language, reinterpret_cast<WideChar*>(&buffer), 0, nullptr);
         if (length == 0 || buffer == nullptr) continue;
-        WideString text(buffer, length);
-        Platform::LocalFree(buffer);
-        return text;
+        const std::unique_ptr<WideChar, decltype(&Platform::LocalFree)> owner(buffer, &Platform::LocalFree);
+        return WideString(buffer, length);
     }
     return std::nullopt;
 }
@@ -90,8 +91,9 @@ private:
             Load(messageModules_, GetSettingOr(Section, MessageFileKey, MessageFileDefault), true);
             Load(fallbackMessageModules_, GetSettingOr(Section, FallbackMessageFileKey, u""), false);
         } catch (const HRX& failure) {
-            // A log that can't be written is no reason to end without the modules that did load.
-            TRY_LOG(Err, u"Loading error message module(s)" << u" failed: " << failure.Code());
+            LogLoadFailure(failure.Code());
+        } catch (const std::bad_alloc&) {
+            LogLoadFailure(E_OUTOFMEMORY);
         }
     }
 
@@ -103,6 +105,11 @@ private:
         }
     }
 
+    static void LogLoadFailure(HRESULT code) noexcept {
+        TRY_LOG(Err, u"Loading error message module(s)" << u" failed: " << code);
+    }
+
+    // What the log can't take is lost: it is no reason to leave out the modules behind.
     static void Load(List& list, const WideString& names, bool besideThisModule) {
         std::size_t count = 0;
         for (const std::u16string_view item : Split(names, ListSeparators)) {
@@ -113,11 +120,11 @@ private:
                 name.c_str(), nullptr, Platform::LOAD_LIBRARY_AS_DATAFILE | Platform::LOAD_LIBRARY_AS_IMAGE_RESOURCE);
             if (module == nullptr) {
                 const HRES failure = HRES::FromWin32Unchecked(Platform::GetLastError());
-                LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << failure);
+                TRY_LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << failure);
             } else if (count < list.size()) {
                 list[count++] = module;
             } else {
-                LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << u"No more slots");
+                TRY_LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << u"No more slots");
                 Platform::FreeLibrary(module);
             }
         }

@@ -1,6 +1,7 @@
 #include "Subsystems/ActionManager/ActionSubscription.h"
 
 #include "Common/MethodEdge.h"
+#include "Platform/ErrorObjects.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -74,7 +75,10 @@ void ActionSubscription::DeliverMarkedActions(IActionListener& listener) {
 void ActionSubscription::Deliver(const ComponentPtr<IActionControl>& action, IActionListener& listener) {
     LOG(Dbg, LogPrefix() << u"'. Attached action '" << action.Get() << u"' becomes triggered.");
     const auto view = action.QueryOrThrow<IAction>();
-    listener.OnActionTriggered(this, view.Get());
+    if (Failed(listener.OnActionTriggered(this, view.Get()))) {
+        // Nobody reads the code. Its words must not be taken for those of the next failure on this thread.
+        Platform::SetErrorInfo(0, nullptr);
+    }
     action->SetTriggered(false);
 }
 

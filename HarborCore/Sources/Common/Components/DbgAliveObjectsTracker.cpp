@@ -55,10 +55,12 @@ void DbgAliveObjectsTracker::Dump() {
     if (!enabled_.load()) return;
     const std::lock_guard guard(lock_);
     if (records_.empty()) return;
-    LOG(Warn, u"Alive component objects: " << records_.size());
+    // The listing is asked for through an interface that gives a code: what can't be logged is left out.
+    TRY_LOG(Warn, u"Alive component objects: " << records_.size());
     for (const auto& entry : records_) {
         const Record& record = entry.second;
-        LOG(Warn, u"ObjTag='" << record.tag << u"' Ptr=" << entry.first << u" EIPs=" << FormatFrames(record.frames));
+        TRY_LOG(Warn,
+                u"ObjTag='" << record.tag << u"' Ptr=" << entry.first << u" EIPs=" << FormatFrames(record.frames));
     }
 }
 

@@ -45,15 +45,18 @@ public:
                                                                  &value.type, nullptr, nullptr);
             if (error == Platform::ERROR_NO_MORE_ITEMS) return std::nullopt;
             if (error != Platform::ERROR_MORE_DATA) HRES::FromWin32(static_cast<std::uint32_t>(error));
-            value.name.resize(length);
-            if (error == 0) return value;
+            if (error == 0) {
+                value.name.resize(length);
+                return value;
+            }
+            value.name.resize(std::max<std::size_t>(length, 2 * value.name.size()));
         }
     }
 
     WideString TextOf(const WideString& name) const {
         Platform::DWORD bytes = 0;
         Query(name, nullptr, bytes);
-        WideString text(bytes / sizeof(WideChar), u'\0');
+        WideString text((bytes + sizeof(WideChar) - 1) / sizeof(WideChar), u'\0');  // the size may be odd
         Query(name, text.data(), bytes);
         text.resize(std::min(text.find(u'\0'), text.size()));
         return text;
