@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "Common/Format.h"
 #include "Common/Text.h"
 
 namespace Harbor {
@@ -18,7 +17,10 @@ WideStream& WideStream::operator<<(double value) {
 }
 
 WideStream& WideStream::operator<<(const void* pointer) {
-    return *this << FormatWide(u"%p", pointer);
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    const auto value = reinterpret_cast<std::uintptr_t>(pointer);
+    for (int shift = 60; shift >= 0; shift -= 4) text_.push_back(digits[value >> shift & 0xF]);
+    return *this;
 }
 
 WideStream& WideStream::operator<<(std::ios_base& (*manipulator)(std::ios_base&)) noexcept {

@@ -13,6 +13,8 @@ namespace Harbor {
 
 class WideStream {
 public:
+    WideStream() { text_.reserve(UsualLength); }
+
     WideStream& operator<<(std::u16string_view text) {
         text_.append(text);
         return *this;
@@ -48,6 +50,8 @@ public:
     WideString Text() && noexcept { return std::move(text_); }
 
 private:
+    static constexpr std::size_t UsualLength = 200;  // of a line, so that most need one piece of memory
+
     static std::uint64_t Magnitude(std::int64_t value) noexcept {
         return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
     }

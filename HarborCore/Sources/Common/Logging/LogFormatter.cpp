@@ -22,8 +22,12 @@ public:
     void Put(std::u16string_view text) noexcept { at_ = std::copy(text.begin(), text.end(), at_); }
     void Fill(WideChar c, std::size_t count) noexcept { at_ = std::fill_n(at_, count, c); }
 
-    // The widths are the least ones: a longer number is not cut.
-    void PutZeroPadded(std::uint32_t number, std::size_t width) noexcept { PutRightAligned(number, width, u'0'); }
+    // A number that has no more than `width` digits.
+    void PutDigits(std::uint32_t number, std::size_t width) noexcept {
+        for (std::size_t i = width; i > 0; --i, number /= 10) at_[i - 1] = static_cast<WideChar>(u'0' + number % 10);
+        at_ += width;
+    }
+    // The width is the least one: a longer number is not cut.
     void PutRightAligned(std::uint32_t number, std::size_t width, WideChar padding = u' ') noexcept {
         const std::u16string_view digits = Digits(number);
         Fill(padding, width - std::min(width, digits.size()));
@@ -56,20 +60,20 @@ void PutTime(LineWriter& line, const Platform::FILETIME& time) noexcept {
     Platform::FileTimeToLocalFileTime(&time, &local);
     Platform::FileTimeToSystemTime(&local, &fields);
     const std::uint64_t ticks = (std::uint64_t{local.dwHighDateTime} << 32) | local.dwLowDateTime;
-    line.PutZeroPadded(fields.wYear, 4);
+    line.PutRightAligned(fields.wYear, 4, u'0');
     line.Put(u"-");
-    line.PutZeroPadded(fields.wMonth, 2);
+    line.PutDigits(fields.wMonth, 2);
     line.Put(u"-");
-    line.PutZeroPadded(fields.wDay, 2);
+    line.PutDigits(fields.wDay, 2);
     line.Put(u" ");
-    line.PutZeroPadded(fields.wHour, 2);
+    line.PutDigits(fields.wHour, 2);
     line.Put(u":");
-    line.PutZeroPadded(fields.wMinute, 2);
+    line.PutDigits(fields.wMinute, 2);
     line.Put(u":");
-    line.PutZeroPadded(fields.wSecond, 2);
+    line.PutDigits(fields.wSecond, 2);
     line.Put(u".");
-    line.PutZeroPadded(fields.wMilliseconds, 3);
-    line.PutZeroPadded(static_cast<std::uint32_t>(ticks % 10000), 4);
+    line.PutDigits(fields.wMilliseconds, 3);
+    line.PutDigits(static_cast<std::uint32_t>(ticks % 10000), 4);
 }
 
 void PutSource(LineWriter& line, const SourcePlace& place) noexcept {
