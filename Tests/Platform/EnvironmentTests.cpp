@@ -18,27 +18,6 @@ WideString Expand(const WideString& source) {
     return buffer;
 }
 
-TEST(EnvironmentVariables, AreReadAsUtf8) {
-    const ScopedVariable variable("PLATFORM_TEST_\xC3\xA9", "\xE2\x82\xAC 5");
-    WideChar buffer[4] = {u'#'};
-    EXPECT_EQ(GetEnvironmentVariableW(u"PLATFORM_TEST_\u00E9", buffer, 3), 4u);
-    EXPECT_EQ(buffer[0], u'#');
-    EXPECT_EQ(GetEnvironmentVariableW(u"PLATFORM_TEST_\u00E9", buffer, 4), 3u);
-    EXPECT_EQ(WideString(buffer), u"\u20AC 5");
-}
-
-TEST(EnvironmentVariables, KeepAnEmptyOneApartFromAMissingOne) {
-    const ScopedVariable empty("PLATFORM_TEST", ""), missing("PLATFORM_TEST_MISSING", std::nullopt);
-    WideChar buffer[2] = {u'#', u'#'};
-    SetLastError(ERROR_SUCCESS);
-    EXPECT_EQ(GetEnvironmentVariableW(u"PLATFORM_TEST", nullptr, 0), 1u);
-    EXPECT_EQ(GetEnvironmentVariableW(u"PLATFORM_TEST", buffer, 2), 0u);
-    EXPECT_EQ(buffer[0], u'\0');
-    EXPECT_EQ(GetLastError(), ERROR_SUCCESS);
-    EXPECT_EQ(GetEnvironmentVariableW(u"PLATFORM_TEST_MISSING", buffer, 2), 0u);
-    EXPECT_EQ(GetLastError(), ERROR_ENVVAR_NOT_FOUND);
-}
-
 TEST(EnvironmentExpansion, ReplacesKnownNamesAndLeavesTheRestAsItStands) {
     const ScopedVariable known("PLATFORM_TEST", "v%X%"), missing("PLATFORM_TEST_MISSING", std::nullopt);
     const std::pair<WideString, WideString> cases[] = {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <optional>
 #include <thread>
 
 namespace {
@@ -27,50 +26,6 @@ public:
 
     std::atomic<std::uint32_t> References{1};
 };
-
-std::optional<WideString> TakeText(BSTR text) {
-    if (text == nullptr) return std::nullopt;
-    const WideString copy(text, SysStringLen(text));
-    SysFreeString(text);
-    return copy;
-}
-
-TEST(CountedTexts, KeepTheirLengthAndEndInATerminator) {
-    const WideChar source[] = {u'a', u'\0', u'b'};
-    const BSTR text = SysAllocStringLen(source, 3);
-    ASSERT_NE(text, nullptr);
-    EXPECT_EQ(SysStringLen(text), 3u);
-    EXPECT_EQ(text[3], u'\0');
-    std::uint32_t bytes = 0;
-    std::memcpy(&bytes, reinterpret_cast<const char*>(text) - 4, 4);
-    EXPECT_EQ(bytes, 6u);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(text) % 8, 0u);
-    EXPECT_EQ(TakeText(text), WideString(source, 3));
-    EXPECT_EQ(SysAllocStringLen(nullptr, 0xFFFFFFFF), nullptr);
-    EXPECT_EQ(SysStringLen(nullptr), 0u);
-    SysFreeString(nullptr);
-}
-
-TEST(ErrorObjects, GiveBackWhatWasStored) {
-    ICreateErrorInfo* writer = nullptr;
-    ASSERT_EQ(CreateErrorInfo(&writer), Ok);
-    IErrorInfo* reader = nullptr;
-    ASSERT_EQ(writer->QueryInterface(&IErrorInfo::Id, reinterpret_cast<void**>(&reader)), Ok);
-    BSTR text = nullptr;
-    EXPECT_EQ((reader->GetDescription(&text), TakeText(text)), std::nullopt);
-
-    writer->SetGUID(&SomeGuid);
-    writer->SetSource(u"source");
-    writer->SetDescription(u"description");
-    writer->SetHelpFile(u"help");
-    GUID guid{};
-    EXPECT_EQ((reader->GetGUID(&guid), guid), SomeGuid);
-    EXPECT_EQ((reader->GetSource(&text), TakeText(text)), u"source");
-    EXPECT_EQ((reader->GetDescription(&text), TakeText(text)), u"description");
-    EXPECT_EQ((reader->GetHelpFile(&text), TakeText(text)), u"help");
-    EXPECT_EQ(writer->Release(), 1u);
-    EXPECT_EQ(reader->Release(), 0u);
-}
 
 TEST(ErrorObjects, AreOneObjectBehindTheirInterfaces) {
     ICreateErrorInfo* writer = nullptr;

@@ -146,10 +146,3 @@ TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(outcome, (std::pair{ERROR_FILE_TOO_LARGE, DWORD{10}}));
 }
-
-TEST(Files, AreNoPseudoHandles) {
-    for (const HANDLE handle : {GetCurrentProcess(), GetCurrentThread(), HANDLE{}}) {
-        EXPECT_EQ(Append(handle, "x").first, ERROR_INVALID_HANDLE);
-        EXPECT_EQ(CloseHandle(handle) != FALSE, handle != nullptr);
-    }
-}

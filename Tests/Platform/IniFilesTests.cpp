@@ -30,14 +30,6 @@ TEST_F(IniFiles, FindAKeyWhateverItsCaseAndTheBlanksAroundIt) {
     EXPECT_EQ(Read(u"Logger", u"outside"), u"(default)");
 }
 
-TEST_F(IniFiles, CountTheFirstSectionAndTheFirstKeyAlone) {
-    Write("[A]\nx=1\nX=2\n[B]\ny=3\n[a]\nz=4\n");
-    EXPECT_EQ(Read(u"A", u"x"), u"1");
-    EXPECT_EQ(Read(u"A", u"y"), u"(default)");
-    EXPECT_EQ(Read(u"A", u"z"), u"(default)");
-    EXPECT_EQ(Read(u"B", u"y"), u"3");
-}
-
 TEST_F(IniFiles, RemoveOnePairOfQuotesAndKeepWhatStandsWithin) {
     Write("[A]\na=\"  x \"\nb='y'\nc=\"\"z\"\"\nd=\"open\ne=\"mixed'\nf=\"\ng=\n");
     EXPECT_EQ(Read(u"A", u"a"), u"  x ");
@@ -62,20 +54,6 @@ TEST_F(IniFiles, AreReadInBothEncodings) {
     EXPECT_EQ(Read(u"A", u"x"), u"\u20AC");
     Write(std::string("\xFF\xFE[\0A\0]\0\r\0\n\0x\0=\0\xAC\x20", 18));
     EXPECT_EQ(Read(u"A", u"x"), u"\u20AC");
-}
-
-TEST_F(IniFiles, CutAValueThatDoesNotFit) {
-    Write("[A]\nx=12345");
-    EXPECT_EQ(Read(u"A", u"x", 6), u"12345");
-    EXPECT_EQ(Read(u"A", u"x", 5), u"1234");
-    EXPECT_EQ(Read(u"A", u"x", 1), u"");
-    EXPECT_EQ(Read(u"A", u"none", 4), u"(de");
-}
-
-TEST_F(IniFiles, AreReadAnewEachTimeAndMayBeMissing) {
-    EXPECT_EQ(Read(u"A", u"x"), u"(default)");
-    Write("[A]\nx=2");
-    EXPECT_EQ(Read(u"A", u"x"), u"2");
 }
 
 }  // namespace

@@ -35,12 +35,3 @@ TEST(Paths, AreCombinedAndResolved) {
         EXPECT_EQ(WideString{result}, expected);
     }
 }
-
-TEST(Paths, MayBeLongButNotEndless) {
-    WideString room(50000, u'#');
-    const WideString name(400, u'n');
-    ASSERT_NE(PathCombineW(room.data(), name.c_str(), name.c_str()), nullptr);
-    EXPECT_EQ(WideString{room.c_str()}, name + u'\\' + name);
-    EXPECT_EQ(PathCombineW(room.data(), WideString(40000, u'b').c_str(), u"r"), nullptr);
-    EXPECT_EQ(GetLastError(), ERROR_FILENAME_EXCED_RANGE);
-}

@@ -55,12 +55,6 @@ TEST(Process, KnowsItsThreadsAlsoAfterAForkAndKeepsTheirErrorsApart) {
     EXPECT_TRUE(isKnown());
 }
 
-TEST(Process, LoadsAndUnloadsThePlatformAsItLikesAndQuotesItsCommandLine) {
-    const std::filesystem::path folder = ProgramPath().parent_path();
-    const std::string start = (folder / "PlatformTestProgram ").string() + (folder / "libOrvPlatform.so").string();
-    EXPECT_EQ(OutputOf(start + " 'two words' '' plain"), start + " \"two words\" \"\" plain");
-}
-
 TEST(CallStack, BeginsInTheCallerOfTheCaptureAndIsCutAtBothEnds) {
     const Capture whole = Outer(0, 7);
     ASSERT_GE(whole.count, 3);
@@ -74,21 +68,6 @@ TEST(CallStack, BeginsInTheCallerOfTheCaptureAndIsCutAtBothEnds) {
     EXPECT_EQ(cut.frames, (std::array<void*, 8>{cut.innerReturn, cut.outerReturn}));
     EXPECT_EQ(Outer(0, 0).count, 0);
     EXPECT_EQ(Outer(0xFFFFFFFF, 7).count, 0);
-}
-
-TEST(SystemVersion, IsComparedFromItsFirstPartOn) {
-    constexpr DWORD Types = VER_MAJORVERSION | VER_MINORVERSION | VER_SERVICEPACKMAJOR;
-    std::uint64_t mask = 0;
-    for (DWORD type : {VER_MAJORVERSION, VER_MINORVERSION, VER_SERVICEPACKMAJOR}) {
-        mask = VerSetConditionMask(mask, type, VER_GREATER_EQUAL);
-    }
-    for (OSVERSIONINFOEXW met : {OSVERSIONINFOEXW{6, 0, 0}, {6, 3, 9}, {10, 0, 0}}) {
-        EXPECT_TRUE(VerifyVersionInfoW(&met, Types, mask)) << met.dwMinorVersion;
-    }
-    for (OSVERSIONINFOEXW missed : {OSVERSIONINFOEXW{10, 0, 1}, {10, 1, 0}, {11, 0, 0}}) {
-        EXPECT_FALSE(VerifyVersionInfoW(&missed, Types, mask)) << missed.dwMinorVersion;
-        EXPECT_EQ(GetLastError(), ERROR_OLD_WIN_VERSION);
-    }
 }
 
 TEST(DebugOutput, WritesEachTextAtOnce) {

@@ -85,30 +85,4 @@ TEST_F(Registry, SkipsWhatIsMalformedOrDeletedAndJoinsSectionsOfOneKey) {
     EXPECT_EQ(Open(u"S\\K", HKEY_CURRENT_USER), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(Registry, KeepsTheValuesOfAnOpenKeyAndTellsTheSizeThatABufferNeeds) {
-    Write("[HKEY_LOCAL_MACHINE\\K]\n\"name\"=\"text\"\n");
-    ASSERT_EQ(Open(u"K"), Success);
-    Write("");
-    WideChar name[5];
-    std::uint8_t data[10];
-    DWORD length = 4, size = 9;
-    EXPECT_EQ(Name(0, name, length), ERROR_MORE_DATA);
-    EXPECT_EQ(length, 5u);
-    EXPECT_EQ(Name(0, name, length), Success);
-    EXPECT_EQ(length, 4u);
-    EXPECT_EQ(Name(1, name, length), ERROR_NO_MORE_ITEMS);
-    EXPECT_EQ(Query(u"NAME", data, size), ERROR_MORE_DATA);
-    EXPECT_EQ(size, 10u);
-    EXPECT_EQ(Query(nullptr, data, size), ERROR_FILE_NOT_FOUND);
-}
-
-TEST_F(Registry, HasNoKeysWithoutItsFileAndLeavesTheLastErrorAlone) {
-    SetLastError(4711);
-    EXPECT_EQ(Open(u"K"), ERROR_FILE_NOT_FOUND);
-    const ScopedVariable none("ORV_REGISTRY_FILE", std::nullopt);
-    EXPECT_EQ(Open(u"K"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(Open(u"K", nullptr), ERROR_INVALID_HANDLE);
-    EXPECT_EQ(GetLastError(), 4711u);
-}
-
 }  // namespace

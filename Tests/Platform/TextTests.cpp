@@ -116,18 +116,4 @@ TEST(NumberFormat, GroupsRoundsAndSignsAsTheFormatSays) {
     for (const auto& [number, format, text] : cases) EXPECT_EQ(FormatNumber(number, format), text);
 }
 
-TEST(NumberFormat, RefusesWhatIsNoPlainNumberAndABufferThatIsTooSmall) {
-    for (const WideChar* const number : {u"", u"-", u".", u"1,000", u"+1", u"1e5", u" 1", u"1.2.3"}) {
-        SetLastError(ERROR_SUCCESS);
-        EXPECT_EQ(FormatNumber(number, Grouped), u"failed");
-        EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-    }
-
-    WideChar buffer[6];
-    EXPECT_EQ(GetNumberFormatW(LOCALE_INVARIANT, 0, u"1000", &Grouped, nullptr, 0), 6);
-    EXPECT_EQ(GetNumberFormatW(LOCALE_INVARIANT, 0, u"1000", &Grouped, buffer, 6), 6);
-    EXPECT_EQ(GetNumberFormatW(LOCALE_INVARIANT, 0, u"1000", &Grouped, buffer, 5), 0);
-    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
-}
-
 }  // namespace
