@@ -32,7 +32,7 @@ HRESULT ReadAttribute(const Node& node, std::u16string_view name, const std::uin
     if (value == nullptr) return NOT_FOUND;
     const std::uint16_t delivered = type != nullptr ? *type : value->type;
     const HRESULT code = ReadValue(*value, delivered, buffer, size);
-    if (outType != nullptr && code != DATATYPE_MISMATCH) *outType = delivered;
+    if (outType != nullptr && Succeeded(code)) *outType = delivered;
     return code;
 }
 

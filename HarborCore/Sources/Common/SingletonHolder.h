@@ -3,8 +3,7 @@
 #pragma once
 
 #include <atomic>
-
-#include "Common/Guards.h"
+#include <mutex>
 
 namespace Harbor {
 
@@ -17,7 +16,7 @@ public:
     // again. Any thread may call it.
     T& Get() {
         if (T* published = pointer_.load(std::memory_order_acquire)) return *published;
-        const CriticalSectionGuard guard(lock_);
+        const std::lock_guard guard(lock_);
         if (T* published = pointer_.load(std::memory_order_acquire)) return *published;
         static T instance;
         pointer_.store(&instance, std::memory_order_release);
@@ -25,7 +24,7 @@ public:
     }
 
 private:
-    CriticalSection lock_;
+    std::mutex lock_;  // has a constant initialiser everywhere, unlike a recursive one
     std::atomic<T*> pointer_{nullptr};
 };
 

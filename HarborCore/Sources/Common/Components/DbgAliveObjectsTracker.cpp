@@ -1,5 +1,7 @@
 #include "Common/Components/DbgAliveObjectsTracker.h"
 
+#include <algorithm>
+
 #include "Common/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Settings/SettingsStore.h"
@@ -29,7 +31,8 @@ DbgAliveObjectsTracker& DbgAliveObjectsTracker::Instance() {
 
 DbgAliveObjectsTracker::DbgAliveObjectsTracker() {
     if (GetSettingNumberOr(Section, EnableKey, 0) == 0) return;
-    framesToSkip_ = GetSettingNumberOr(Section, FramesToSkipKey, 0);
+    // One less than the most, since this module's own frame comes on top.
+    framesToSkip_ = std::min(GetSettingNumberOr(Section, FramesToSkipKey, 0), 0xFFFFFFFEu);
     enabled_.store(true);
 }
 

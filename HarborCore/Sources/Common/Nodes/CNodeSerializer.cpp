@@ -1,7 +1,5 @@
 #include "Common/Nodes/CNodeSerializer.h"
 
-#include <new>
-
 #include "Common/HRes.h"
 
 namespace Harbor {
@@ -28,9 +26,6 @@ HRESULT CNodeSerializer::OnBlock(const void* data, std::uint32_t length, void* u
         static_cast<const CNodeSerializer*>(user)->sink_(data, length);
     } catch (const HRX& failure) {
         return failure.Code();
-    } catch (const std::bad_alloc&) {
-        // The store is C: no other exception may cross it.
-        return E_OUTOFMEMORY;
     }
     return S_OK;
 }

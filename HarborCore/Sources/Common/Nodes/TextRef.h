@@ -1,7 +1,6 @@
 // A borrowed text, used where a name or a path is passed along. Its length is measured when it is first asked for.
 #pragma once
 
-#include <memory>
 #include <string_view>
 
 #include "Harbor/Types.h"
