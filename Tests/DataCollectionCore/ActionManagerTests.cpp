@@ -32,14 +32,6 @@ TEST_F(Manager, IsConfiguredOnce) {
     EXPECT_EQ(System.threadsAsked, threadsBefore + 1);
 }
 
-TEST_F(Manager, EndsWhereverItsWorkerIs) {
-    for (int round = 0; round < 200; ++round) {
-        manager_ = NewObject<ActionManager>();
-        EXPECT_EQ(manager_->Configure(ConfigNode(0xFFFFFFFF).Handle()), S_OK);
-        for (int turn = 0; turn < round; ++turn) std::this_thread::yield();
-    }
-}
-
 TEST_F(Manager, StaysWithoutAWorkerWhenItsConfigurationFails) {
     ACNode none, without, wrongType;
     without.Create(u"ActionManager", nullptr);

@@ -59,23 +59,6 @@ class Subscriptions : public LeakChecked {};
 
 }  // namespace
 
-TEST_F(Subscriptions, ReadTheNameAndTypeOfAnActionOnlyOnceBothAreGood) {
-    const ActionPtr action = Create<ActionImpl, IActionControl>();
-    const auto view = action.QueryOrThrow<IAction>();
-    WideString name = u"untouched";
-    GUID type = ForcedStopActionType;
-    EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
-    EXPECT_EQ(action->SetNameAndType(u"A", GUID{}), E_INVALIDARG);
-    EXPECT_EQ(view->GetName(&name), E_UNEXPECTED);
-    EXPECT_EQ(view->GetType(&type), E_UNEXPECTED);
-    EXPECT_TRUE(name == u"untouched" && type == ForcedStopActionType);
-    EXPECT_EQ(action->SetNameAndType(u"A", ScheduleActionType), S_OK);
-    EXPECT_EQ(action->SetNameAndType(u"B", GUID{}), E_INVALIDARG);
-    EXPECT_EQ(view->GetName(&name), S_OK);
-    EXPECT_EQ(view->GetType(&type), S_OK);
-    EXPECT_TRUE(name == u"A" && type == ScheduleActionType);
-}
-
 TEST_F(Subscriptions, ActInEachStateAsItsTableTells) {
     const struct {
         const char* steps;

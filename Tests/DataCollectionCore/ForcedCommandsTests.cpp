@@ -137,18 +137,6 @@ TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
     service_->Release();
 }
 
-TEST_F(ForcedCommands, FindTheirPairAlreadyWhileTheWatchStarts) {
-    service_->next = NewObject<FakeWatch>();
-    service_->next->onStart = [this] {
-        EXPECT_EQ(Report({{u"Stop"}}), S_OK);
-        Cycle();
-        return S_OK;
-    };
-    const SubscriptionPtr subscription = SubscribeForced(listener_);
-    Cycle();
-    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStop"});
-}
-
 TEST_F(ForcedCommands, AreServedAsTheReportTells) {
     const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::OnTriggered failed: ";
     const std::string empty = "WARN Empty attribute: 'Command'.", bad = "ERR Invalid forced command format: ACNode[";

@@ -55,14 +55,6 @@ TEST_F(Schedules, RefuseABadRecordWithItsWords) {
     }
 }
 
-TEST_F(Schedules, AcceptEveryRecordWithinTheRules) {
-    std::vector<TimedActionSettings> table{{100000, false, 4294967, Repeat, 0}, {86399, false, 0, SpecificTime, 1500}};
-    for (const std::uint32_t seconds : {1, 5, 3600, 7200, 43200, 86400, 172800, 864000, 49 * 86400}) {
-        table.push_back({86399, false, seconds, SpecificTime, 0});
-    }
-    for (const auto& settings : table) EXPECT_NO_THROW(TimedAction{settings}) << settings.IntervalSeconds;
-}
-
 TEST_F(Schedules, WorkOutTheirFirstRun) {
     struct Zone {
         Platform::DWORD result;
@@ -147,22 +139,4 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
             if (step.run) action.SetTriggeredTime(moment);
         }
     }
-}
-
-TEST_F(Schedules, LogEachCheckAndEachRun) {
-    System.clock = Day;
-    TimedAction action({0, false, 3600, Repeat, 0});
-    const std::string name = Shown(action.GetAction()), quoted = "DBG2 Action: '" + name + "'.";
-    const std::string checked = "DBG2 Checked time: 2024-02-29 ", hour = "DBG2 IntervalStart: 2024-02-29 01:00:00.000";
-    CapturedLog log("DBG2");
-    action.ShouldBeTriggered(Day + 59min);
-    action.ShouldBeTriggered(Day + 61min);
-    action.SetTriggeredTime(Day + 61min);
-    action.ShouldBeTriggered(Day + 62min);
-    EXPECT_TRUE(log.Wrote({quoted, checked + "00:59:00.000", "DBG2 Action: " + name + "'.",
-                           "DBG2 ActionFirstRunTime does not come",         // not reached
-                           quoted, checked + "01:01:00.000", quoted, hour,  // due
-                           "DBG Action: '" + name + "'.", "DBG Triggered time set: 2024-02-29 01:01:00.000",  //
-                           quoted, checked + "01:02:00.000", quoted, hour, quoted,
-                           "DBG2 Action already triggered during the current interval."}));
 }

@@ -113,17 +113,3 @@ TEST_F(TimerCycle, AllocatesNothingWhileNothingIsDue) {
     Cycle();
     EXPECT_EQ(listener_->TakeCalls().size(), 1000u);
 }
-
-TEST_F(TimerCycle, IsNotReachedByARefusedRegistration) {
-    const TimedActionSettings bad{};
-    auto* const untouched = reinterpret_cast<IActionSubscription*>(0x10);
-    IActionSubscription* subscription = untouched;
-    CapturedLog log("ERR");
-    EXPECT_EQ(manager_->SubscribeRegularAction(nullptr, &EveryMillisecond, &subscription), E_POINTER);
-    EXPECT_EQ(manager_->SubscribeRegularAction(listener_.Get(), &EveryMillisecond, nullptr), E_POINTER);
-    EXPECT_EQ(manager_->SubscribeRegularAction(listener_.Get(), &bad, &subscription), E_INVALIDARG);
-    EXPECT_EQ(subscription, untouched);
-    const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::SubscribeRegularAction failed: ";
-    EXPECT_TRUE(
-        log.Wrote({failed + "0x80004003 *", failed + "0x80004003 *", "ERR Invalid *", failed + "0x80070057 *"}));
-}

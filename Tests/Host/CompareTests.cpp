@@ -115,15 +115,4 @@ TEST_F(Trees, TriggerForNewAndChangedItemsAlone) {
     }
 }
 
-TEST_F(Trees, TriggerForItemsThatAppearOrMoveAndNotForItemsThatGo) {
-    const std::string items = WriteItems("items.xml", Item("A", 1));
-    const std::string moved = WriteItems("moved.xml", Item("A", 1), "Other");
-    const std::string bare = Write("bare.xml", "<node name=\"Config\" type=\"\"/>");
-    EXPECT_EQ(RunHost({"compare", bare, items}).code, 0);
-    EXPECT_EQ(RunHost({"compare", items, bare}).code, 3);
-    const auto result = RunHost({"compare", "--json", items, moved});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_THAT(result.lines.front(), HasSubstr(R"("reason":"item 'A' moved from \\Config\\ScopeItems\\A to )"));
-}
-
 }  // namespace

@@ -39,12 +39,6 @@ TEST_F(LogFiles, ComeOutInUtf8WithTheLineEndsOfATextFile) {
     EXPECT_EQ(result.errors, "");
 }
 
-TEST_F(LogFiles, ShowASeverityAndWhatIsMoreSevere) {
-    Append(Line("DBG ", "a") + Line("WARN", "b\r\nb2") + Line("INFO", "c") + Line("ERR ", "d") + Line("    ", "e"));
-    const auto result = RunHost({"log", "--severity", "WARN", file_});
-    EXPECT_THAT(result.lines, ElementsAre(HasSubstr("| b"), "b2", HasSubstr("| d")));
-}
-
 TEST_F(LogFiles, BecomeOneJsonObjectALine) {
     Append(Line("WARN", "  say \"hi\"\r\nnext"));
     ChildProcess host({"log", "--json", "-"});

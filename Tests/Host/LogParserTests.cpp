@@ -65,26 +65,6 @@ TEST(LogLine, IsTakenApartAtItsBars) {
     EXPECT_EQ(entry.message, u"  Entering: a | b");
 }
 
-TEST(LogLine, HasRoomForTheLongestNamesAndNumbers) {
-    const std::u16string text =
-        u"2024-03-05 07:08:09.0120345 |      |65535     1 | ABCDEFGHIJKLMNOPQRSTUVWXYZ:123456| x";
-    const auto entry = ParseLogEntry(text).value();
-    EXPECT_EQ(entry.severity, u"");
-    EXPECT_EQ(entry.process, 65535u);
-    EXPECT_EQ(entry.source, u"ABCDEFGHIJKLMNOPQRSTUVWXYZ");
-    EXPECT_EQ(entry.line, 123456u);
-}
-
-TEST(LogLine, IsNothingElse) {
-    for (const char16_t* text :
-         {u"", u"text", u"2024-03-05 07:08:09.012034 | DBG  | 4660    86 | A:29 | x",
-          u"2024-03-05 07:08:09.0120345 | DBG  | 4660    86 | A29 | x",
-          u"2024-03-05 07:08:09.0120345 | DBG  | 4x60    86 | A:29 | x",
-          u"2024-03-05 07:08:09.0120345 | DBG  | 4660    86 | A:29", u"2024-03-05 07:08:09.0120345"}) {
-        EXPECT_FALSE(ParseLogEntry(text));
-    }
-}
-
 TEST(LogParser, GivesTheSameWhereverTheBytesAreDivided) {
     const std::string bytes = Bytes(Banner + Line(u"one") + Line(u"two\r\n  inside\nlast") + Line(u"") + Banner +
                                     Line(u"\u010A\u0A0A\u0D00 \U0001F600"));
@@ -104,17 +84,6 @@ TEST(LogParser, FindsTheLineBehindOneThatWasCut) {
     const auto said = Read(cut + Bytes(Banner) + whole);
     EXPECT_THAT(said, ElementsAre("bad " + offset + " the line before is cut here", "line cut", StartsWith("banner"),
                                   "line whole"));
-}
-
-TEST(LogParser, FindsTheLineBehindHalfACharacter) {
-    const std::string whole = Bytes(Line(u"whole"));
-    for (std::size_t length = 1; length < whole.size(); length += 2) {
-        const auto said = Read(whole + whole.substr(0, length) + whole + whole);
-        const std::string bad = "bad " + std::to_string(whole.size() + length - 1) + " half a character";
-        EXPECT_EQ(std::ranges::count(said, bad), 1) << length;
-        EXPECT_GE(std::ranges::count(said, "line whole"), 2) << length;
-        EXPECT_EQ(said.back(), "line whole") << length;
-    }
 }
 
 TEST(LogParser, TellsWhereTheInputIsNoLog) {
@@ -137,35 +106,6 @@ TEST(LogParser, TellsWhereTheInputIsNoLog) {
     EXPECT_THAT(Read(std::string(1 << 20, 'x')), testing::SizeIs(2)) << "the end and the stray bytes, each once";
     EXPECT_THAT(Read(Bytes(u"\uFEFF" + Line(u"x"))), ElementsAre("line x"));
     EXPECT_THAT(Read(""), IsEmpty());
-}
-
-TEST(LogParser, HandsTheLastLineOnWhenNothingFollowsForAWhile) {
-    Heard heard;
-    LogParser parser(heard);
-    const std::string line = Bytes(Line(u"x"));
-    parser.Feed(line);
-    parser.Feed(line.substr(0, 5));
-    parser.Flush();
-    EXPECT_THAT(heard.said, IsEmpty()) << "more is on its way";
-    parser.Feed(line.substr(5));
-    EXPECT_THAT(heard.said, ElementsAre("line x"));
-    parser.Flush();
-    EXPECT_THAT(heard.said, ElementsAre("line x", "line x"));
-}
-
-TEST(TracedCall, IsReadFromTheEndOfItsTrace) {
-    const auto returned = ParseTracedCall(u"    Exiting: A::B [1 234.567 ms]").value();
-    EXPECT_EQ(returned.name, u"A::B");
-    EXPECT_EQ(returned.microseconds, 1234567);
-    EXPECT_FALSE(returned.exception);
-    const auto left = ParseTracedCall(u"EXCEPTION at: A [x] [0.012 ms]").value();
-    EXPECT_EQ(left.name, u"A [x]");
-    EXPECT_EQ(left.microseconds, 12);
-    EXPECT_TRUE(left.exception);
-    for (const char16_t* message : {u"Entering: A", u"Exiting: A", u"Exiting: A [12 ms]", u"Exiting: A [a.bcd ms]",
-                                    u"Exiting: A [ ms]", u"Exiting: [ms]", u"x Exiting: A [0.001 ms]"}) {
-        EXPECT_FALSE(ParseTracedCall(message)) << Harbor::ToUtf8(message);
-    }
 }
 
 TEST(SlowestCalls, AreTheSlowestOfAllAndOfEqualOnesTheFirst) {

@@ -56,47 +56,6 @@ TEST(Durations, AreANumberWithAUnit) {
     for (const auto& [text, expected] : cases) EXPECT_EQ(ParseDuration(text), expected) << text;
 }
 
-TEST(Schedules, KeepTheUnitThatTheModuleHasRulesFor) {
-    const auto inMilliseconds = ParseRepeat("7000ms").value();
-    EXPECT_EQ(inMilliseconds.IntervalMilliseconds, 7000u);
-    EXPECT_EQ(inMilliseconds.IntervalSeconds, 0u);
-    const auto inSeconds = ParseRepeat("2h").value();
-    EXPECT_EQ(inSeconds.IntervalSeconds, 7200u);
-    EXPECT_EQ(inSeconds.IntervalMilliseconds, 0u);
-    EXPECT_EQ(inSeconds.Type, TimedActionType::Repeat);
-}
-
-TEST(Schedules, OfAClockTimeRunOnceADayUnlessAnIntervalIsGiven) {
-    const auto daily = ParseClockSchedule("07:30:05", std::nullopt, {}).value();
-    EXPECT_EQ(daily.StartSeconds, 27005u);
-    EXPECT_EQ(daily.IntervalSeconds, 86400u);
-    EXPECT_EQ(daily.Type, TimedActionType::SpecificTime);
-    EXPECT_FALSE(daily.IsLocalTime);
-    const auto local = ParseClockSchedule("23:59:59,1500ms", -7200, {}).value();
-    EXPECT_EQ(local.StartSeconds, 86399u);
-    EXPECT_EQ(local.IntervalMilliseconds, 1500u);
-    EXPECT_TRUE(local.IsLocalTime);
-}
-
-TEST(Schedules, FromNowOnStartAtTheNextFullSecondOfTheirOwnDay) {
-    const TimePoint now = std::chrono::sys_days{std::chrono::year{2024} / 3 / 5} + 23h + 59min + 58s + 1ms;
-    const std::optional<std::int32_t> utc;
-    EXPECT_EQ(ParseClockSchedule("+0s", utc, now)->StartSeconds, 86399u);
-    EXPECT_EQ(ParseClockSchedule("+999ms", utc, now)->StartSeconds, 86399u);
-    EXPECT_EQ(ParseClockSchedule("+1s", utc, now)->StartSeconds, 0u);
-    EXPECT_EQ(ParseClockSchedule("+1h,5s", utc, now)->StartSeconds, 3599u);
-    // Half past five ahead of UTC, and five hours behind it.
-    EXPECT_EQ(ParseClockSchedule("+1s", -19800, now)->StartSeconds, 19800u);
-    EXPECT_EQ(ParseClockSchedule("+1s", 18000, now)->StartSeconds, 68400u);
-}
-
-TEST(Schedules, ThatAreMalformedAreNone) {
-    for (const char* text : {"", "7:30:00", "24:00:00", "00:60:00", "00:00:60", "00-00-00", "00:00", "00:00:00,", "+",
-                             "00:00:00,5", "+5", "00:00:00,5s,6s", "0x:00:00", "+1:00:00"}) {
-        EXPECT_FALSE(ParseClockSchedule(text, std::nullopt, {})) << text;
-    }
-}
-
 TEST(Options, CarryWhatWasAskedForUnderTheNameItHadThere) {
     const auto options = Parse({"--every", "500ms", "--at", "07:30:00,12h", "--local", "--every=1h", "--watch", "P/L",
                                 "--bit0", "--polling", "20", "--duration", "3s", "--json", "--module", "M.so"});
@@ -149,12 +108,6 @@ TEST(Options, ThatAreWrongAreRefusedByNameAndValueWithWhatWouldBeRight) {
     }
 }
 
-TEST(Options, OfALogNameTheSeverityInAnyCase) {
-    EXPECT_EQ(Parse<LogOptions>({"log", "x", "--severity", "warn"}).leastSevere, 3u);
-    EXPECT_EQ(Parse<LogOptions>({"log", "x", "--severity", "DBG3"}).leastSevere, 7u);
-    EXPECT_FALSE(Parse<LogOptions>({"log", "x"}).leastSevere);
-}
-
 class ConfigFiles : public testing::Test {
 protected:
     std::string Write(const std::string& text) {
@@ -181,13 +134,6 @@ TEST_F(ConfigFiles, HoldTheLongOptionsWithALineForEachValue) {
     EXPECT_EQ(options.duration, 4s);
 }
 
-TEST_F(ConfigFiles, GiveWayToTheCommandLine) {
-    const std::string file = Write("every = 500ms\nduration = 4s\n");
-    const auto options = Parse({"--config", file.c_str(), "--duration", "9s"});
-    EXPECT_EQ(options.schedules.size(), 1u);
-    EXPECT_EQ(options.duration, 9s);
-}
-
 TEST_F(ConfigFiles, AreRefusedWithTheLineThatIsWrong) {
     for (const char* line : {"evry = 1s", "every", "[section]", "= 1s", "help = true", "config = other.ini"}) {
         const std::string file = Write(std::string("every = 1s\n\n") + line + "\n");
@@ -195,22 +141,6 @@ TEST_F(ConfigFiles, AreRefusedWithTheLineThatIsWrong) {
     }
     const std::string file = Write("every = often\n");
     EXPECT_THAT(Refusal({"--config", file.c_str()}), HasSubstr("\"often\""));
-}
-
-TEST(Commands, WriteTheCommandPointOfTheirTwoNames) {
-    const auto command = std::get<WriteCommand>(ParseCommand("  stop \"Big Plant\" Line1"));
-    EXPECT_EQ(command.path, u"\\Commands\\ManagedObjectsDataCollectionCommand\\Big Plant\\Line1");
-    ASSERT_EQ(command.attributes.size(), 1u);
-    EXPECT_EQ(command.attributes[0].name, u"Command");
-    EXPECT_EQ(command.attributes[0].value, u"Stop");
-}
-
-TEST(Commands, WriteAnyNodeWithAllItsAttributes) {
-    const auto command = std::get<WriteCommand>(ParseCommand("write \"\\A b\\C\" \"x=1 2\" y= z=a=b"));
-    EXPECT_EQ(command.path, u"\\A b\\C");
-    std::vector<std::u16string> attributes;
-    for (const auto& [name, value] : command.attributes) attributes.push_back(name + u":" + value);
-    EXPECT_THAT(attributes, ElementsAre(u"x:1 2", u"y:", u"z:a=b"));
 }
 
 TEST(Commands, ThatAreWrongAreRefusedWithTheirForm) {
@@ -226,22 +156,6 @@ TEST(Commands, ThatAreWrongAreRefusedWithTheirForm) {
             EXPECT_THAT(refusal.what(), HasSubstr(right)) << line;
         }
     }
-}
-
-TEST(Lateness, IsToldAsLeastMiddleAndMost) {
-    LatenessStatistics statistics;
-    EXPECT_FALSE(statistics.LatenessRange());
-    statistics.Add(std::nullopt);
-    EXPECT_FALSE(statistics.LatenessRange());
-    for (const auto& late : {30ms, 1ms, 20ms, 2ms}) statistics.Add(late);
-    statistics.Add(Ticks{-1});  // the clock went back
-    EXPECT_EQ(statistics.Calls(), 6u);
-    const auto range = statistics.LatenessRange().value();
-    EXPECT_DOUBLE_EQ(range.min, -0.1);
-    EXPECT_DOUBLE_EQ(range.median, 2);
-    EXPECT_DOUBLE_EQ(range.max, 30);
-    statistics.Add(40ms);
-    EXPECT_DOUBLE_EQ(statistics.LatenessRange()->median, 2) << "the lower of the two in the middle";
 }
 
 }  // namespace

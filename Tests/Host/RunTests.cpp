@@ -78,14 +78,6 @@ TEST(Host, TellsItsStateWhenAsked) {
     EXPECT_EQ(result.code, 0);
 }
 
-TEST(Host, CarriesOutGivenCommandsInTheOrderOfTheirTimes) {
-    const auto result =
-        RunHost({"--every", "1h", "--json", "--do", "30ms quit", "--do", "20ms alive", "--do", "10ms status"});
-    std::vector<std::string> events;
-    for (const json& object : Parse(result.lines)) events.push_back(object["event"]);
-    EXPECT_THAT(events, ElementsAre("status", "alive", "summary", "alive"));
-}
-
 TEST(Host, SumsUpEachRegistration) {
     ChildProcess host({"--polling", "5", "--every", "20ms", "--every", "1h", "--json"});
     auto lines = host.ReadUntil("call");

@@ -88,31 +88,6 @@ void CheckBaseSlots(std::initializer_list<void*> views) {
 
 class SlotTest : public StoreTest {};
 
-TEST_F(SlotTest, OfTheModuleObjectStandInTheOrderOfTheContract) {
-    const ScopedVariable tracking("GS_Debug_EnableAliveObjectsTracking", "1");
-    LoadedModule module("WARN");
-    void* const view = module.Object();
-    EXPECT_EQ(Call<std::uint32_t>(view, 0), 0xFFFFFFFF);  // AddRef
-    EXPECT_EQ(Call<std::uint32_t>(view, 1), 0xFFFFFFFF);  // Release
-    void* found = nullptr;
-    EXPECT_EQ(Call(view, 2, &IComponentsModule::Id, &found), S_OK);
-    EXPECT_EQ(found, view);
-
-    void* created = nullptr;
-    EXPECT_EQ(Call(view, 8, &DefaultTriggerStrategyClassId, &ITriggerStrategy::Id, &created), S_OK);
-    EXPECT_EQ(Call(view, 3), S_OK);  // NoOperation
-    EXPECT_EQ(module.Log(), "");
-    EXPECT_EQ(Call(view, 4), S_OK);  // DumpAliveObjects
-    EXPECT_THAT(module.Log(), HasSubstr("| Alive component objects: 1\r\n"));
-    EXPECT_EQ(Call<std::uint32_t>(created, 1), 0u);
-
-    std::int32_t locked = -1;
-    EXPECT_EQ(Call<std::uint32_t>(view, 5), 1u);  // LockModule
-    EXPECT_EQ(Call(view, 7, &locked), S_OK);
-    EXPECT_EQ(locked, 1);
-    EXPECT_EQ(Call<std::uint32_t>(view, 6), 0u);  // UnlockModule
-}
-
 // A delivered action for hand-made calls, of a manager that has ended since.
 ComponentPtr<IAction> TakeAction(const LoadedModule& module) {
     const auto manager = module.Create();

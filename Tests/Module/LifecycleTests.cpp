@@ -74,27 +74,6 @@ TEST_F(ModuleTest, RefusesWhatItCannotCreateAndEndsWhatItBuiltForIt) {
               3u);
 }
 
-TEST_F(ModuleTest, IsLockedWhileAnObjectLivesOrALockIsHeld) {
-    LoadedModule module;
-    const auto isLocked = [&] {
-        std::int32_t flag = -1;
-        EXPECT_EQ(module->IsModuleLocked(&flag), S_OK);
-        return flag;
-    };
-    EXPECT_EQ(module->IsModuleLocked(nullptr), E_POINTER);
-    EXPECT_EQ(isLocked(), 0);
-    EXPECT_EQ(module->LockModule(), 1u);
-    EXPECT_EQ(isLocked(), 1);
-    Listener listener;
-    auto manager = module.Create();
-    auto subscription = Subscribe(manager, listener, Every(1));
-    EXPECT_EQ(module->UnlockModule(), 3u);  // the manager, the subscription and its action
-    manager.Reset();
-    EXPECT_EQ(isLocked(), 1);
-    subscription.Reset();
-    EXPECT_EQ(isLocked(), 0);
-}
-
 TEST_F(ModuleTest, LeavesMemoryAtEachOfManyUnloads) {
     for (int loads = Sanitized ? 50 : 1000; loads > 0 && !HasFailure(); --loads) {
         LoadedModule module;

@@ -297,68 +297,6 @@ TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFin
     }
 }
 
-TEST_F(ConfigServerTest, AnEndedSubscriptionIsUnknown) {
-    Listener listener;
-    const Subscription subscription = Watch(listener, u"\\A");
-    EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), S_OK);
-    EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), NOT_FOUND);
-    EXPECT_EQ(subscription->Start(), ConfigServer::WatchEnded);
-    EXPECT_EQ(service_->RemoveSubscription(nullptr), E_POINTER);
-    const ComponentPtr<IACConfigService> otherService = CreateConfigServer().QueryOrThrow<IACConfigService>();
-    const Subscription own = Watch(listener, u"\\A");
-    EXPECT_EQ(otherService->RemoveSubscription(own.Get()), NOT_FOUND);
-}
-
-TEST_F(ConfigServerTest, ACallbackMayCallTheService) {
-    Listener inner;
-    Listener other;
-    Subscription innerSubscription;
-    Subscription bystander;
-    Listener outer([&](IACModifySubscription* subscription, IACNodeModifyEnum*) {
-        innerSubscription = Watch(inner, u"\\Inner");
-        Write(u"\\Inner\\Node", u"from a callback");
-        EXPECT_EQ(service_->RemoveSubscription(bystander.Get()), S_OK);
-        return service_->RemoveSubscription(subscription);
-    });
-    const Subscription subscription = Watch(outer, u"\\A");
-    bystander = Watch(other, u"\\A");
-    Write(u"\\A\\B", u"1");
-    EXPECT_EQ(Values(inner.WaitFor(1)), std::vector<WideString>{u"from a callback"});
-    EXPECT_TRUE(other.All().empty());
-}
-
-TEST_F(ConfigServerTest, TheServiceEndsWithReportsPending) {
-    const std::uint64_t handlesWithoutService = OpenHandles() - 1;  // the service holds one to its tree
-    LingeringCallback callback;
-    const Subscription subscription = Watch(callback.listener, u"\\A");
-    for (int number = 0; number < 100; ++number) Write(u"\\A\\B", Number(number));
-    callback.ExpectThatItIsWaitedForBy([this] { EndService(); });
-    EXPECT_EQ(OpenHandles(), handlesWithoutService);  // though a client still holds its subscription
-    EXPECT_EQ(callback.listener.All().size(), 1u);
-    EXPECT_EQ(subscription->Start(), ConfigServer::WatchEnded);
-}
-
-TEST_F(ConfigServerTest, TheServiceMayEndInsideACallback) {
-    const std::uint64_t handlesWithoutService = OpenHandles() - 1;  // the service holds one to its tree
-    std::latch subscribed{1};
-    std::latch ended{1};
-    Subscription subscription;
-    Listener listener([&](IACModifySubscription*, IACNodeModifyEnum*) {
-        subscribed.wait();
-        EndService();
-        subscription.Reset();
-        ended.count_down();
-        return S_OK;
-    });
-    subscription = Watch(listener, u"\\A");
-    Write(u"\\A\\B", u"1");
-    Write(u"\\A\\B", u"2");
-    subscribed.count_down();
-    ended.wait();
-    while (OpenHandles() != handlesWithoutService) std::this_thread::yield();
-    EXPECT_EQ(listener.All().size(), 1u);
-}
-
 TEST_F(ConfigServerTest, BadRequestsAreRefusedAndLeaveTheTreeAsItWas) {
     Listener listener;
     const Subscription all = Watch(listener, u"\\A");

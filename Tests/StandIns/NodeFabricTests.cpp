@@ -139,17 +139,6 @@ TEST_F(NodeFabric, ConvertsNumbersWhereTheValueFits) {
     }
 }
 
-TEST_F(NodeFabric, RefusesBytesThatAreNoValueOfTheType) {
-    const NodePtr node = NewNode(u"Node");
-    const unsigned char two[16] = {2};
-    const std::pair<std::uint16_t, std::uint32_t> rows[] = {{0, 4}, {5, 4}, {8, 4}, {3, 8}, {4, 2}, {6, 4},
-                                                            {7, 4}, {7, 1}, {1, 0}, {2, 3}, {2, 2}};
-    for (const auto& [type, size] : rows) {
-        EXPECT_EQ(AcnSetAttribute(node.get(), u"A", type, two, size), E_INVALIDARG) << type << ", " << size;
-    }
-    EXPECT_EQ(AcnGetAttribute(node.get(), u"A", nullptr, nullptr, nullptr, nullptr), NOT_FOUND);
-}
-
 TEST_F(NodeFabric, HoldsAndDumpsAChainThatIsDeeperThanTheCallStack) {
     constexpr std::size_t Depth = 300'000;
     NodePtr root = NewNode(u"x"), end = Open(AcnDuplicateNodeHandle, root.get());

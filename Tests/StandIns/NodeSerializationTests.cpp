@@ -69,28 +69,4 @@ TEST_F(NodeSerialization, WritesWellFormedUtf8WhateverTheTextHolds) {
     }
 }
 
-TEST_F(NodeSerialization, EndsWithTheReceiversFailure) {
-    const NodePtr root = NewNode(std::u16string(40'000, u'n').c_str());
-    int calls = 0;
-    EXPECT_EQ(DumpTo([&](auto) { return ++calls == 2 ? E_ABORT : S_OK; }, root.get()), E_ABORT);
-    EXPECT_EQ(calls, 2);
-    EXPECT_EQ(DumpTo([](auto) -> HRESULT { throw std::bad_alloc(); }, root.get()), E_OUTOFMEMORY);
-}
-
-// The receiver takes apart what is being dumped; the dump must neither crash nor leave an element open.
-TEST_F(NodeSerialization, LetsTheReceiverTakeTheTreeApart) {
-    const NodePtr root = NewNode(u"Root");
-    NodePtr branch = AddChild(root, u"Branch");
-    for (int leaf = 0; leaf < 2000; ++leaf) AddChild(branch, u"Leaf");
-    std::string text;
-    const auto takeApart = [&](std::string_view block) {
-        EXPECT_EQ(AcnRemoveChild(root.get(), branch.get()), text.empty() ? S_OK : E_INVALIDARG);
-        branch.reset();
-        text += block;
-        return S_OK;
-    };
-    EXPECT_EQ(DumpTo(takeApart, root.get()), S_OK);
-    EXPECT_TRUE(text.ends_with(std::string("    </node>\n  </node>\n</nr>\n") + '\0'));
-}
-
 }  // namespace
