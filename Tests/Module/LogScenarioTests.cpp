@@ -1,166 +1,75 @@
 #include <cinttypes>
 #include <cstdio>
 #include <map>
+#include <regex>
 #include <sstream>
 
+#include "ConfigServer/ConfigServer.h"
 #include "LoadedModule.h"
+#include "ModuleBroker/ModuleBroker.h"
 
 namespace {
 
-// Whether the text has the form at that place: "#" stands for a digit, "X" for an upper-case hexadecimal one.
-bool HasForm(std::string_view text, std::size_t at, std::string_view form) {
-    if (text.size() - at < form.size()) return false;
-    return std::equal(form.begin(), form.end(), text.begin() + static_cast<std::ptrdiff_t>(at), [](char f, char c) {
-        const bool isDigit = c >= '0' && c <= '9';
-        return f == '#' ? isDigit : f == 'X' ? isDigit || (c >= 'A' && c <= 'F') : f == c;
-    });
-}
+const std::string Namespace = "DataCollection::ActionManagement::";
 
-// Gives names to what differs from run to run.
+// Gives names to what differs from run to run; "~" stands for the namespace of the manager.
 class Normalizer {
 public:
     void Name(const void* pointer, const char* name) {
         char digits[17];
         std::snprintf(digits, sizeof(digits), "%016" PRIXPTR, reinterpret_cast<std::uintptr_t>(pointer));
-        forms_[digits] = name;
+        pointers_.emplace_back(digits, name);
     }
     std::string operator()(std::string text) const {
-        for (const auto& [form, name] : forms_) {
-            for (std::size_t at = 0; at < text.size(); ++at) {
-                if (HasForm(text, at, form)) text.replace(at, form.size(), name);
-            }
-        }
+        static const std::regex elapsed(R"(\[\d{1,3}( \d{3})*\.\d{3} ms\]$)");
+        static const std::regex time(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3})");
+        static const std::regex handle(R"(\[0x[0-9A-F]{16}\]:)");
+        static const std::regex unnamed("'[0-9A-F]{16}'");
+        for (const auto& [form, name] : pointers_) text = std::regex_replace(text, form, name);
+        text = std::regex_replace(text, elapsed, "[ELAPSED]");
+        text = std::regex_replace(text, time, "TIME");
+        text = std::regex_replace(text, handle, "[HANDLE]:");
+        text = std::regex_replace(text, unnamed, "'OTHER'");
+        for (std::size_t at; (at = text.find(Namespace)) != text.npos;) text.replace(at, Namespace.size(), "~");
         return text;
     }
 
 private:
-    std::map<std::string, std::string> forms_{
-        {" [#.### ms]", " [ELAPSED]"},     {" [##.### ms]", " [ELAPSED]"},      {" [###.### ms]", " [ELAPSED]"},
-        {" [# ###.### ms]", " [ELAPSED]"}, {"####-##-## ##:##:##.###", "TIME"}, {"[0xXXXXXXXXXXXXXXXX]:", "[HANDLE]:"}};
+    std::vector<std::pair<std::regex, std::string>> pointers_;
 };
 
 // The messages of each thread, in the order in which the threads appear: severity, indentation and words. Of a message
 // of several lines the first stands; entry and exit of a method that logs nothing in between are one.
 std::vector<std::string> MessagesByThread(const std::string& log, const Normalizer& normalize) {
+    static const std::regex line(R"([-0-9]{10} [:.0-9]{16} \| ([A-Z0-9 ]{4})[^|]*\|([^|]*)\|[^|]*\|(.*)\r)");
     std::vector<std::string> messages;
     std::map<std::string, std::size_t> threads;
     std::istringstream lines(log);
-    std::string line, severity, ids, text;
-    while (std::getline(lines, line, '\n')) {
-        if (!HasForm(line, 0, "####-##-## ##:##:##.####### | ") || !line.ends_with('\r')) continue;
-        std::istringstream fields(line.substr(30, line.size() - 31));
-        std::getline(std::getline(std::getline(fields, severity, '|'), ids, '|').ignore(40, '|'), text);
-        text = severity.substr(0, 4) + normalize(text) + "\n";
-        const std::size_t thread = threads.emplace(ids, threads.size()).first->second;
+    std::string text;
+    while (std::getline(lines, text)) {
+        std::smatch fields;
+        if (!std::regex_match(text, fields, line)) continue;
+        const std::string message = fields.str(1) + normalize(fields.str(3)) + "\n";
+        const std::size_t thread = threads.emplace(fields[2], threads.size()).first->second;
         messages.resize(threads.size());
         std::string& before = messages[thread];
         // The entry that this exit would follow.
-        std::string entry = text;
-        if (const std::size_t at = text.find("Exiting: "); at != text.npos && text.ends_with(" [ELAPSED]\n")) {
+        std::string entry = message;
+        if (const std::size_t at = message.find("Exiting: "); at != message.npos && message.ends_with(" [ELAPSED]\n")) {
             entry.replace(at, 7, "Entering").erase(entry.rfind(" [ELAPSED]"), 10);
         }
-        if (entry != text && before.ends_with(entry)) {
+        if (entry != message && before.ends_with(entry)) {
             before.insert(before.rfind("Entering: ") + 8, " and exiting");
         } else {
-            before += text;
+            before += message;
         }
     }
     return messages;
 }
 
-const std::string Namespace = "DataCollection::ActionManagement::";
-
-// In these tables "~" stands for the namespace of the manager.
-constexpr char OfTheClient[] =
-    R"(DBG  Entering: ~ActionManager::SubscribeRegularAction
-DBG    Entering: ~TimedAction::TimedAction
-DBG      Regular action:[Repeat; Start = 0(sec); IsLocalTime = 0; Interval = 0(sec) 1 (ms)] action created: 'ACTION'.
-DBG      Action creation time: TIME
-DBG      Action First Run Time: TIME
-DBG      Entering and exiting: DataCollection::ActionImpl::SetNameAndType
-DBG    Exiting: ~TimedAction::TimedAction [ELAPSED]
-DBG    Entering: ~ActionManager::CreateSubscription
-DBG      Entering and exiting: ~ActionSubscription::SetListener
-DBG      Entering: ~ActionSubscription::SetAction
-DBG        Entering and exiting: DataCollection::ActionImpl::OnSubscriptionAttached
-DBG        Subscription 'SUBSCRIPTION' Subscription ID 'CONTROL'. Attached action 'ACTION'
-DBG      Exiting: ~ActionSubscription::SetAction [ELAPSED]
-DBG      Subscription 'SUBSCRIPTION' created. Subscription ID: 'CONTROL'.
-DBG    Exiting: ~ActionManager::CreateSubscription [ELAPSED]
-DBG  Exiting: ~ActionManager::SubscribeRegularAction [ELAPSED]
-DBG  Entering: ~ActionSubscription::Start
-DBG    Subscription 'SUBSCRIPTION' Subscription ID 'CONTROL'. starting.
-DBG  Exiting: ~ActionSubscription::Start [ELAPSED]
-DBG  Entering: ~ActionManager::Configure
-DBG    ActionManager configuration: ACNode[HANDLE]:
-DBG    Entering and exiting: ~GlobalSettings::Load
-DBG    Entering and exiting: ~ActionManager::Initialize
-DBG  Exiting: ~ActionManager::Configure [ELAPSED]
-DBG  Subscription 'SUBSCRIPTION' Subscription ID 'CONTROL' is deleted.
-DBG  Entering: ~ActionManager::FinalRelease
-DBG    Entering and exiting: ~ActionManager::Stop
-DBG  Exiting: ~ActionManager::FinalRelease [ELAPSED]
-)";
-
-// The cycle that delivers, and in which the listener unsubscribes; the one that drops what is dead; empty ones.
-constexpr char OfTheWorker[] =
-    R"(DBG  Entering: ~ActionManager::Start
-DBG3   Entering and exiting: ~GlobalSettings::PollingIntervalInMilliseconds
-DBG2   Entering: ~ActionManager::OnTimerEvent
-DBG2     Entering: ~ActionManager::UpdateSubscriptions
-DBG2       Entering and exiting: ~ActionSubscription::IsAlive
-DBG2     Exiting: ~ActionManager::UpdateSubscriptions [ELAPSED]
-DBG2     Entering: ~ActionManager::EraseDisposedActions
-DBG2       Entering and exiting: DataCollection::ActionImpl::IsDisposed
-DBG2     Exiting: ~ActionManager::EraseDisposedActions [ELAPSED]
-DBG2     Entering: ~ActionManager::UpdateRegularActions
-DBG2       Entering: ~TimedAction::ShouldBeTriggered
-DBG2         Action: 'ACTION'.
-DBG2         Checked time: TIME
-DBG2         Action: 'ACTION'.
-DBG2         IntervalStart: TIME
-DBG2       Exiting: ~TimedAction::ShouldBeTriggered [ELAPSED]
-DBG        Entering: ~TimedAction::SetTriggeredTime
-DBG          Action: 'ACTION'.
-DBG          Triggered time set: TIME
-DBG        Exiting: ~TimedAction::SetTriggeredTime [ELAPSED]
-DBG        Entering and exiting: DataCollection::ActionImpl::SetTriggered
-DBG2     Exiting: ~ActionManager::UpdateRegularActions [ELAPSED]
-DBG2     Entering: ~ActionManager::UpdateForcedActions
-DBG2       Entering and exiting: ~ConfigurationUpdateQueue::Peek
-DBG2     Exiting: ~ActionManager::UpdateForcedActions [ELAPSED]
-DBG2     Entering: ~ActionSubscription::TriggerActionsIfNeeded
-DBG2       Entering and exiting: DataCollection::ActionImpl::GetTriggered
-DBG        Subscription 'SUBSCRIPTION' Subscription ID 'CONTROL'. Attached action 'ACTION' becomes triggered.
-DBG        Entering and exiting: DataCollection::ActionImpl::GetName
-DBG        Entering: ~ActionSubscription::Unsubscribe
-DBG          Subscription 'SUBSCRIPTION' Subscription ID 'CONTROL'. will be unsubscribed.
-DBG        Exiting: ~ActionSubscription::Unsubscribe [ELAPSED]
-DBG        Entering and exiting: DataCollection::ActionImpl::SetTriggered
-DBG        Entering: ~ActionSubscription::UnsubscribeInternal
-DBG          Subscription 'SUBSCRIPTION' Subscription ID 'CONTROL'. unsubscribed.
-DBG2         Action 'ACTION' OnSubscriptionDisposed
-DBG          Entering and exiting: DataCollection::ActionImpl::OnSubscriptionDisposed
-DBG        Exiting: ~ActionSubscription::UnsubscribeInternal [ELAPSED]
-DBG2     Exiting: ~ActionSubscription::TriggerActionsIfNeeded [ELAPSED]
-DBG2   Exiting: ~ActionManager::OnTimerEvent [ELAPSED]
-DBG2   Entering: ~ActionManager::OnTimerEvent
-DBG2     Entering: ~ActionManager::UpdateSubscriptions
-DBG2       Entering and exiting: ~ActionSubscription::IsAlive
-DBG        Subscription ID:'CONTROL' deleting...
-DBG2     Exiting: ~ActionManager::UpdateSubscriptions [ELAPSED]
-DBG2     Entering: ~ActionManager::EraseDisposedActions
-DBG2       Entering and exiting: DataCollection::ActionImpl::IsDisposed
-DBG        TimedAction 'ACTION' is disposed and will be deleted
-DBG2     Exiting: ~ActionManager::EraseDisposedActions [ELAPSED]
-DBG2     Entering and exiting: ~ActionManager::UpdateRegularActions
-DBG2     Entering: ~ActionManager::UpdateForcedActions
-DBG2       Entering and exiting: ~ConfigurationUpdateQueue::Peek
-DBG2     Exiting: ~ActionManager::UpdateForcedActions [ELAPSED]
-DBG2   Exiting: ~ActionManager::OnTimerEvent [ELAPSED]
-)";
-constexpr char OfAnEmptyCycle[] =
-    R"(DBG2   Entering: ~ActionManager::OnTimerEvent
+// How many cycles with nothing to do there are is left to time: of those in a row one stands.
+void OneEmptyCycle(std::string& messages) {
+    static const std::string cycle = R"(DBG2   Entering: ~ActionManager::OnTimerEvent
 DBG2     Entering and exiting: ~ActionManager::UpdateSubscriptions
 DBG2     Entering and exiting: ~ActionManager::EraseDisposedActions
 DBG2     Entering and exiting: ~ActionManager::UpdateRegularActions
@@ -169,43 +78,97 @@ DBG2       Entering and exiting: ~ConfigurationUpdateQueue::Peek
 DBG2     Exiting: ~ActionManager::UpdateForcedActions [ELAPSED]
 DBG2   Exiting: ~ActionManager::OnTimerEvent [ELAPSED]
 )";
-constexpr char OfTheWorkersEnd[] = "DBG  Exiting: ~ActionManager::Start [ELAPSED]\n";
-
-std::string Expected(std::string table) {
-    for (std::size_t at; (at = table.find('~')) != table.npos;) table.replace(at, 1, Namespace);
-    return table;
+    for (std::size_t at; (at = messages.find(cycle + cycle)) != cycle.npos;) messages.erase(at, cycle.size());
 }
 
-class LogScenario : public StoreTest {};
+// The scenario's file has the messages of each thread, in the same order, under a heading "== who".
+std::vector<std::string> Expected(const std::string& scenario) {
+    std::ifstream file(ORV_LOG_SCENARIOS "/" + scenario + ".txt");
+    std::vector<std::string> messages;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("== ")) {
+            messages.emplace_back();
+        } else {
+            messages.back() += line + "\n";
+        }
+    }
+    return messages;
+}
 
+class LogScenario : public StoreTest {
+protected:
+    void AwaitCycles(const LoadedModule& module) {
+        const std::string cycleEnd = "Exiting: " + Namespace + "ActionManager::OnTimerEvent ";
+        EXPECT_TRUE(Await([&] { return CountOf(cycleEnd, module.Log()) >= 3; }));
+    }
+    void ExpectMessages(const LoadedModule& module, const std::string& scenario) {
+        auto messages = MessagesByThread(module.Log(), normalize_);
+        const auto expected = Expected(scenario);
+        ASSERT_EQ(messages.size(), expected.size());
+        OneEmptyCycle(messages.back());
+        for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(messages[i], expected[i]);
+    }
+    // The listener's first call names its action and ends its subscription.
+    void UnsubscribeWhenCalled(const char* nameOfAction) {
+        listener_.onCall = [=, this](IActionSubscription& subscription, IAction& action) {
+            normalize_.Name(ComponentPtr<IAction>(&action, false).QueryOrThrow<IActionControl>().Get(), nameOfAction);
+            EXPECT_EQ(subscription.Unsubscribe(), S_OK);
+        };
+    }
+    void Name(const SubscriptionPtr& subscription) {
+        normalize_.Name(subscription.Get(), "SUBSCRIPTION");
+        normalize_.Name(subscription.QueryOrThrow<IActionSubscriptionControl>().Get(), "CONTROL");
+    }
+
+    Normalizer normalize_;
+    Listener listener_;
+};
+
+// In the first cycle the action is due and its listener unsubscribes; the second drops what is dead.
 TEST_F(LogScenario, OfARegularActionHasEveryMessageInItsPlace) {
     LoadedModule module("DBG3");
-    Normalizer normalize;
-    Listener listener;
-    listener.onCall = [&](IActionSubscription& subscription, IAction& action) {
-        normalize.Name(ComponentPtr<IAction>(&action, false).QueryOrThrow<IActionControl>().Get(), "ACTION");
-        EXPECT_EQ(subscription.Unsubscribe(), S_OK);
-    };
+    UnsubscribeWhenCalled("ACTION");
     auto manager = module.Create();
-    auto subscription = Subscribe(manager, listener, Every(1));
-    normalize.Name(subscription.Get(), "SUBSCRIPTION");
-    normalize.Name(subscription.QueryOrThrow<IActionSubscriptionControl>().Get(), "CONTROL");
+    auto subscription = Subscribe(manager, listener_, Every(1));
+    Name(subscription);
     EXPECT_EQ(subscription->Start(), S_OK);
-    // By the first cycle the action is due.
     EXPECT_EQ(Configure(manager, 10), S_OK);
-    const std::string cycleEnd = "Exiting: " + Namespace + "ActionManager::OnTimerEvent ";
-    EXPECT_TRUE(Await([&] { return CountOf(cycleEnd, module.Log()) >= 3; }));
+    AwaitCycles(module);
     subscription.Reset();
     manager.Reset();
     module.Unload();
+    ExpectMessages(module, "RegularAction");
+}
 
-    auto messages = MessagesByThread(module.Log(), normalize);
-    ASSERT_EQ(messages.size(), 2u);
-    EXPECT_EQ(messages[0], Expected(OfTheClient));
-    // How many empty cycles there are is left to time.
-    const std::string cycle = Expected(OfAnEmptyCycle);
-    for (std::size_t at; (at = messages[1].find(cycle + cycle)) != cycle.npos;) messages[1].erase(at, cycle.size());
-    EXPECT_EQ(messages[1], Expected(OfTheWorker) + cycle + Expected(OfTheWorkersEnd));
+// One command is served, one refused; the secret that both carry is hidden.
+TEST_F(LogScenario, OfAForcedActionHasEveryMessageInItsPlaceAndNoSecret) {
+    const ScopedVariable hidden("GS_Logger_HiddenNodeTypeAttrs", "*:Secret");
+    const auto server = ConfigServer::CreateConfigServer();
+    ASSERT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, server.Get()), S_OK);
+    LoadedModule module("DBG3");
+    UnsubscribeWhenCalled("START");
+    auto manager = module.Create();
+    const ForcedActionConfig config{u"Leaf", u"Parent", false};
+    SubscriptionPtr subscription;
+    EXPECT_EQ(manager->SubscribeForcedAction(&listener_, &config, subscription.Address()), S_OK);
+    Name(subscription);
+    EXPECT_EQ(subscription->Start(), S_OK);
+    for (const WideChar* const command : {u"Start", u"start"}) {
+        EXPECT_EQ(server->WriteNode(u"\\Commands\\ManagedObjectsDataCollectionCommand\\Parent\\Leaf\\Order",
+                                    {{u"Command", command}, {u"Secret", u"xyzzy"}}),
+                  S_OK);
+    }
+    const std::string reportEnd = "Exiting: " + Namespace + "ActionManager::OnTriggered ";
+    EXPECT_TRUE(Await([&] { return CountOf(reportEnd, module.Log()) == 2; }));
+    EXPECT_EQ(Configure(manager, 10), S_OK);
+    AwaitCycles(module);
+    subscription.Reset();
+    manager.Reset();
+    module.Unload();
+    EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, nullptr), S_OK);
+    ExpectMessages(module, "ForcedAction");
+    EXPECT_EQ(CountOf("xyzzy", module.Log()), 0u);
+    EXPECT_EQ(CountOf("\"********\"", module.Log()), 1u);
 }
 
 }  // namespace
