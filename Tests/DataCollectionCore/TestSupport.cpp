@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <ranges>
 
 #include "Platform/Errors.h"
 
@@ -60,8 +59,10 @@ bool IsLike(std::string_view text, std::string_view pattern) {
     const std::size_t star = pattern.find('*');
     if (star == pattern.npos) return text == pattern;
     if (!text.starts_with(pattern.substr(0, star))) return false;
-    const auto restIsLike = [&](std::size_t from) { return IsLike(text.substr(from), pattern.substr(star + 1)); };
-    return std::ranges::any_of(std::views::iota(star, text.size() + 1), restIsLike);
+    for (std::size_t from = star; from <= text.size(); ++from) {
+        if (IsLike(text.substr(from), pattern.substr(star + 1))) return true;
+    }
+    return false;
 }
 
 std::string Narrow(std::u16string_view text) {

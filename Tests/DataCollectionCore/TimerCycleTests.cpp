@@ -80,7 +80,7 @@ TEST_F(TimerCycle, KeepsTheOrderOfThoseThatStay) {
         };
         subscriptions.push_back(SubscribeAndStart(listener));
     }
-    for (const std::size_t gone : {0, 2, 3}) subscriptions[gone]->Unsubscribe();
+    for (const std::size_t gone : {0u, 2u, 3u}) subscriptions[gone]->Unsubscribe();
     for (int cycle = 0; cycle < 3; ++cycle) Cycle();
     EXPECT_EQ(order, "befbefbef");
 }

@@ -111,8 +111,9 @@ TEST_F(Node, FindsANodeByItsPath) {
         for (const std::uint32_t flags : {0u, NotAboveThisNode}) {
             const ACNode& expected = flags == 0 ? found : foundBelow;
             EXPECT_EQ(from.FindByPath(path, flags).Handle(), expected.Handle()) << ToUtf8(path) << flags;
-            EXPECT_EQ(CodeThrownBy([&] { return from.FindByPath(path, flags | MustBeFound); }),
-                      expected ? S_OK : NOT_FOUND);
+            EXPECT_EQ(
+                CodeThrownBy([&, &start = from, &way = path] { return start.FindByPath(way, flags | MustBeFound); }),
+                expected ? S_OK : NOT_FOUND);
         }
     }
     EXPECT_EQ(CodeThrownBy([&] { return a.FindByPath(static_cast<const WideChar*>(nullptr), 0); }), E_POINTER);

@@ -72,7 +72,7 @@ TEST(LogParser, GivesTheSameWhereverTheBytesAreDivided) {
     EXPECT_THAT(expected,
                 ElementsAre("banner *** Module: M|*** Command line: c|", "line one", "line two\r\n  inside\nlast",
                             "line ", "banner *** Module: M|*** Command line: c|", "line Ċਊഀ 😀"));
-    for (const std::size_t size : {1, 2, 3, 7, 64, 201}) EXPECT_EQ(Read(bytes, size), expected) << size;
+    for (const std::size_t size : {1u, 2u, 3u, 7u, 64u, 201u}) EXPECT_EQ(Read(bytes, size), expected) << size;
 }
 
 TEST(LogParser, FindsTheLineBehindOneThatWasCut) {

@@ -107,14 +107,15 @@ protected:
     void Visit(std::size_t visitor) {
         std::minstd_rand random(static_cast<unsigned>(visitor + 1));
         std::deque<std::pair<Client, std::size_t>> visits(Visits);
-        for (auto& [client, calls] : visits) {
+        for (auto& visit : visits) {
+            Client& client = visit.first;
             Subscribe(random() % Points, client);
             EXPECT_EQ(client.subscription->Start(), S_OK);
             const bool stays = random() % 8 == 0;
             EXPECT_TRUE(Await([&] { return !stays || writersLeft_ == 0 || !client.listener.Names().empty(); }));
             EXPECT_EQ(client.subscription->Unsubscribe(), S_OK);
             EXPECT_TRUE(client.listener.AwaitDetached());
-            calls = client.listener.Names().size();
+            visit.second = client.listener.Names().size();
         }
         EXPECT_TRUE(Await([&] { return writersLeft_ == 0; }));
         for (const auto& [client, calls] : visits) EXPECT_EQ(client.listener.Names().size(), calls);

@@ -1,0 +1,53 @@
+"""Reads what llvm-cov export gives (standard input): which branches of the product no test takes, and the shares.
+
+A branch in a template counts as taken where any of its instances took it; one in a macro counts where the macro is
+used. Exits 1 below a goal.
+"""
+
+import collections
+import json
+import os
+import sys
+
+LINES_GOAL, BRANCHES_GOAL = 95.0, 90.0
+PARTS = ("DataCollectionCore", "HarborCore")
+
+
+def branches_of(file):
+    """Each branch's place, and how often its condition was true and false."""
+    for line, column, _, _, taken, not_taken, *_ in file["branches"]:
+        yield (line, column, 0), taken, not_taken
+    for expansion in file["expansions"]:
+        line, column = expansion["source_region"][:2]
+        for index, (_, _, _, _, taken, not_taken, *_) in enumerate(expansion["branches"]):
+            yield (line, column, index), taken, not_taken
+
+
+def main():
+    good = True
+    shares = []
+    files = json.load(sys.stdin)["data"][0]["files"]
+    for part in PARTS:
+        lines = covered = 0
+        taken_branches = collections.Counter()
+        for file in files:
+            name = os.path.relpath(file["filename"])
+            if not name.startswith(part + "/"):
+                continue
+            lines += file["summary"]["lines"]["count"]
+            covered += file["summary"]["lines"]["covered"]
+            for place, taken, not_taken in branches_of(file):
+                taken_branches[name, *place, "true"] += taken
+                taken_branches[name, *place, "false"] += not_taken
+        missed = sorted(place for place, count in taken_branches.items() if count == 0)
+        for name, line, column, _, side in missed:
+            print(f"{name}:{line}:{column}: never {side}")
+        of_lines = 100.0 * covered / lines
+        of_branches = 100.0 - 100.0 * len(missed) / len(taken_branches)
+        good &= of_lines >= LINES_GOAL and of_branches >= BRANCHES_GOAL
+        shares.append(f"{part}: {of_lines:.1f} % of {lines} lines, {of_branches:.1f} % of {len(taken_branches)} branches")
+    print(*shares, sep="\n")
+    return 0 if good else 1
+
+
+sys.exit(main())
