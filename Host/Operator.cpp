@@ -11,6 +11,8 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
+constexpr std::chrono::seconds StatusInterval{1};
+
 // Tells a failure and goes on.
 template <class Body>
 void Try(Body&& body) {
@@ -38,24 +40,28 @@ std::vector<RegistrationState> StatesOf(const Registrations& registrations) {
     return states;
 }
 
-Operator::Operator(Harbor::IComponentsModule& module, const Registrations& registrations, const ServedTree& tree,
+Operator::Operator(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree,
                    Report& report)
-    : module_(module), registrations_(registrations), tree_(tree), report_(report) {}
+    : alive_(alive), registrations_(registrations), tree_(tree), report_(report) {}
 
 void Operator::Work(const RunOptions& options, const StopSignal& stop) {
     const auto start = Clock::now();
     const auto end = options.duration ? start + *options.duration : Clock::time_point::max();
     const std::vector<TimedCommand> given = InOrder(options.commands);
     auto next = given.begin();
+    auto nextStatus = report_.HasStatusLine() ? start : Clock::time_point::max();
     TypedLines typed;
     for (std::string line; !quit_;) {
-        const auto nextMoment = next != given.end() ? std::min(start + next->after, end) : end;
-        const auto event = typed.Wait(stop, nextMoment, line);
+        const auto nextCommand = next != given.end() ? start + next->after : Clock::time_point::max();
+        const auto event = typed.Wait(stop, std::min({nextCommand, nextStatus, end}), line);
         if (event == TypedLines::Event::Stop || Clock::now() >= end) return;
         if (event == TypedLines::Event::Line) {
             ParseAndCarryOut(line);
-        } else {
+        } else if (nextCommand <= nextStatus) {
             CarryOut((next++)->command);
+        } else {
+            report_.SetStatusLine(StatesOf(registrations_));
+            nextStatus = Clock::now() + StatusInterval;
         }
     }
 }
@@ -76,8 +82,7 @@ void Operator::Do(const WriteCommand& command) {
 }
 
 void Operator::Do(const AliveCommand&) {
-    Check(module_.DumpAliveObjects(), "DumpAliveObjects");
-    report_.AddAlive(CountAlive(module_));
+    report_.AddAlive(alive_.Count());
 }
 
 void Operator::Do(const StatusCommand&) {

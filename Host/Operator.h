@@ -18,8 +18,7 @@ using Registrations = std::vector<std::unique_ptr<Registration>>;
 // Used by the host's main thread.
 class Operator {
 public:
-    Operator(Harbor::IComponentsModule& module, const Registrations& registrations, const ServedTree& tree,
-             Report& report);
+    Operator(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree, Report& report);
 
     // Returns at the wish to stop, at the end of the duration, or at the command quit. A command that fails is told on
     // standard error, and nothing else happens.
@@ -34,7 +33,7 @@ private:
     void Do(const HelpCommand&);
     void Do(const QuitCommand&);
 
-    Harbor::IComponentsModule& module_;
+    const AliveCounter& alive_;
     const Registrations& registrations_;
     const ServedTree& tree_;
     Report& report_;

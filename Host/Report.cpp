@@ -91,6 +91,31 @@ Json StatusJson(const RegistrationState& state) {
             {"nextDue", OrNull(state.nextDue, IsoTimeText)}};
 }
 
+// How a terminal is told to do these (ECMA-48).
+constexpr char EraseLine[] = "\r\x1b[K";
+constexpr char Dimmed[] = "\x1b[2m";
+constexpr char Plain[] = "\x1b[0m";
+
+std::string StatusSummary(const std::vector<RegistrationState>& registrations) {
+    std::uint64_t calls = 0;
+    double latest = 0;
+    const RegistrationState* next = nullptr;
+    for (const RegistrationState& state : registrations) {
+        calls += state.calls;
+        if (state.lateness) latest = std::max(latest, state.lateness->max);
+        if (state.nextDue && (next == nullptr || *state.nextDue < *next->nextDue)) next = &state;
+    }
+    return (next != nullptr ? "next " + LocalTimeText(*next->nextDue) + "  " + next->registration : "on command") +
+           "  " + "calls " + std::to_string(calls) + ", late at most " + MillisecondsText(latest) + " ms";
+}
+
+// " (ActionImpl 2, ActionManager 1)"
+std::string ClassesText(const std::map<std::string, std::uint32_t>& byClass) {
+    std::string text;
+    for (const auto& [name, count] : byClass) text += (text.empty() ? " (" : ", ") + name + " " + std::to_string(count);
+    return text.empty() ? text : text + ")";
+}
+
 template <class Convert>
 std::string Lines(const std::vector<RegistrationState>& registrations, Convert convert) {
     std::string lines;
@@ -100,8 +125,8 @@ std::string Lines(const std::vector<RegistrationState>& registrations, Convert c
 
 }  // namespace
 
-Report::Report(std::ostream& out, Style style, std::function<void()> onBroken)
-    : style_(style), onBroken_(std::move(onBroken)), out_(out) {}
+Report::Report(std::ostream& out, Style style, const std::optional<Terminal>& terminal, std::function<void()> onBroken)
+    : style_(style), terminal_(terminal), onBroken_(std::move(onBroken)), out_(out) {}
 
 void Report::Add(const Call& call) {
     Write(style_ == Style::Json ? JsonLine(ToJson(call)) : TextLine(call));
@@ -125,17 +150,30 @@ void Report::AddAlive(const AliveObjects& alive) {
     if (style_ == Style::Json) {
         Write(JsonLine({{"event", "alive"},
                         {"moduleObjects", alive.inModule},
+                        {"byClass", alive.byClass},
                         {"hostObjects", alive.inHost},
                         {"nodeHandles", alive.nodeHandles}}));
         return;
     }
-    Write("alive: " + std::to_string(alive.inModule) + " objects of the module, " + std::to_string(alive.inHost) +
-          " of the host, " + std::to_string(alive.nodeHandles) + " open node handles\n");
+    Write("alive: " + std::to_string(alive.inModule) + " objects of the module" + ClassesText(alive.byClass) + ", " +
+          std::to_string(alive.inHost) + " of the host, " + std::to_string(alive.nodeHandles) + " open node handles\n");
 }
 
-void Report::Write(const std::string& lines) {
+void Report::SetStatusLine(const std::vector<RegistrationState>& registrations) {
+    std::string line = StatusSummary(registrations).substr(0, terminal_->width - 1);
+    if (terminal_->hasColors) line = Dimmed + line + Plain;
+    Write("", std::move(line));
+}
+
+void Report::RemoveStatusLine() {
+    Write("", "");
+}
+
+void Report::Write(const std::string& lines, std::optional<std::string> statusLine) {
     const std::lock_guard lock(lock_);
-    out_ << lines << std::flush;
+    if (!statusLine_.empty()) out_ << EraseLine;
+    if (statusLine) statusLine_ = std::move(*statusLine);
+    out_ << lines << statusLine_ << std::flush;
     if (!out_) onBroken_();
 }
 

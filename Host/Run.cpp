@@ -59,8 +59,8 @@ void LetLastCyclesPass(IComponentsModule& module, milliseconds polling) {
     }
 }
 
-std::vector<RegistrationState> Serve(const LoadedModule& module, const RunOptions& options, const StopSignal& stop,
-                                     Report& report) {
+std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCounter& alive, const RunOptions& options,
+                                     const StopSignal& stop, Report& report) {
     const ServedTree tree;
     // The listeners' registrations must be there until the manager's worker has ended.
     const Registrations registrations = MakeRegistrations(options, report);
@@ -69,7 +69,7 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const RunOption
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
     std::cerr << "Registrations: " << registrations.size() << "; type help for the commands, Ctrl-C ends\n";
 
-    Operator(module.Get(), registrations, tree, report).Work(options, stop);
+    Operator(alive, registrations, tree, report).Work(options, stop);
 
     for (const auto& registration : registrations) registration->Unsubscribe();
     LetLastCyclesPass(module.Get(), options.polling);
@@ -77,10 +77,11 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const RunOption
 }
 
 Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
+    AliveCounter::TurnTrackingOn();
     const LoadedModule module(options.modulePath);
-    Outcome outcome{Serve(module, options, stop, report), {}};
-    outcome.alive = CountAlive(module.Get());
-    if (!outcome.alive.None()) module.Get().DumpAliveObjects();
+    const AliveCounter alive(module.Get(), options.modulePath);
+    Outcome outcome{Serve(module, alive, options, stop, report), {}};
+    outcome.alive = alive.Count();
     return outcome;
 }
 
@@ -89,8 +90,9 @@ Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Re
 int Run(const RunOptions& options) {
     IgnoreBrokenPipes();
     const StopSignal stop;
-    Report report(std::cout, options.style, [&stop] { stop.Request(); });
+    Report report(std::cout, options.style, TerminalOfOutput(), [&stop] { stop.Request(); });
     const Outcome outcome = LoadServeAndUnload(options, stop, report);
+    report.RemoveStatusLine();
     report.AddSummary(outcome.registrations);
     report.AddAlive(outcome.alive);
     return outcome.alive.None() && std::cout ? ExitCode::Success : ExitCode::Failure;

@@ -72,9 +72,14 @@ TEST(Host, TellsItsStateWhenAsked) {
     EXPECT_EQ(objects[1]["nextDue"], json());
     // The manager, two subscriptions, the schedule's action and the pair of forced ones.
     EXPECT_EQ(objects[2]["moduleObjects"], 6);
+    EXPECT_EQ(objects[2]["byClass"], (json{{"ActionImpl", 3}, {"ActionManager", 1}, {"ActionSubscription", 2}}));
     EXPECT_THAT(result.errors,
                 AllOf(HasSubstr("\"nonsense\""), HasSubstr("start PARENT LEAF"), HasSubstr("end the host")));
-    EXPECT_EQ(objects[5], (json{{"event", "alive"}, {"moduleObjects", 0}, {"hostObjects", 0}, {"nodeHandles", 0}}));
+    EXPECT_EQ(objects[5], (json{{"event", "alive"},
+                                {"moduleObjects", 0},
+                                {"byClass", json::object()},
+                                {"hostObjects", 0},
+                                {"nodeHandles", 0}}));
     EXPECT_EQ(result.code, 0);
 }
 
