@@ -1,6 +1,7 @@
 #include "Common/HRes.h"
 #include "Subsystems/ActionManager/ActionImpl.h"
 #include "Subsystems/ActionManager/ActionSubscription.h"
+#include "Subsystems/ActionManager/ForcedActions.h"
 #include "TestSupport.h"
 
 namespace {
@@ -56,8 +57,44 @@ struct Subscription {
 };
 
 class Subscriptions : public LeakChecked {};
+class Actions : public LeakChecked {};
 
 }  // namespace
+
+TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
+    const ActionPtr action = Create<ActionImpl, IActionControl>();
+    const auto view = action.QueryOrThrow<IAction>();
+    EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
+    EXPECT_EQ(action->SetNameAndType(u"A", GUID{}), E_INVALIDARG);
+    WideString name = u"before";
+    GUID type = IAction::Id;
+    EXPECT_EQ(view->GetName(&name), E_UNEXPECTED);
+    EXPECT_EQ(view->GetType(&type), E_UNEXPECTED);
+    EXPECT_EQ(name, u"before");
+    EXPECT_EQ(type, IAction::Id);
+    EXPECT_EQ(action->SetNameAndType(u"A", ForcedStopActionType), S_OK);
+    EXPECT_EQ(view->GetName(&name), S_OK);
+    EXPECT_EQ(view->GetType(&type), S_OK);
+    EXPECT_EQ(name, u"A");
+    EXPECT_EQ(type, ForcedStopActionType);
+}
+
+TEST_F(Actions, OfAPairGoTogether) {
+    const ForcedActions pair;
+    EXPECT_TRUE(pair.IsDisposed());
+    for (const ActionPtr& one : {pair.StartAction(), pair.StopAction()}) {
+        one->OnSubscriptionAttached();
+        EXPECT_FALSE(pair.IsDisposed());
+        one->OnSubscriptionDisposed();
+    }
+    EXPECT_TRUE(pair.IsDisposed());
+}
+
+TEST_F(Subscriptions, RefuseToBindNothing) {
+    const Subscription subscription({});
+    EXPECT_EQ(subscription.control->SetListener(nullptr), E_POINTER);
+    EXPECT_EQ(subscription.control->SetAction(nullptr), E_POINTER);
+}
 
 TEST_F(Subscriptions, ActInEachStateAsItsTableTells) {
     const struct {

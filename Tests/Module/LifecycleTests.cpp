@@ -1,6 +1,7 @@
 #include <cstdio>
 
 #include "DataCollection/TriggerStrategy.h"
+#include "Harbor/ConfigService.h"
 #include "LoadedModule.h"
 
 namespace {
@@ -15,24 +16,63 @@ GUID Id(const char* text) {
     return id;
 }
 
-const GUID Unknown = Id("51C3FBA2-85FE-436B-A0FF-1C61A5C0C585");
-const GUID Configurable = Id("9FD0681A-A35D-48EF-A226-DE3846E19D38");
-const GUID Manager = Id("BE6B7491-D5F0-4048-9EED-D39DCD3A8019");
-const GUID Strategy = Id("2A4534DD-1230-469A-9FE4-8328CC888656");
+constexpr GUID Unknown = IComponentUnknown::Id;
+constexpr GUID Configurable = IConfigurable::Id;
+constexpr GUID Manager = IActionManager::Id;
+constexpr GUID Strategy = ITriggerStrategy::Id;
 
 struct CreatableClass {
     GUID id;
     std::vector<GUID> interfaces;
 };
-const GUID ManagerClass = Id("BAD21ACC-2805-4DA8-B9AF-A49CBDE16D5A");
+constexpr GUID ManagerClass = ActionManagerClassId;
 const CreatableClass CreatableClasses[] = {{ManagerClass, {Unknown, Configurable, Manager}},
-                                           {Id("F69D31FB-90B0-46CD-9C48-20D95CF821C4"), {Unknown, Strategy}},
-                                           {Id("AB457E1C-F8B0-4982-8DFA-295B4C550145"), {Unknown, Strategy}}};
+                                           {ScopeItemUpdateStrategyClassId, {Unknown, Strategy}},
+                                           {DefaultTriggerStrategyClassId, {Unknown, Strategy}}};
 
 class ModuleTest : public StoreTest {};
 
 IComponentUnknown* View(void* created) {
     return static_cast<IComponentUnknown*>(created);
+}
+
+TEST_F(ModuleTest, HasTheIdsOfTheContract) {
+    const std::pair<const char*, GUID> rows[] = {
+        {"51C3FBA2-85FE-436B-A0FF-1C61A5C0C585", IComponentUnknown::Id},
+        {"989524A9-625D-48C8-AB03-7C084EB5265D", IComponentsModule::Id},
+        {"9FD0681A-A35D-48EF-A226-DE3846E19D38", IConfigurable::Id},
+        {"B3BE9604-1352-4DAB-B413-D37764C0CE97", IACConfigService::Id},
+        {"BE6B7491-D5F0-4048-9EED-D39DCD3A8019", IActionManager::Id},
+        {"9D99BD2E-4CE8-4842-AB52-F558D8BA1C09", IActionSubscription::Id},
+        {"BB0A24E7-046F-4C73-ABBD-EFF78EC80D79", IActionSubscriptionControl::Id},
+        {"2DCDD284-1529-4AD8-B989-AC31EA82FC95", IAction::Id},
+        {"7C98DB43-5C95-4986-85C1-C7FBF141A002", IActionControl::Id},
+        {"2A4534DD-1230-469A-9FE4-8328CC888656", ITriggerStrategy::Id},
+        {"2499B637-F51F-44EF-8A1E-2E050AE1D037", ScheduleActionType},
+        {"4DFD3238-E4EF-4D0D-A2E7-A52CAA939110", ForcedStartActionType},
+        {"D152D3FF-88C9-4CCD-BFF9-742CD06B846B", ForcedStopActionType},
+        {"BAD21ACC-2805-4DA8-B9AF-A49CBDE16D5A", ActionManagerClassId},
+        {"F69D31FB-90B0-46CD-9C48-20D95CF821C4", ScopeItemUpdateStrategyClassId},
+        {"AB457E1C-F8B0-4982-8DFA-295B4C550145", DefaultTriggerStrategyClassId},
+    };
+    for (const auto& [text, id] : rows) EXPECT_EQ(id, Id(text)) << text;
+}
+
+TEST_F(ModuleTest, HasAnObjectThatIsNotCounted) {
+    const LoadedModule module;
+    void* result = nullptr;
+    EXPECT_EQ(module->QueryInterface(&IComponentsModule::Id, &result), S_OK);
+    EXPECT_EQ(result, module.Object());
+    EXPECT_EQ(module->QueryInterface(&IComponentUnknown::Id, &result), S_OK);
+    EXPECT_EQ(View(result)->AddRef(), 0xFFFFFFFF);
+    EXPECT_EQ(module->Release(), 0xFFFFFFFF);
+    EXPECT_EQ(module->NoOperation(), S_OK);
+    void* const before = result;
+    EXPECT_EQ(module->QueryInterface(&IActionManager::Id, &result), E_NOINTERFACE);
+    EXPECT_EQ(module->QueryInterface(nullptr, &result), E_INVALIDARG);
+    EXPECT_EQ(module->QueryInterface(&IComponentsModule::Id, nullptr), E_INVALIDARG);
+    EXPECT_EQ(module->IsModuleLocked(nullptr), E_POINTER);
+    EXPECT_EQ(result, before);
 }
 
 TEST_F(ModuleTest, EndsAnObjectWithTheLastReleaseOnWhicheverInterface) {
