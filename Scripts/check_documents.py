@@ -1,0 +1,34 @@
+"""Holds the documents to the repository: links lead somewhere, tests that are named exist, commands are there.
+
+Arguments: the file with the names of all tests, and the text of the host's help.
+"""
+
+import pathlib
+import re
+import subprocess
+import sys
+
+tests = set(pathlib.Path(sys.argv[1]).read_text().split())
+help_text = pathlib.Path(sys.argv[2]).read_text()
+wrong = []
+
+for name in subprocess.run(["git", "ls-files", "*.md"], check=True, capture_output=True, text=True).stdout.split():
+    document = pathlib.Path(name)
+    text = document.read_text()
+    for target in re.findall(r"\]\(([^)#]+)\)", text):
+        if "://" not in target and not (document.parent / target).exists():
+            wrong.append(f"{name}: nothing at {target}")
+    for command in re.findall(r"(?<![\w./])\./(\w+)\b", text):
+        if not pathlib.Path(command).exists():
+            wrong.append(f"{name}: there is no command ./{command}")
+    for option in re.findall(r"(?:ActionHost|\./run)[^`\n]*?(--[a-z0-9-]+)", text):
+        if option not in help_text:
+            wrong.append(f"{name}: the host has no option {option}")
+    if document.name == "Guarantees.md":
+        named = re.findall(r"`([A-Z]\w+\.[A-Z]\w+)`", text)
+        wrong += [f"{name}: there is no test {test}" for test in named if test not in tests]
+        wrong += [f"{name}: a promise without a test: {row}"
+                  for row in re.findall(r"^\| (?!Promise|Test|-)(.*) \|$", text, re.M) if "`" not in row.split("|")[-1]]
+
+print(*wrong, sep="\n", end="\n" if wrong else "")
+sys.exit(1 if wrong else 0)
