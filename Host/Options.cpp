@@ -61,8 +61,11 @@ struct Written {
     bool follow = false;
 };
 
+// Where it is built it lies beside the host, where it is installed in a folder of its own.
 std::string DefaultModule() {
-    return Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr)) + "OrvActionManager.so";
+    const std::string directory = Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr));
+    const std::string beside = directory + "OrvActionManager.so";
+    return std::filesystem::exists(beside) ? beside : directory + HOST_INSTALLED_MODULE;
 }
 
 void AddValue(CLI::App& app, const std::string& name, std::string& value, const std::string& type,

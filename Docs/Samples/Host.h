@@ -1,0 +1,62 @@
+// What a host does, in a few lines: it loads the module, creates objects of its classes, and unloads it.
+#pragma once
+
+#include <dlfcn.h>
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+#include "Harbor/ComponentPtr.h"
+#include "Harbor/ComponentsModule.h"
+#include "Harbor/Configurable.h"
+
+// Every call gives a code; a negative one is a failure.
+inline void Check(Harbor::HRESULT code, const std::string& call) {
+    if (Harbor::Failed(code)) throw std::runtime_error(call + " failed: " + std::to_string(code));
+}
+
+class Host {
+public:
+    explicit Host(const char* modulePath) {
+        if (modulePath == nullptr) throw std::runtime_error("The path of the module is missing.");
+        library_ = dlopen(modulePath, RTLD_NOW);
+        if (library_ == nullptr) throw std::runtime_error(dlerror());
+        const auto getModule = reinterpret_cast<Harbor::GetComponentsModuleObjectFunction>(
+            dlsym(library_, Harbor::GetComponentsModuleObjectName));
+        Check(getModule(&module_), Harbor::GetComponentsModuleObjectName);
+    }
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+    ~Host() {
+        std::int32_t isLocked = 1;  // as long as an object of the module lives
+        module_->IsModuleLocked(&isLocked);
+        if (isLocked == 0) dlclose(library_);
+    }
+
+    // An object of the class, seen through the interface I.
+    template <class I>
+    Harbor::ComponentPtr<I> Create(const Harbor::GUID& classId) const {
+        void* object = nullptr;
+        Check(module_->CreateInstance(&classId, &I::Id, &object), "CreateInstance");
+        return {static_cast<I*>(object), true};
+    }
+
+private:
+    void* library_ = nullptr;
+    Harbor::IComponentsModule* module_ = nullptr;
+};
+
+// The manager's worker looks every so many milliseconds what is due.
+template <class Manager>
+void Configure(const Harbor::ComponentPtr<Manager>& manager, std::uint32_t pollingMilliseconds) {
+    AcnHandle node = nullptr;
+    Check(AcnCreateNode(u"ActionManager", nullptr, &node), "AcnCreateNode");
+    Check(AcnSetAttribute(node, u"PollingIntervalInMilliseconds", AcnTypeUInt32, &pollingMilliseconds,
+                          sizeof(pollingMilliseconds)),
+          "AcnSetAttribute");
+    Harbor::ComponentPtr<Harbor::IConfigurable> configurable;
+    Check(manager.QueryTo(configurable), "QueryInterface");
+    Check(configurable->Configure(node), "Configure");
+    AcnCloseNodeHandle(node);
+}

@@ -1,0 +1,32 @@
+// A listener that does what it was given to do.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <string>
+
+#include "DataCollection/ActionManager.h"
+
+class Listener final : public DataCollection::ActionManagement::IActionListener {
+public:
+    // Called with the name of the action, on the manager's worker thread: be quick, and let no exception out.
+    explicit Listener(std::function<void(const std::u16string& action)> onAction) : onAction_(std::move(onAction)) {}
+
+    Harbor::HRESULT OnActionTriggered(DataCollection::ActionManagement::IActionSubscription*,
+                                      DataCollection::IAction* action) override {
+        std::u16string name;
+        action->GetName(&name);
+        onAction_(name);
+        return Harbor::S_OK;
+    }
+
+    // Objects count who holds them. This one belongs to the function that made it, which outlives its subscription, so
+    // nothing happens at 0.
+    std::uint32_t AddRef() override { return ++holders_; }
+    std::uint32_t Release() override { return --holders_; }
+    Harbor::HRESULT QueryInterface(const Harbor::GUID*, void**) override { return Harbor::E_NOINTERFACE; }
+
+private:
+    const std::function<void(const std::u16string&)> onAction_;
+    std::atomic<std::uint32_t> holders_{0};
+};

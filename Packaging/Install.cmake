@@ -1,0 +1,53 @@
+# What is installed where (Places.cmake), and the packages that are made of it.
+include(CMakePackageConfigHelpers)
+
+set_target_properties(OrvPlatform NodeFabric ModuleBroker PROPERTIES INSTALL_RPATH $ORIGIN)
+set_target_properties(OrvActionManager PROPERTIES INSTALL_RPATH $ORIGIN/..)
+set_target_properties(ActionHost PROPERTIES INSTALL_RPATH $ORIGIN/${ORV_LIBRARIES_FROM_HOST})
+
+set_target_properties(HarborInterfaces PROPERTIES EXPORT_NAME FrameworkInterfaces)
+set_target_properties(OrvInterfaces PROPERTIES EXPORT_NAME Interfaces)
+set_target_properties(OrvPlatform PROPERTIES EXPORT_NAME Platform)
+set_target_properties(HarborCore PROPERTIES EXPORT_NAME Framework)
+set_target_properties(OrvActionManager PROPERTIES EXPORT_NAME Module)
+
+install(TARGETS ActionHost COMPONENT runtime)
+install(TARGETS OrvPlatform NodeFabric ModuleBroker EXPORT OrvActionManager
+        LIBRARY COMPONENT runtime INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
+install(TARGETS OrvActionManager EXPORT OrvActionManager LIBRARY DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
+install(FILES $<TARGET_FILE_DIR:OrvActionManager>/SharedFaultTexts.dll DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
+install(TARGETS HarborInterfaces OrvInterfaces HarborCore ConfigServer EXPORT OrvActionManager
+        ARCHIVE COMPONENT development INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
+
+foreach(room DataCollectionCore HarborCore Platform StandIns/NodeFabric StandIns/ModuleBroker StandIns/ConfigServer)
+    install(DIRECTORY ${room}/Include/ DESTINATION ${ORV_INCLUDE_DIR} COMPONENT development)
+endforeach()
+
+install(EXPORT OrvActionManager NAMESPACE OrvActionManager:: FILE OrvActionManagerTargets.cmake
+        DESTINATION ${ORV_CMAKE_DIR} COMPONENT development)
+configure_package_config_file(Packaging/OrvActionManagerConfig.cmake.in OrvActionManagerConfig.cmake
+                              INSTALL_DESTINATION ${ORV_CMAKE_DIR})
+write_basic_package_version_file(OrvActionManagerConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/OrvActionManagerConfig.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/OrvActionManagerConfigVersion.cmake
+        DESTINATION ${ORV_CMAKE_DIR} COMPONENT development)
+configure_file(Packaging/orv-action-manager.pc.in orv-action-manager.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/orv-action-manager.pc DESTINATION ${ORV_PKGCONFIG_DIR} COMPONENT development)
+
+# Two Debian packages, by cpack.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME orv-action-manager)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_CONTACT "The OrvActionManager developers")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME orv-action-manager)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME orv-action-manager-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "orv-action-manager (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Headers and libraries for those who build clients and hosts of OrvActionManager")
+include(CPack)
