@@ -1,5 +1,10 @@
 #include "Host/LocalTime.h"
 
+#include <time.h>
+
+#include <cstdlib>
+#include <filesystem>
+
 #include "Common/Format.h"
 #include "Common/Text.h"
 #include "Host/Failure.h"
@@ -46,14 +51,32 @@ std::string OffsetText(std::chrono::minutes offset) {
 
 }  // namespace
 
+bool SetLocalZone(const std::string& name) {
+    const char* const given = std::getenv("TZDIR");
+    const std::filesystem::path database = given != nullptr ? given : "/usr/share/zoneinfo";
+    const std::filesystem::path inside = std::filesystem::path(name).lexically_normal();
+    const bool isName = inside.is_relative() && !inside.empty() && *inside.begin() != "..";
+    if (!isName || !std::filesystem::is_regular_file(database / inside)) return false;
+    setenv("TZ", (":" + inside.string()).c_str(), 1);
+    tzset();
+    return true;
+}
+
+std::chrono::seconds LocalOffset(const TimePoint& time) {
+    return std::chrono::round<std::chrono::seconds>(FromFileTime(ToLocal(time)) - time);
+}
+
 std::string LocalTimeText(const TimePoint& time) {
     return Text(ToLocal(time), u' ');
 }
 
 std::string IsoTimeText(const TimePoint& time) {
     const Platform::FILETIME local = ToLocal(time);
-    const auto offset = std::chrono::round<std::chrono::minutes>(FromFileTime(local) - time);
-    return Text(local, u'T') + OffsetText(offset);
+    return Text(local, u'T') + OffsetText(std::chrono::round<std::chrono::minutes>(LocalOffset(time)));
+}
+
+std::string UtcTimeText(const TimePoint& time) {
+    return Text(ToFileTime(time), u'T') + "Z";
 }
 
 }  // namespace Host

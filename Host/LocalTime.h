@@ -1,6 +1,7 @@
 // Moments as people read them: local time, by the zone of the process.
 #pragma once
 
+#include <chrono>
 #include <string>
 
 #include "Subsystems/ActionManager/TimePoint.h"
@@ -9,9 +10,18 @@ namespace Host {
 
 using DataCollection::ActionManagement::TimePoint;
 
+// Makes that zone of the system's database, such as "Europe/Helsinki", the zone of the process. False if there is none.
+// Before any other thread runs.
+[[nodiscard]] bool SetLocalZone(const std::string& name);
+
+// Local time minus UTC at that moment.
+[[nodiscard]] std::chrono::seconds LocalOffset(const TimePoint& time);
+
 // "2024-03-05 07:08:09.012"
 [[nodiscard]] std::string LocalTimeText(const TimePoint& time);
 // "2024-03-05T07:08:09.012+02:00"
 [[nodiscard]] std::string IsoTimeText(const TimePoint& time);
+// "2024-03-05T05:08:09.012Z"
+[[nodiscard]] std::string UtcTimeText(const TimePoint& time);
 
 }  // namespace Host

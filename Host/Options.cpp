@@ -9,6 +9,7 @@
 #include "Common/Text.h"
 #include "Host/ConfigFile.h"
 #include "Host/Failure.h"
+#include "Host/LocalTime.h"
 #include "Host/ScheduleText.h"
 #include "Subsystems/ActionManager/TimedAction.h"
 
@@ -31,13 +32,16 @@ Examples:
   ActionHost --config demo.ini --json
   ActionHost compare old.xml new.xml          would this change trigger a run?
   ActionHost log --severity WARN OrvActionManager.log
+  ActionHost next 06:30:00,6h --local --zone Europe/Helsinki --from 2026-03-28T12:00:00Z
+  ActionHost explain 90m                      what does it do, or why is it refused?
 
 While it runs it takes commands from standard input; type help. SIGINT and SIGTERM end it cleanly.
 Lateness is counted from the due moment by the module's own arithmetic: to the tick for clock times,
 too high by the length of the registering call (well below a millisecond) for --every, and from the
 writing of the command for --watch.
 
-Exit codes: 0 success, 1 a call failed or something was left alive, 2 bad input, 3 no trigger (compare).)";
+Exit codes: 0 success, 1 a call failed, something was left alive, or the module would refuse a schedule
+(next, explain), 2 bad input, 3 no trigger (compare).)";
 
 // The values as they were written.
 struct Written {
@@ -59,6 +63,11 @@ struct Written {
     std::string severity;
     std::string slow;
     bool follow = false;
+
+    std::vector<std::string> schedules;
+    std::string count = "5";
+    std::string from;
+    std::string zone;
 };
 
 // Where it is built it lies beside the host, where it is installed in a folder of its own.
@@ -128,6 +137,29 @@ CLI::App& AddLog(CLI::App& app, Written& written) {
     AddValue(log, "--slow", written.slow, "N", "shows the N slowest traced calls instead of the lines");
     AddJsonOption(log, written);
     return log;
+}
+
+void AddSchedules(CLI::App& app, Written& written) {
+    app.add_option("SCHEDULE", written.schedules, "as the values of --every and --at (repeatable)")->required();
+    app.add_flag("--local", written.local, "times of the day are local instead of UTC");
+}
+
+CLI::App& AddNext(CLI::App& app, Written& written) {
+    CLI::App& next = *app.add_subcommand(
+        "next", "lists when schedules would fire, in UTC and in local time, if they were registered at some moment");
+    AddSchedules(next, written);
+    AddValue(next, "--count", written.count, "N", "how many runs of each (default 5)");
+    AddValue(next, "--from", written.from, "TIME", "the moment of registration, in UTC; now if not given");
+    AddValue(next, "--zone", written.zone, "ZONE", "the local time zone, such as Europe/Helsinki");
+    AddJsonOption(next, written);
+    return next;
+}
+
+CLI::App& AddExplain(CLI::App& app, Written& written) {
+    CLI::App& explain = *app.add_subcommand(
+        "explain", "says in words what schedules do and which rules apply, or why the module would refuse them");
+    AddSchedules(explain, written);
+    return explain;
 }
 
 // Reads one value, or refuses it with what would be right.
@@ -214,6 +246,35 @@ Options ReadLog(const Written& written) {
     return options;
 }
 
+Labelled<TimedActionSettings> ReadSchedule(const std::string& text, bool isLocal, const TimePoint& from) {
+    const auto offset = static_cast<std::int32_t>(LocalOffset(from).count());
+    const auto bias = isLocal ? std::optional(-offset) : std::nullopt;
+    const auto settings = Read("SCHEDULE", text, ScheduleForm,
+                               [&](const std::string& value) { return ParseSchedule(value, bias, from); });
+    return {settings.IsLocalTime ? text + " local" : text, settings};
+}
+
+Options ReadNext(const Written& written) {
+    if (!written.zone.empty() && !SetLocalZone(written.zone)) {
+        Refuse("--zone", written.zone, "the name of a time zone, such as Europe/Helsinki");
+    }
+    NextOptions options;
+    options.from = written.from.empty() ? CurrentTime() : Read("--from", written.from, MomentForm, ParseMoment);
+    options.count = Read("--count", written.count, "a whole number below 2^32", ParseNumber32);
+    options.style = StyleOf(written);
+    for (const auto& text : written.schedules) {
+        options.schedules.push_back(ReadSchedule(text, written.local, options.from));
+    }
+    return options;
+}
+
+Options ReadExplain(const Written& written) {
+    ExplainOptions options;
+    const TimePoint now = CurrentTime();
+    for (const auto& text : written.schedules) options.schedules.push_back(ReadSchedule(text, written.local, now));
+    return options;
+}
+
 // Names the option and says in one line what is wrong.
 [[noreturn]] void RefuseCommandLine(const CLI::ParseError& error) {
     std::string text = error.what();
@@ -231,9 +292,12 @@ Options ParseOptions(int argc, const char* const* argv) {
     AddRunOptions(app, written);
     CLI::App& compare = AddCompare(app, written);
     CLI::App& log = AddLog(app, written);
-    for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
-        compare.excludes(app.get_option(option));
-        log.excludes(app.get_option(option));
+    CLI::App& next = AddNext(app, written);
+    CLI::App& explain = AddExplain(app, written);
+    for (CLI::App* const command : {&compare, &log, &next, &explain}) {
+        for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
+            command->excludes(app.get_option(option));
+        }
     }
     app.require_subcommand(0, 1);
     try {
@@ -245,9 +309,11 @@ Options ParseOptions(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         RefuseCommandLine(error);
     }
-    if (!compare && !log) return ReadRun(written);
-    return compare ? Options(CompareOptions{ModulePath(written), written.oldFile, written.newFile, StyleOf(written)})
-                   : ReadLog(written);
+    if (compare) return CompareOptions{ModulePath(written), written.oldFile, written.newFile, StyleOf(written)};
+    if (log) return ReadLog(written);
+    if (next) return ReadNext(written);
+    if (explain) return ReadExplain(written);
+    return ReadRun(written);
 }
 
 }  // namespace Host

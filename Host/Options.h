@@ -7,6 +7,7 @@
 #include "DataCollection/ActionManager.h"
 #include "Host/Commands.h"
 #include "Host/Style.h"
+#include "Subsystems/ActionManager/TimePoint.h"
 
 namespace Host {
 
@@ -42,12 +43,23 @@ struct LogOptions {
     Style style = Style::Text;
 };
 
+struct NextOptions {
+    std::vector<Labelled<DataCollection::ActionManagement::TimedActionSettings>> schedules;
+    std::uint32_t count = 0;
+    DataCollection::ActionManagement::TimePoint from;
+    Style style = Style::Text;
+};
+
+struct ExplainOptions {
+    std::vector<Labelled<DataCollection::ActionManagement::TimedActionSettings>> schedules;
+};
+
 // The help or the version: to be shown, and that is all.
 struct ShowText {
     std::string text;
 };
 
-using Options = std::variant<RunOptions, CompareOptions, LogOptions, ShowText>;
+using Options = std::variant<RunOptions, CompareOptions, LogOptions, NextOptions, ExplainOptions, ShowText>;
 
 // Throws BadInput.
 [[nodiscard]] Options ParseOptions(int argc, const char* const* argv);

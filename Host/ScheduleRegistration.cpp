@@ -10,12 +10,11 @@ using namespace DataCollection::ActionManagement;
 
 namespace {
 
-TimePoint FirstRun(const TimedActionSettings& settings, const TimePoint& now) {
-    if (settings.Type == TimedActionType::Repeat) return FirstRunOfRepeat(settings, now);
+// Without a zone the module, too, takes the time as UTC.
+std::int32_t LocalBias() {
     std::int32_t bias = 0;
-    // Without a zone the module, too, takes the time as UTC.
-    if (settings.IsLocalTime) (void)GetLocalTimeZoneBias(bias);
-    return NextDayIfPast(StartInDayOf(now, settings, bias), now);
+    (void)GetLocalTimeZoneBias(bias);
+    return bias;
 }
 
 }  // namespace
@@ -24,7 +23,7 @@ ScheduleRegistration::ScheduleRegistration(std::string label, const TimedActionS
     : Registration(std::move(label), report), settings_(settings) {}
 
 Registration::SubscriptionPtr ScheduleRegistration::Register(IActionManager& manager, IActionListener& listener) {
-    firstRun_ = FirstRun(settings_, CurrentTime());
+    firstRun_ = FirstRunOf(settings_, CurrentTime(), LocalBias());
     SubscriptionPtr subscription;
     Check(manager.SubscribeRegularAction(&listener, &settings_, subscription.Address()),
           "SubscribeRegularAction '" + Label() + "'");

@@ -99,6 +99,27 @@ std::optional<TimedActionSettings> ParseClockSchedule(std::string_view text, std
                                interval->milliseconds};
 }
 
+std::optional<TimedActionSettings> ParseSchedule(std::string_view text, std::optional<std::int32_t> bias,
+                                                 const TimePoint& now) {
+    return text.find_first_of(":+") == text.npos ? ParseRepeat(text) : ParseClockSchedule(text, bias, now);
+}
+
+std::optional<TimePoint> ParseMoment(std::string_view text) {
+    constexpr std::size_t dayLength = 10;
+    if (text.size() != 20 || text[4] != '-' || text[7] != '-' || text[dayLength] != 'T' || !text.ends_with('Z')) {
+        return std::nullopt;
+    }
+    const auto year = ParseNumber32(text.substr(0, 4));
+    const auto month = ParseTwoDigits(text.substr(5, 2), 13);
+    const auto day = ParseTwoDigits(text.substr(8, 2), 32);
+    const auto second = ParseClockTime(text.substr(dayLength + 1, 8));
+    if (!year || !month || !day || !second) return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)), std::chrono::month{*month},
+                                           std::chrono::day{*day}};
+    if (!date.ok()) return std::nullopt;
+    return std::chrono::sys_days{date} + seconds{*second};
+}
+
 std::optional<ForcedActionConfig> ParseWatchPoint(std::string_view text) {
     const std::size_t slash = std::min(text.find('/'), text.size());
     const std::string_view parent = text.substr(0, slash);

@@ -14,6 +14,10 @@ namespace Host {
 inline constexpr std::string_view DurationForm = "a whole number below 2^32 with ms, s, m, h or d, such as 500ms";
 inline constexpr std::string_view ClockScheduleForm =
     "HH:MM:SS or +DURATION, then a comma and the interval unless it is 1d, such as 07:30:00,12h or +5s,3s";
+inline constexpr std::string_view ScheduleForm =
+    "a repeat such as 500ms, or HH:MM:SS or +DURATION with a comma and the interval unless it is 1d, such as "
+    "07:30:00,12h";
+inline constexpr std::string_view MomentForm = "a moment in UTC, such as 2026-03-29T00:30:00Z";
 inline constexpr std::string_view WatchPointForm = "PARENT/LEAF, two names without / and \\";
 
 // "500ms", "2s", "10m", "1h", "1d". The largest is 2^32 - 1 milliseconds, or seconds for the other units.
@@ -26,6 +30,13 @@ inline constexpr std::string_view WatchPointForm = "PARENT/LEAF, two names witho
 // seconds to add to local time to get UTC, if the schedule is in local time.
 [[nodiscard]] std::optional<DataCollection::ActionManagement::TimedActionSettings> ParseClockSchedule(
     std::string_view text, std::optional<std::int32_t> bias, const DataCollection::ActionManagement::TimePoint& now);
+
+// Either of them: a text with a colon or a plus is a clock schedule, any other one a repeat.
+[[nodiscard]] std::optional<DataCollection::ActionManagement::TimedActionSettings> ParseSchedule(
+    std::string_view text, std::optional<std::int32_t> bias, const DataCollection::ActionManagement::TimePoint& now);
+
+// "2026-03-29T00:30:00Z", in UTC.
+[[nodiscard]] std::optional<DataCollection::ActionManagement::TimePoint> ParseMoment(std::string_view text);
 
 [[nodiscard]] std::optional<DataCollection::ActionManagement::ForcedActionConfig> ParseWatchPoint(
     std::string_view text);

@@ -3,8 +3,10 @@
 #include "Common/HRes.h"
 #include "Common/Text.h"
 #include "Host/Compare.h"
+#include "Host/Explain.h"
 #include "Host/Failure.h"
 #include "Host/LogCommand.h"
+#include "Host/NextRuns.h"
 #include "Host/Options.h"
 #include "Host/Run.h"
 
@@ -20,6 +22,12 @@ int Do(const CompareOptions& options) {
 }
 int Do(const LogOptions& options) {
     return ShowLog(options);
+}
+int Do(const NextOptions& options) {
+    return ShowNextRuns(options);
+}
+int Do(const ExplainOptions& options) {
+    return Explain(options);
 }
 int Do(const ShowText& show) {
     std::cout << show.text;

@@ -36,6 +36,11 @@ TimePoint NextDayIfPast(const TimePoint& start, const TimePoint& creation) noexc
     return creation > start ? start + std::chrono::hours{24} : start;
 }
 
+TimePoint FirstRunOf(const TimedActionSettings& settings, const TimePoint& creation, std::int32_t bias) noexcept {
+    if (settings.Type == TimedActionType::Repeat) return FirstRunOfRepeat(settings, creation);
+    return NextDayIfPast(StartInDayOf(creation, settings, settings.IsLocalTime ? bias : 0), creation);
+}
+
 ScheduleCheck CheckSchedule(const TimePoint& firstRun, milliseconds interval, const TimePoint& lastTriggered,
                             const TimePoint& now) noexcept {
     ScheduleCheck check;

@@ -36,6 +36,10 @@ enum class ScheduleFault {
 // A start that is past moves to the next day.
 [[nodiscard]] TimePoint NextDayIfPast(const TimePoint& start, const TimePoint& creation) noexcept;
 
+// The first run of a record without fault, whatever its type; `bias` counts for a SpecificTime in local time alone.
+[[nodiscard]] TimePoint FirstRunOf(const TimedActionSettings& settings, const TimePoint& creation,
+                                   std::int32_t bias) noexcept;
+
 // The answer for one moment.
 struct ScheduleCheck {
     bool firstRunReached = false;
