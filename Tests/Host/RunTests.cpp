@@ -145,6 +145,48 @@ TEST(Host, SaysWhyAModuleCannotBeLoaded) {
     EXPECT_THAT(another.errors, AllOf(HasSubstr("GetComponentsModuleObject"), HasSubstr("0x8007007F")));
 }
 
+TEST(Host, TellsTheRunsOfAScheduleBeforehand) {
+    const auto repeated = RunHost({"next", "00:30:00,30m", "1h", "--zone", "Europe/Helsinki", "--from",
+                                   "2026-10-25T00:00:00Z", "--count", "2", "--json"});
+    EXPECT_EQ(repeated.code, 0);
+    EXPECT_THAT(
+        Parse(repeated.lines),
+        ElementsAre(
+            R"({"schedule":"00:30:00,30m","utc":"2026-10-25T00:30:00.000Z","local":"2026-10-25T03:30:00.000+03:00","shiftMinutes":0,"repeated":true})"_json,
+            R"({"schedule":"00:30:00,30m","utc":"2026-10-25T01:00:00.000Z","local":"2026-10-25T03:00:00.000+02:00","shiftMinutes":-60,"repeated":true})"_json,
+            R"({"schedule":"1h","utc":"2026-10-25T01:00:00.000Z","local":"2026-10-25T03:00:00.000+02:00","shiftMinutes":-60,"repeated":true})"_json,
+            R"({"schedule":"1h","utc":"2026-10-25T02:00:00.000Z","local":"2026-10-25T04:00:00.000+02:00","shiftMinutes":0,"repeated":false})"_json));
+    const auto ahead = RunHost({"next", "06:00:00", "00:00:00,50d", "--local", "--zone", "America/New_York", "--from",
+                                "2026-03-08T01:00:00Z", "--count", "1"});
+    EXPECT_EQ(ahead.code, 1) << "the second one is refused";
+    EXPECT_THAT(ahead.lines, ElementsAre("06:00:00 local",
+                                         "  2026-03-08T11:00:00.000Z  2026-03-08T07:00:00.000-04:00"
+                                         "  local time jumped ahead 60 min before"));
+    EXPECT_THAT(ahead.errors, StartsWith("00:00:00,50d local: refused: the interval must be below 2^32 ms"));
+    for (const std::vector<std::string>& bad : {std::vector<std::string>{"next", "1h", "--zone", "../passwd"},
+                                                {"next", "1h", "--zone", "Europe/Nowhere"},
+                                                {"next", "1h", "--from", "2026-02-30T00:00:00Z"},
+                                                {"next", "1h", "--count", "-1"},
+                                                {"next", "25:00:00"},
+                                                {"explain", "soon"}}) {
+        const auto result = RunHost(bad);
+        EXPECT_EQ(result.code, 2);
+        EXPECT_THAT(result.errors, HasSubstr(bad.back()));
+    }
+}
+
+TEST(Host, ExplainsASchedule) {
+    const auto taken = RunHost({"explain", "90m", "23:00:00", "--local"});
+    EXPECT_EQ(taken.code, 0);
+    EXPECT_THAT(taken.lines, AllOf(Contains(HasSubstr("every 5400 s, for the first time one interval after")),
+                                   Contains(HasSubstr("at 23:00:00 local time, and from there every 86400 s")),
+                                   Contains(HasSubstr("There is no catching up"))));
+    const auto refused = RunHost({"explain", "0s", "00:00:00,7s", "50d"});
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_THAT(refused.lines, ElementsAre("0s", HasSubstr("must not be 0"), "00:00:00,7s", HasSubstr("divide a day"),
+                                           "50d", HasSubstr("49.7 days")));
+}
+
 TEST(Host, RefusesBadInputWithOneLine) {
     const auto result = RunHost({"--every", "5x"});
     EXPECT_EQ(result.code, 2);
