@@ -108,6 +108,23 @@ TEST_F(Schedules, WorkOutTheirFirstRun) {
     }
 }
 
+TEST_F(Schedules, SayWhyTheyAreNotDue) {
+    System.clock = Day;
+    TimedAction action({0, false, 0, Repeat, 1000});
+    const std::string pointer = Shown(action.GetAction()), shown = "DBG2 Action: '" + pointer + "'.";
+    CapturedLog log("DBG2");
+    EXPECT_FALSE(action.ShouldBeTriggered(Day));
+    EXPECT_TRUE(log.Wrote({shown, "DBG2 Checked time: 2024-02-29 00:00:00.000", "DBG2 Action: " + pointer + "'.",
+                           "DBG2 ActionFirstRunTime does not come"}));
+    action.SetTriggeredTime(Day + 1500ms);
+    EXPECT_TRUE(log.Wrote({"DBG Action: '" + pointer + "'.", "DBG Triggered time set: 2024-02-29 00:00:01.500"}));
+    EXPECT_FALSE(action.ShouldBeTriggered(Day + 1600ms));
+    EXPECT_TRUE(log.Wrote({shown, "DBG2 Checked time: 2024-02-29 00:00:01.600", shown,
+                           "DBG2 IntervalStart: 2024-02-29 00:00:01.000", shown,
+                           "DBG2 Action already triggered during the current interval."}));
+    EXPECT_EQ(Formatted(TimePoint::min()), "1601-01-01 00:00:00.000");
+}
+
 TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
     struct Step {
         Ticks sinceCreation;
