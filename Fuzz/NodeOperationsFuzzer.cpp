@@ -1,0 +1,252 @@
+// Sequences of operations on nodes, beside a model that is plain data: both must show the same tree after each
+// operation, and no handle may be left at the end.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <array>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "Common/HRes.h"
+#include "Common/Nodes/ACNode.h"
+#include "Fuzzing.h"
+
+using namespace Harbor;
+
+namespace {
+
+struct ModelNode {
+    WideString name;
+    WideString type;
+    std::vector<std::pair<WideString, std::int64_t>> numbers;
+    ModelNode* parent = nullptr;
+    std::vector<ModelNode*> children;
+    WideString pathAbove;
+
+    WideString Path() const { return (parent != nullptr ? parent->Path() : pathAbove) + u"\\" + name; }
+    bool IsAtOrBelow(const ModelNode* other) const {
+        return this == other || (parent != nullptr && parent->IsAtOrBelow(other));
+    }
+    ModelNode* Find(const WideString& wanted) const {
+        const auto child = std::ranges::find(children, wanted, &ModelNode::name);
+        return child != children.end() ? *child : nullptr;
+    }
+};
+
+struct Slot {
+    ACNode node;
+    ModelNode* model = nullptr;
+};
+
+class Sequence {
+public:
+    explicit Sequence(FuzzedDataProvider& input) : input_(input) {}
+
+    void Run() {
+        for (std::size_t steps = 0; steps < 200 && input_.remaining_bytes() > 0; ++steps) Step();
+        for (const Slot& slot : slots_) Compare(slot);
+    }
+
+private:
+    void Step() {
+        Slot& a = Pick();
+        Slot& b = Pick();
+        switch (input_.ConsumeIntegralInRange(0, 11)) {
+            case 0:
+                return Create(a);
+            case 1:
+                a.node = b.node, a.model = b.model;
+                break;
+            case 2:
+                Move(a, b);
+                break;
+            case 3:
+                a.node.Close(), a.model = nullptr;
+                break;
+            case 4:
+                return Append(a, b);
+            case 5:
+                return Remove(a, b);
+            case 6:
+                return TakeChild(a, b);
+            case 7:
+                return FindChild(a, b);
+            case 8:
+                return TakeParent(a, b);
+            case 9:
+                return Clone(a, b);
+            case 10:
+                return SetNumber(a);
+            case 11:
+                return Search(a, b);
+        }
+        Compare(a);
+        Compare(b);
+    }
+
+    Slot& Pick() { return slots_[input_.ConsumeIntegralInRange<std::size_t>(0, slots_.size() - 1)]; }
+    WideString Word() { return WideString(1, static_cast<char16_t>(u'a' + input_.ConsumeIntegralInRange(0, 3))); }
+
+    ModelNode* Make(ModelNode node) { return models_.emplace_back(std::make_unique<ModelNode>(std::move(node))).get(); }
+
+    // The code that an operation ends with.
+    template <class Operation>
+    static HRESULT CodeOf(Operation operation) {
+        try {
+            operation();
+            return S_OK;
+        } catch (const HRX& failure) {
+            return failure.Code();
+        }
+    }
+
+    void Create(Slot& slot) {
+        const WideString name = Word(), type = Word();
+        slot.node.Create(name.c_str(), type.c_str());
+        slot.model = Make({name, type, {}, nullptr, {}, {}});
+        Compare(slot);
+    }
+
+    static void Move(Slot& to, Slot& from) {
+        to.node = std::move(from.node);
+        // A node stays where it is if the other one is the same.
+        if (to.model != from.model) to.model = std::exchange(from.model, nullptr);
+    }
+
+    static void Append(Slot& parent, Slot& child) {
+        const HRESULT code = AcnAppendChild(parent.node.Handle(), child.node.Handle());
+        const bool isAllowed = parent.model != nullptr && child.model != nullptr && child.model->parent == nullptr &&
+                               !parent.model->IsAtOrBelow(child.model);
+        REQUIRE(code == (isAllowed ? S_OK : E_INVALIDARG));
+        if (isAllowed) {
+            parent.model->children.push_back(child.model);
+            child.model->parent = parent.model;
+            child.model->pathAbove.clear();
+        }
+        Compare(parent);
+        Compare(child);
+    }
+
+    static void Remove(Slot& parent, Slot& child) {
+        const HRESULT code = AcnRemoveChild(parent.node.Handle(), child.node.Handle());
+        const bool areThere = parent.model != nullptr && child.model != nullptr;
+        const bool isChild = areThere && child.model->parent == parent.model;
+        REQUIRE(code == (isChild ? S_OK : areThere ? NOT_FOUND : E_INVALIDARG));
+        if (isChild) {
+            std::erase(parent.model->children, child.model);
+            child.model->parent = nullptr;
+        }
+        Compare(parent);
+        Compare(child);
+    }
+
+    void TakeChild(Slot& from, Slot& to) {
+        const auto index = input_.ConsumeIntegralInRange<std::size_t>(0, 4);
+        const bool isThere = from.model != nullptr && index < from.model->children.size();
+        ModelNode* const model = isThere ? from.model->children[index] : nullptr;
+        REQUIRE(CodeOf([&] { (void)from.node.GetChild(index, true); }) == (isThere ? S_OK : NOT_FOUND));
+        to.node = from.node.GetChild(index, false);
+        to.model = model;
+        Compare(to);
+    }
+
+    void FindChild(Slot& from, Slot& to) {
+        const WideString name = Word();
+        ModelNode* const model = from.model != nullptr ? from.model->Find(name) : nullptr;
+        to.node = from.node.GetChild(name.c_str(), false);
+        to.model = model;
+        Compare(to);
+    }
+
+    static void TakeParent(Slot& from, Slot& to) {
+        ModelNode* const model = from.model != nullptr ? from.model->parent : nullptr;
+        ACNode parent;
+        const HRESULT code = CodeOf([&] { parent = from.node.GetParent(); });
+        REQUIRE(code == (from.model == nullptr ? E_INVALIDARG : model == nullptr ? NOT_FOUND : S_OK));
+        to.node = std::move(parent);
+        to.model = model;
+        Compare(to);
+    }
+
+    void Clone(Slot& from, Slot& to) {
+        const auto depth = input_.ConsumeIntegralInRange<std::uint32_t>(0, 3);
+        ACNode clone;
+        const HRESULT code = CodeOf([&] { clone = from.node.Clone(depth, 0); });
+        REQUIRE(code == (from.model != nullptr ? S_OK : E_INVALIDARG));
+        if (from.model == nullptr || models_.size() > LargestModel) return;
+        ModelNode* const model = CloneModel(*from.model, depth);
+        model->pathAbove = from.model->parent != nullptr ? from.model->parent->Path() : from.model->pathAbove;
+        to.node = std::move(clone);
+        to.model = model;
+        Compare(to);
+    }
+
+    ModelNode* CloneModel(const ModelNode& source, std::uint32_t depth) {
+        ModelNode* const copy = Make({source.name, source.type, source.numbers, nullptr, {}, {}});
+        if (depth == 0) return copy;
+        for (const ModelNode* child : source.children) {
+            copy->children.push_back(CloneModel(*child, depth - 1));
+            copy->children.back()->parent = copy;
+        }
+        return copy;
+    }
+
+    void SetNumber(Slot& slot) {
+        const WideString name = Word();
+        const auto value = input_.ConsumeIntegral<std::int64_t>();
+        const HRESULT code = CodeOf([&] { slot.node.SetInt64(name.c_str(), value); });
+        REQUIRE(code == (slot.model != nullptr ? S_OK : E_INVALIDARG));
+        if (slot.model == nullptr) return;
+        auto& numbers = slot.model->numbers;
+        const auto number = std::ranges::find(numbers, name, [](const auto& known) { return known.first; });
+        if (number == numbers.end()) {
+            numbers.emplace_back(name, value);
+        } else {
+            number->second = value;
+        }
+        Compare(slot);
+    }
+
+    // From one node down a path of two elements.
+    void Search(Slot& from, Slot& to) {
+        const WideString first = Word(), second = Word();
+        ModelNode* model = from.model != nullptr ? from.model->Find(first) : nullptr;
+        if (model != nullptr) model = model->Find(second);
+        to.node = from.node.FindByPath(first + u"\\" + second, 0);
+        to.model = model;
+        Compare(to);
+    }
+
+    static void Compare(const Slot& slot) {
+        REQUIRE(bool(slot.node) == (slot.model != nullptr));
+        if (slot.model == nullptr) return;
+        const ModelNode& model = *slot.model;
+        REQUIRE(slot.node.GetName(0) == model.name && slot.node.GetType() == model.type);
+        REQUIRE(slot.node.GetFullPath() == model.Path());
+        REQUIRE(slot.node.GetChildCount() == model.children.size());
+        WideString names;
+        for (const auto& [name, value] : model.numbers) {
+            names.append(name).push_back(u'\0');
+            REQUIRE(slot.node.GetInt64(name.c_str()) == value);
+            std::uint32_t narrow = 0;
+            const HRESULT code = CodeOf([&, key = name.c_str()] { narrow = slot.node.GetUInt32(key); });
+            REQUIRE(std::in_range<std::uint32_t>(value) ? code == S_OK && narrow == value : code == DATATYPE_MISMATCH);
+        }
+        REQUIRE(slot.node.GetAttributeNames() == names);
+    }
+
+    static constexpr std::size_t LargestModel = 2000;
+
+    FuzzedDataProvider& input_;
+    std::array<Slot, 6> slots_;
+    std::vector<std::unique_ptr<ModelNode>> models_;
+};
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider input(data, size);
+    Sequence(input).Run();
+    REQUIRE(Fuzzing::OpenNodeHandles() == 0);
+    return 0;
+}
