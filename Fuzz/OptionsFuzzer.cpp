@@ -28,6 +28,12 @@ void CheckOptions(const Host::CompareOptions& compare) {
 void CheckOptions(const Host::LogOptions& log) {
     REQUIRE(!log.follow || (log.file != "-" && !log.slowestCalls));
 }
+void CheckOptions(const Host::NextOptions& next) {
+    REQUIRE(!next.schedules.empty());
+}
+void CheckOptions(const Host::ExplainOptions& explain) {
+    REQUIRE(!explain.schedules.empty());
+}
 void CheckOptions(const Host::ShowText& show) {
     REQUIRE(show.text.ends_with('\n'));
 }

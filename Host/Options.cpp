@@ -260,7 +260,10 @@ Options ReadNext(const Written& written) {
     }
     NextOptions options;
     options.from = written.from.empty() ? CurrentTime() : Read("--from", written.from, MomentForm, ParseMoment);
-    options.count = Read("--count", written.count, "a whole number below 2^32", ParseNumber32);
+    options.count = Read("--count", written.count, "a whole number from 1 to 100000", [](const std::string& value) {
+        const auto count = ParseNumber32(value);
+        return count && *count >= 1 && *count <= 100'000 ? count : std::nullopt;
+    });
     options.style = StyleOf(written);
     for (const auto& text : written.schedules) {
         options.schedules.push_back(ReadSchedule(text, written.local, options.from));

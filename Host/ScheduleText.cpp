@@ -113,7 +113,7 @@ std::optional<TimePoint> ParseMoment(std::string_view text) {
     const auto month = ParseTwoDigits(text.substr(5, 2), 13);
     const auto day = ParseTwoDigits(text.substr(8, 2), 32);
     const auto second = ParseClockTime(text.substr(dayLength + 1, 8));
-    if (!year || !month || !day || !second) return std::nullopt;
+    if (!year || *year < 1970 || *year > 2999 || !month || !day || !second) return std::nullopt;
     const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)), std::chrono::month{*month},
                                            std::chrono::day{*day}};
     if (!date.ok()) return std::nullopt;

@@ -17,7 +17,7 @@ inline constexpr std::string_view ClockScheduleForm =
 inline constexpr std::string_view ScheduleForm =
     "a repeat such as 500ms, or HH:MM:SS or +DURATION with a comma and the interval unless it is 1d, such as "
     "07:30:00,12h";
-inline constexpr std::string_view MomentForm = "a moment in UTC, such as 2026-03-29T00:30:00Z";
+inline constexpr std::string_view MomentForm = "a moment from 1970 to 2999 in UTC, such as 2026-03-29T00:30:00Z";
 inline constexpr std::string_view WatchPointForm = "PARENT/LEAF, two names without / and \\";
 
 // "500ms", "2s", "10m", "1h", "1d". The largest is 2^32 - 1 milliseconds, or seconds for the other units.
@@ -35,7 +35,7 @@ inline constexpr std::string_view WatchPointForm = "PARENT/LEAF, two names witho
 [[nodiscard]] std::optional<DataCollection::ActionManagement::TimedActionSettings> ParseSchedule(
     std::string_view text, std::optional<std::int32_t> bias, const DataCollection::ActionManagement::TimePoint& now);
 
-// "2026-03-29T00:30:00Z", in UTC.
+// "2026-03-29T00:30:00Z", in UTC, from 1970 to 2999.
 [[nodiscard]] std::optional<DataCollection::ActionManagement::TimePoint> ParseMoment(std::string_view text);
 
 [[nodiscard]] std::optional<DataCollection::ActionManagement::ForcedActionConfig> ParseWatchPoint(

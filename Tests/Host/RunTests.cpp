@@ -166,7 +166,8 @@ TEST(Host, TellsTheRunsOfAScheduleBeforehand) {
     for (const std::vector<std::string>& bad : {std::vector<std::string>{"next", "1h", "--zone", "../passwd"},
                                                 {"next", "1h", "--zone", "Europe/Nowhere"},
                                                 {"next", "1h", "--from", "2026-02-30T00:00:00Z"},
-                                                {"next", "1h", "--count", "-1"},
+                                                {"next", "1h", "--from", "1013-03-28T12:00:00Z"},
+                                                {"next", "1h", "--count", "0"},
                                                 {"next", "25:00:00"},
                                                 {"explain", "soon"}}) {
         const auto result = RunHost(bad);
