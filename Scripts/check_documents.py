@@ -8,7 +8,8 @@ import re
 import subprocess
 import sys
 
-tests = set(pathlib.Path(sys.argv[1]).read_text().split())
+# Of an instance of a test with parameters ("Of/Suite.Name/0") the test.
+tests = {re.sub(r"^\w+/|/\w+$", "", name) for name in pathlib.Path(sys.argv[1]).read_text().split()}
 help_text = pathlib.Path(sys.argv[2]).read_text()
 wrong = []
 

@@ -42,6 +42,7 @@ extern "C" PLATFORM_EXPORT int pthread_create(pthread_t* thread, const pthread_a
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++Allocations;
+    if (AllocationFails != nullptr && AllocationFails()) return nullptr;
     return std::malloc(std::max<std::size_t>(size, 1));
 }
 void* operator new(std::size_t size) {

@@ -27,7 +27,8 @@ struct FakeSystem {
     std::atomic<int> threadsAsked{0};
 };
 inline FakeSystem System;
-inline thread_local std::size_t Allocations = 0;  // of the calling thread
+inline thread_local std::size_t Allocations = 0;          // of the calling thread
+inline thread_local bool (*AllocationFails)() = nullptr;  // asked at each of them, if set
 
 bool IsLike(std::string_view text, std::string_view pattern);  // a "*" is any text
 std::string Narrow(std::u16string_view text);

@@ -11,6 +11,7 @@
 #include <functional>
 #include <iterator>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -63,10 +64,11 @@ inline std::size_t CountOf(std::string_view part, std::string_view text) {
     return count;
 }
 
-// Loads the module with a log directory of its own. At the end nothing may keep it in memory.
+// Loads the module with a log directory of its own. At the end nothing may keep it in memory. Without a severity the
+// files of settings decide.
 class LoadedModule {
 public:
-    explicit LoadedModule(const char* maxSeverity = "NONE")
+    explicit LoadedModule(const std::optional<std::string>& maxSeverity = "NONE")
         : maxSeverity_("GS_Logger_MaxSeverity", maxSeverity), logPath_("GS_Logger_Path", directory_.Path()) {
         EXPECT_FALSE(IsLoaded());
         library_ = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
@@ -109,8 +111,9 @@ public:
         return {static_cast<I*>(created), true};
     }
 
+    std::filesystem::path LogFile() const { return directory_ / "OrvActionManager.log"; }
     std::string Log() const {
-        const std::string bytes = ReadFile(directory_ / "OrvActionManager.log");
+        const std::string bytes = ReadFile(LogFile());
         std::u16string text(bytes.size() / sizeof(char16_t), u'\0');
         bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(char16_t));
         return Narrow(text);
@@ -159,6 +162,10 @@ public:
     }
     [[nodiscard]] bool AwaitCalls(std::size_t count) const {
         return Await([&] { return Names().size() >= count; });
+    }
+    std::vector<std::string> TakeNames() {
+        const std::lock_guard guard(lock_);
+        return std::exchange(names_, {});
     }
     // Nobody can call it any more.
     [[nodiscard]] bool AwaitDetached() const {

@@ -39,13 +39,13 @@ HRESULT ActionSubscription::SetAction(IActionControl* action) {
     });
 }
 
+// Can't fail: the cycle would drop a subscription that doesn't tell.
 HRESULT ActionSubscription::IsAlive(bool* alive) {
-    return MethodEdge(TRACED_METHOD(Dbg2, "DataCollection::ActionManagement::ActionSubscription::IsAlive"), [&] {
-        // Busy also for a listener that asks from inside its call, on the thread that holds the lock.
-        const std::unique_lock lock(actionsLock_, std::try_to_lock);
-        *alive = !lock.owns_lock() || alive_;
-        return S_OK;
-    });
+    TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionSubscription::IsAlive");
+    // Busy also for a listener that asks from inside its call, on the thread that holds the lock.
+    const std::unique_lock lock(actionsLock_, std::try_to_lock);
+    *alive = !lock.owns_lock() || alive_;
+    return S_OK;
 }
 
 HRESULT ActionSubscription::TriggerActionsIfNeeded() {
