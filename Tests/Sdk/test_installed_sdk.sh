@@ -2,9 +2,9 @@
 # Installs a build, moves the tree, and builds and runs the sample clients against it, outside the project: by CMake and
 # by pkg-config. Then the same tree by way of the packages.
 #
-#     test_installed_sdk.sh <build folder> <samples> <compiler> <options of the compiler>
+#     test_installed_sdk.sh <build folder> <source folder> <compiler> <options of the compiler>
 set -eu
-build=$1 samples=$2 compiler=$3 options=$4
+build=$1 source=$2 compiler=$3 options=$4
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 export GS_Logger_Path=$work/Logs
@@ -12,19 +12,31 @@ export GS_Logger_Path=$work/Logs
 cmake --install "$build" --prefix "$work/installed" >/dev/null
 mv "$work/installed" "$work/moved"
 sdk=$work/moved
-if grep -rIl -e "$build" -e "$work/installed" -e "$(dirname "$(dirname "$samples")")" "$sdk"; then
+if grep -rIl -e "$build" -e "$source" -e "$work" "$sdk"; then
     echo "these know where they were built or installed" >&2
     exit 1
 fi
+# Asked of each binary by itself: in a process, one finds what another has loaded.
+for binary in "$sdk"/bin/* "$sdk"/lib/*.so "$sdk"/lib/*/*.so; do
+    if ldd "$binary" | grep -E 'lib(OrvPlatform|NodeFabric|ModuleBroker)\.so' | grep -vF "=> $sdk/"; then
+        echo "$binary does not find its libraries in the tree" >&2
+        exit 1
+    fi
+done
 
-cp -r "$samples" "$work/samples"
+# Debian's /lib is a link to /usr/lib: the package may be found by either name.
+mkdir "$work/linked"
+ln -s "$sdk/lib" "$work/linked/lib"
+cp -r "$source/Docs/Samples" "$work/samples"
 cd "$work/samples"
-cmake -S . -B build -DCMAKE_PREFIX_PATH="$sdk" -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$options" >/dev/null
-cmake --build build -j 2 >/dev/null
-ctest --test-dir build --output-on-failure
+cmake -S . -B "$work/build" -DCMAKE_PREFIX_PATH="$work/linked" \
+    -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_CXX_FLAGS="$options" >/dev/null
+cmake --build "$work/build" -j 2 >/dev/null
+ctest --test-dir "$work/build" --output-on-failure
 
 export PKG_CONFIG_PATH=$sdk/lib/pkgconfig
 module=$(pkg-config --variable=module orv-action-manager)
+[ -f "$(dirname "$module")/SharedFaultTexts.dll" ]
 expect() {
     local sample=$1
     # shellcheck disable=SC2046,SC2086
@@ -35,14 +47,22 @@ expect RegularAction "call 1\ncall 2\ncall 3\ncall 4\ncall 5\n"
 expect ForcedAction "started\nstopped\n"
 expect TriggerStrategy "nothing changed: no run\na valve was added: run\n"
 
+# The public headers, all of them and nothing else, each of which can be included alone.
+headers=$sdk/include/OrvActionManager
+diff <(find "$source"/*/Include "$source"/StandIns/*/Include -name '*.h' -printf '%P\n' | sort) \
+    <(find "$headers" -type f -printf '%P\n' | sort)
+# shellcheck disable=SC2046
+"$compiler" $(pkg-config --cflags orv-action-manager) -w -fsyntax-only -x c++ $(find "$headers" -type f)
+
 "$sdk/bin/ActionHost" --every 100ms --duration 300ms
 
 cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >/dev/null
 version=$("$sdk/bin/ActionHost" --version | cut -d' ' -f2)
 dpkg-deb -f "$work"/packages/orv-action-manager-dev_*.deb Depends | grep -F "orv-action-manager (= $version)"
+dpkg-deb -f "$work"/packages/orv-action-manager_*.deb Depends | grep -F "libstdc++6"
 for package in "$work"/packages/*.deb; do
     dpkg-deb -x "$package" "$work/root"
     [ "$(dpkg-deb -f "$package" Version)" = "$version" ]
 done
-diff -r "$sdk/include" "$work/root/usr/include"
+diff <(cd "$sdk" && find . -type f | sort) <(cd "$work/root/usr" && find . -type f | sort)
 "$work/root/usr/bin/ActionHost" --every 100ms --duration 300ms
