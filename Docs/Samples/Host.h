@@ -24,6 +24,7 @@ public:
         if (library_ == nullptr) throw std::runtime_error(dlerror());
         const auto getModule = reinterpret_cast<Harbor::GetComponentsModuleObjectFunction>(
             dlsym(library_, Harbor::GetComponentsModuleObjectName));
+        if (getModule == nullptr) throw std::runtime_error(dlerror());
         Check(getModule(&module_), Harbor::GetComponentsModuleObjectName);
     }
     Host(const Host&) = delete;

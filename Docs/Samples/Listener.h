@@ -24,7 +24,14 @@ public:
     // nothing happens at 0.
     std::uint32_t AddRef() override { return ++holders_; }
     std::uint32_t Release() override { return --holders_; }
-    Harbor::HRESULT QueryInterface(const Harbor::GUID*, void**) override { return Harbor::E_NOINTERFACE; }
+    // It has the base of all interfaces and no other that could be asked for.
+    Harbor::HRESULT QueryInterface(const Harbor::GUID* iid, void** result) override {
+        if (iid == nullptr || result == nullptr) return Harbor::E_INVALIDARG;
+        if (!(*iid == IComponentUnknown::Id)) return Harbor::E_NOINTERFACE;
+        AddRef();
+        *result = static_cast<IComponentUnknown*>(this);
+        return Harbor::S_OK;
+    }
 
 private:
     const std::function<void(const std::u16string&)> onAction_;
