@@ -5,6 +5,7 @@
 #include <array>
 #include <memory>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "Common/HRes.h"
@@ -15,10 +16,13 @@ using namespace Harbor;
 
 namespace {
 
+using Value = std::variant<std::int64_t, WideString>;
+using Attribute = std::pair<WideString, Value>;
+
 struct ModelNode {
     WideString name;
     WideString type;
-    std::vector<std::pair<WideString, std::int64_t>> numbers;
+    std::vector<Attribute> attributes;
     ModelNode* parent = nullptr;
     std::vector<ModelNode*> children;
     WideString pathAbove;
@@ -44,44 +48,19 @@ public:
 
     void Run() {
         for (std::size_t steps = 0; steps < 200 && input_.remaining_bytes() > 0; ++steps) Step();
-        for (const Slot& slot : slots_) Compare(slot);
     }
 
 private:
     void Step() {
+        using Operation = void (Sequence::*)(Slot&, Slot&);
+        constexpr Operation operations[] = {
+            &Sequence::Create, &Sequence::Copy,      &Sequence::Move,      &Sequence::Close,     &Sequence::Append,
+            &Sequence::Remove, &Sequence::Clone,     &Sequence::TakeChild, &Sequence::FindChild, &Sequence::TakeParent,
+            &Sequence::Search, &Sequence::SetNumber, &Sequence::SetText};
         Slot& a = Pick();
         Slot& b = Pick();
-        switch (input_.ConsumeIntegralInRange(0, 11)) {
-            case 0:
-                return Create(a);
-            case 1:
-                a.node = b.node, a.model = b.model;
-                break;
-            case 2:
-                Move(a, b);
-                break;
-            case 3:
-                a.node.Close(), a.model = nullptr;
-                break;
-            case 4:
-                return Append(a, b);
-            case 5:
-                return Remove(a, b);
-            case 6:
-                return TakeChild(a, b);
-            case 7:
-                return FindChild(a, b);
-            case 8:
-                return TakeParent(a, b);
-            case 9:
-                return Clone(a, b);
-            case 10:
-                return SetNumber(a);
-            case 11:
-                return Search(a, b);
-        }
-        Compare(a);
-        Compare(b);
+        (this->*input_.PickValueInArray(operations))(a, b);
+        for (const Slot& slot : slots_) Compare(slot);
     }
 
     Slot& Pick() { return slots_[input_.ConsumeIntegralInRange<std::size_t>(0, slots_.size() - 1)]; }
@@ -100,20 +79,29 @@ private:
         }
     }
 
-    void Create(Slot& slot) {
+    void Create(Slot& slot, Slot&) {
         const WideString name = Word(), type = Word();
         slot.node.Create(name.c_str(), type.c_str());
         slot.model = Make({name, type, {}, nullptr, {}, {}});
-        Compare(slot);
     }
 
-    static void Move(Slot& to, Slot& from) {
+    void Copy(Slot& to, Slot& from) {
+        to.node = from.node;
+        to.model = from.model;
+    }
+
+    void Close(Slot& slot, Slot&) {
+        slot.node.Close();
+        slot.model = nullptr;
+    }
+
+    void Move(Slot& to, Slot& from) {
         to.node = std::move(from.node);
         // A node stays where it is if the other one is the same.
         if (to.model != from.model) to.model = std::exchange(from.model, nullptr);
     }
 
-    static void Append(Slot& parent, Slot& child) {
+    void Append(Slot& parent, Slot& child) {
         const HRESULT code = AcnAppendChild(parent.node.Handle(), child.node.Handle());
         const bool isAllowed = parent.model != nullptr && child.model != nullptr && child.model->parent == nullptr &&
                                !parent.model->IsAtOrBelow(child.model);
@@ -123,11 +111,9 @@ private:
             child.model->parent = parent.model;
             child.model->pathAbove.clear();
         }
-        Compare(parent);
-        Compare(child);
     }
 
-    static void Remove(Slot& parent, Slot& child) {
+    void Remove(Slot& parent, Slot& child) {
         const HRESULT code = AcnRemoveChild(parent.node.Handle(), child.node.Handle());
         const bool areThere = parent.model != nullptr && child.model != nullptr;
         const bool isChild = areThere && child.model->parent == parent.model;
@@ -136,8 +122,6 @@ private:
             std::erase(parent.model->children, child.model);
             child.model->parent = nullptr;
         }
-        Compare(parent);
-        Compare(child);
     }
 
     void TakeChild(Slot& from, Slot& to) {
@@ -147,7 +131,6 @@ private:
         REQUIRE(CodeOf([&] { (void)from.node.GetChild(index, true); }) == (isThere ? S_OK : NOT_FOUND));
         to.node = from.node.GetChild(index, false);
         to.model = model;
-        Compare(to);
     }
 
     void FindChild(Slot& from, Slot& to) {
@@ -155,17 +138,15 @@ private:
         ModelNode* const model = from.model != nullptr ? from.model->Find(name) : nullptr;
         to.node = from.node.GetChild(name.c_str(), false);
         to.model = model;
-        Compare(to);
     }
 
-    static void TakeParent(Slot& from, Slot& to) {
+    void TakeParent(Slot& from, Slot& to) {
         ModelNode* const model = from.model != nullptr ? from.model->parent : nullptr;
         ACNode parent;
         const HRESULT code = CodeOf([&] { parent = from.node.GetParent(); });
         REQUIRE(code == (from.model == nullptr ? E_INVALIDARG : model == nullptr ? NOT_FOUND : S_OK));
         to.node = std::move(parent);
         to.model = model;
-        Compare(to);
     }
 
     void Clone(Slot& from, Slot& to) {
@@ -178,11 +159,10 @@ private:
         model->pathAbove = from.model->parent != nullptr ? from.model->parent->Path() : from.model->pathAbove;
         to.node = std::move(clone);
         to.model = model;
-        Compare(to);
     }
 
     ModelNode* CloneModel(const ModelNode& source, std::uint32_t depth) {
-        ModelNode* const copy = Make({source.name, source.type, source.numbers, nullptr, {}, {}});
+        ModelNode* const copy = Make({source.name, source.type, source.attributes, nullptr, {}, {}});
         if (depth == 0) return copy;
         for (const ModelNode* child : source.children) {
             copy->children.push_back(CloneModel(*child, depth - 1));
@@ -191,20 +171,29 @@ private:
         return copy;
     }
 
-    void SetNumber(Slot& slot) {
+    void SetNumber(Slot& slot, Slot&) {
         const WideString name = Word();
         const auto value = input_.ConsumeIntegral<std::int64_t>();
-        const HRESULT code = CodeOf([&] { slot.node.SetInt64(name.c_str(), value); });
+        Store(slot, name, value, CodeOf([&] { slot.node.SetInt64(name.c_str(), value); }));
+    }
+
+    // Of lengths on both sides of a reader's first buffer.
+    void SetText(Slot& slot, Slot&) {
+        const WideString name = Word();
+        const WideString text(input_.ConsumeIntegralInRange<std::size_t>(0, 300), u'x');
+        Store(slot, name, text, CodeOf([&] { slot.node.SetText(name.c_str(), text.c_str(), MeasureText); }));
+    }
+
+    static void Store(Slot& slot, const WideString& name, Value value, HRESULT code) {
         REQUIRE(code == (slot.model != nullptr ? S_OK : E_INVALIDARG));
         if (slot.model == nullptr) return;
-        auto& numbers = slot.model->numbers;
-        const auto number = std::ranges::find(numbers, name, [](const auto& known) { return known.first; });
-        if (number == numbers.end()) {
-            numbers.emplace_back(name, value);
+        auto& attributes = slot.model->attributes;
+        const auto known = std::ranges::find(attributes, name, &Attribute::first);
+        if (known == attributes.end()) {
+            attributes.emplace_back(name, std::move(value));
         } else {
-            number->second = value;
+            known->second = std::move(value);
         }
-        Compare(slot);
     }
 
     // From one node down a path of two elements.
@@ -214,7 +203,6 @@ private:
         if (model != nullptr) model = model->Find(second);
         to.node = from.node.FindByPath(first + u"\\" + second, 0);
         to.model = model;
-        Compare(to);
     }
 
     static void Compare(const Slot& slot) {
@@ -225,14 +213,19 @@ private:
         REQUIRE(slot.node.GetFullPath() == model.Path());
         REQUIRE(slot.node.GetChildCount() == model.children.size());
         WideString names;
-        for (const auto& [name, value] : model.numbers) {
+        for (const auto& [name, value] : model.attributes) {
             names.append(name).push_back(u'\0');
-            REQUIRE(slot.node.GetInt64(name.c_str()) == value);
-            std::uint32_t narrow = 0;
-            const HRESULT code = CodeOf([&, key = name.c_str()] { narrow = slot.node.GetUInt32(key); });
-            REQUIRE(std::in_range<std::uint32_t>(value) ? code == S_OK && narrow == value : code == DATATYPE_MISMATCH);
+            CompareValue(slot.node, name.c_str(), value);
         }
         REQUIRE(slot.node.GetAttributeNames() == names);
+    }
+
+    static void CompareValue(const ACNode& node, const WideChar* name, const Value& value) {
+        if (const auto* const number = std::get_if<std::int64_t>(&value)) {
+            REQUIRE(node.GetInt64(name) == *number);
+        } else {
+            REQUIRE(node.GetText(name) == std::get<WideString>(value));
+        }
     }
 
     static constexpr std::size_t LargestModel = 2000;
