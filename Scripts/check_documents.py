@@ -19,7 +19,7 @@ for name in subprocess.run(["git", "ls-files", "*.md"], check=True, capture_outp
     for target in re.findall(r"\]\(([^)#]+)\)", text):
         if "://" not in target and not (document.parent / target).exists():
             wrong.append(f"{name}: nothing at {target}")
-    for command in re.findall(r"(?<![\w./])\./(\w+)\b", text):
+    for command in re.findall(r"(?<![\w./])\./([a-z]\w*)\b", text):
         if not pathlib.Path(command).exists():
             wrong.append(f"{name}: there is no command ./{command}")
     for option in re.findall(r"(?:ActionHost|\./run)[^`\n]*?(--[a-z0-9-]+)", text):

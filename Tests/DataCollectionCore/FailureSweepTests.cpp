@@ -6,6 +6,7 @@
 #include "Common/Logging/FileLogger.h"
 #include "FakeConfigService.h"
 #include "InjectedFailure.h"
+#include "Subsystems/ActionManager/ActionManagerSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
 
 using InjectedFailure::Scope;
@@ -193,15 +194,22 @@ TEST_P(FailureSweep, LeavesAComparisonAnAnswerOrACode) {
 }
 
 TEST_P(FailureSweep, LeavesAManagerConfiguredOrNot) {
-    ACNode config;
-    config.Create(nullptr, nullptr);
-    const std::uint32_t interval = 100'000;
-    EXPECT_EQ(AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &interval, 4), S_OK);
+    const auto configuration = [](std::uint32_t interval) {
+        ACNode node;
+        node.Create(nullptr, nullptr);
+        EXPECT_EQ(AcnSetAttribute(node.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &interval, 4), S_OK);
+        return node;
+    };
+    const ACNode former = configuration(1), wanted = configuration(100'000);
     FailAtEachCall([&, this] {
+        GlobalSettings::Instance()->Load(former);
         auto manager = NewObject<ActionManager>();
         const int threadsBefore = System.threadsAsked;
-        const HRESULT code = Try([&] { return manager->Configure(config.Handle()); });
+        const HRESULT code = Try([&] { return manager->Configure(wanted.Handle()); });
         EXPECT_EQ(System.threadsAsked, threadsBefore + (code == S_OK ? 1 : 0));
+        if (code == S_OK) {
+            EXPECT_EQ(GlobalSettings::Instance()->PollingIntervalInMilliseconds(), 100'000u);
+        }
         Try([&] {
             manager.Reset();
             return S_OK;
