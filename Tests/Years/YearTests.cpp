@@ -28,9 +28,8 @@ struct Case {
 std::istream& operator>>(std::istream& stream, std::optional<TimePoint>& moment) {
     std::string text;
     stream >> text;
-    int year = 0;
-    unsigned month = 0, day = 0, hours = 0, minutes = 0, seconds = 0, thousandths = 0;
-    if (std::sscanf(text.c_str(), "%d-%u-%uT%u:%u:%u.%uZ", &year, &month, &day, &hours, &minutes, &seconds,
+    int year = 0, month = 0, day = 0, hours = 0, minutes = 0, seconds = 0, thousandths = 0;
+    if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d.%dZ", &year, &month, &day, &hours, &minutes, &seconds,
                     &thousandths) == 7) {
         moment = std::chrono::sys_days{std::chrono::year{year} / month / day} + std::chrono::hours{hours} +
                  std::chrono::minutes{minutes} + std::chrono::seconds{seconds} + milliseconds{thousandths};
