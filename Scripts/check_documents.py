@@ -1,4 +1,5 @@
-"""Holds the documents to the repository: links lead somewhere, tests that are named exist, commands are there.
+"""Holds the documents to the repository: links lead somewhere, tests that are named exist, commands are there, and what
+is shown as a run of the host works.
 
 Arguments: the file with the names of all tests, and the text of the host's help.
 """
@@ -22,6 +23,9 @@ for name in subprocess.run(["git", "ls-files", "*.md"], check=True, capture_outp
     for command in re.findall(r"(?<![\w./])\./([a-z]\w*)\b", text):
         if not pathlib.Path(command).exists():
             wrong.append(f"{name}: there is no command ./{command}")
+    for run in re.findall(r"`\./run ([^`]+)`", text):
+        if subprocess.run(["./run", *run.split()], stdin=subprocess.DEVNULL, capture_output=True).returncode != 0:
+            wrong.append(f"{name}: ./run {run} fails")
     for option in re.findall(r"(?:ActionHost|\./run)[^`\n]*?(--[a-z0-9-]+)", text):
         if option not in help_text:
             wrong.append(f"{name}: the host has no option {option}")

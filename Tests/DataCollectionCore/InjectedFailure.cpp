@@ -4,6 +4,7 @@
 
 #include "ModuleBroker/ModuleBroker.h"
 #include "NodeFabric/NodeFabric.h"
+#include "Platform/Environment.h"
 #include "Platform/ErrorObjects.h"
 #include "Platform/Errors.h"
 #include "Platform/Files.h"
@@ -129,6 +130,17 @@ PLATFORM_MAY_FAIL(BOOL, GetModuleHandleExW, (DWORD flags, const WideChar* addres
 PLATFORM_MAY_FAIL(DWORD, GetModuleFileNameW, (HMODULE module, WideChar* path, DWORD size), (module, path, size), 0)
 PLATFORM_MAY_FAIL(HMODULE, LoadLibraryExW, (const WideChar* path, HANDLE reserved, DWORD flags),
                   (path, reserved, flags), nullptr)
+PLATFORM_MAY_FAIL(HMODULE, GetModuleHandleW, (const WideChar* name), (name), nullptr)
+PLATFORM_MAY_FAIL(DWORD, GetEnvironmentVariableW, (const WideChar* name, WideChar* buffer, DWORD size),
+                  (name, buffer, size), 0)
+PLATFORM_MAY_FAIL(DWORD, GetPrivateProfileStringW,
+                  (const WideChar* section, const WideChar* key, const WideChar* defaultValue, WideChar* buffer,
+                   DWORD size, const WideChar* path),
+                  (section, key, defaultValue, buffer, size, path), 0)
+PLATFORM_MAY_FAIL(DWORD, ExpandEnvironmentStringsW, (const WideChar* source, WideChar* buffer, DWORD size),
+                  (source, buffer, size), 0)
+PLATFORM_MAY_FAIL(BOOL, OpenThreadToken, (HANDLE thread, DWORD access, BOOL openAsSelf, HANDLE* token),
+                  (thread, access, openAsSelf, token), FALSE)
 PLATFORM_MAY_FAIL(BSTR, SysAllocStringLen, (const WideChar* text, std::uint32_t length), (text, length), nullptr)
 PLATFORM_MAY_FAIL(HRESULT, CreateErrorInfo, (ICreateErrorInfo * *result), (result), Harbor::E_OUTOFMEMORY)
 PLATFORM_MAY_FAIL(HRESULT, SetErrorInfo, (DWORD reserved, IErrorInfo* object), (reserved, object), Harbor::E_FAIL)
