@@ -1,114 +1,98 @@
-// Lets each fallible call fail in turn: the first, the second, and so on until an operation needs no more.
-#include <algorithm>
+// Lets each call that can fail do so in turn, the first, the second, and so on, until a client's whole life with the
+// module comes through with no failure reached. Whatever fails, the client gets the code of that failure or does not
+// notice it, succeeds when it asks again, and nothing is left behind at the end.
+#include <array>
+#include <climits>
+#include <cstdio>
+#include <deque>
+#include <exception>
+#include <filesystem>
 
 #include "../Platform/ScopedVariable.h"
 #include "../Platform/TemporaryDirectory.h"
 #include "Common/Logging/FileLogger.h"
-#include "FakeConfigService.h"
-#include "InjectedFailure.h"
+#include "ModuleBroker/ModuleBroker.h"
 #include "Subsystems/ActionManager/ActionManagerSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
-
-using InjectedFailure::Scope;
-using InjectedFailure::Source;
+#include "TestSupport.h"
 
 namespace {
 
-// The partners do their own work; what fails is the module's.
-class Service : public FakeConfigService {
+// What the test owns; it counts the references that others have, and allocates nothing by itself.
+template <class... Interfaces>
+class Neighbour : public Interfaces... {
 public:
-    HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* client,
-                            IACModifySubscription** subscription) override {
-        const Scope quiet(false);
-        return FakeConfigService::AddSubscription(filter, parameters, client, subscription);
-    }
-    HRESULT RemoveSubscription(IACModifySubscription* subscription) override {
-        const Scope quiet(false);
-        return FakeConfigService::RemoveSubscription(subscription);
-    }
-};
-class CommandReport : public FakeReport {
-public:
-    HRESULT Next(AcnHandle* node) override {
-        const Scope quiet(false);
-        return FakeReport::Next(node);
-    }
-};
-class Client : public RecordingListener {
-public:
-    HRESULT OnActionTriggered(IActionSubscription* subscription, IAction* action) override {
-        const Scope quiet(false);
-        return RecordingListener::OnActionTriggered(subscription, action);
-    }
+    std::uint32_t AddRef() override { return ++references; }
+    std::uint32_t Release() override { return --references; }
+    HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
+
+    std::atomic<std::uint32_t> references{0};
 };
 
-// Every statement is live, and goes to a file.
-class FailureSweep : public LeakChecked, public testing::WithParamInterface<Source> {
-protected:
-    // Runs the scenario again and again, until the failure is not reached any more.
-    template <class Scenario>
-    void FailAtEachCall(Scenario scenario) {
-        for (int nth = 1;; ++nth) {
-            SCOPED_TRACE("call " + std::to_string(nth));
-            const std::uint32_t objects = LivingObjects();
-            FileLogger logger(u"Sweep.log", u"banner\r\n");
-            const LogRegistration registration(logger);
-            System.tick += 6000;  // the settings of the log are looked at anew
-            InjectedFailure::Arm(GetParam(), nth);
-            scenario();
-            EXPECT_EQ(LivingObjects(), objects);
-            const bool hasHappened = InjectedFailure::HasHappened();
-            InjectedFailure::Arm(Source::None, 0);
-            if (!hasHappened) break;
-            ASSERT_FALSE(HasFailure());
-        }
+class Client final : public Neighbour<IActionListener> {
+public:
+    HRESULT OnActionTriggered(IActionSubscription*, IAction* action) override {
+        EXPECT_TRUE(mayBeCalled);
+        ++calls;
+        WideString name;
+        return action->GetName(&name);
     }
 
-    // An operation in which the failure may happen: it does without what failed, or tells it. Memory that runs out may
-    // leave an edge as an exception, too.
-    HRESULT Try(const std::function<HRESULT()>& operation) {
-        const bool before = InjectedFailure::HasHappened();
-        const HRESULT code = Run(operation);
-        const bool mayFail = !before && InjectedFailure::HasHappened();
-        EXPECT_TRUE(Succeeded(code) || (mayFail && IsCodeOf(GetParam(), code))) << std::hex << code;
+    bool mayBeCalled = true;
+    std::size_t calls = 0;
+    SubscriptionPtr subscription;
+};
+
+constexpr HRESULT Refusal = MakeHResult(0x80045678);
+
+constexpr const char* WatchStart = "IACModifySubscription::Start";
+
+HRESULT AnswerOf(const char* name) {
+    return InjectedFault.Strikes(Fallible::Call, name, Refusal) ? Refusal : S_OK;
+}
+
+struct Watch final : Neighbour<IACModifySubscription> {
+    HRESULT Start() override { return AnswerOf(WatchStart); }
+};
+
+// The configuration service and its one report.
+class Service final : public Neighbour<IACConfigService, IACNodeModifyEnum, IACNodeEnumerator> {
+public:
+    HRESULT QueryInterface(const GUID*, void** result) override {
+        *result = ComponentPtr<IACConfigService>(this, false).Detach();
+        return S_OK;
+    }
+    HRESULT AddSubscription(AcnHandle, AcnHandle, IACModifyCallback* client, IACModifySubscription** watch) override {
+        callback_ = client;
+        watch_ = (watch_ + 1) % watches_.size();
+        const HRESULT code = AnswerOf("AddSubscription");
+        if (Succeeded(code)) *watch = ComponentPtr<IACModifySubscription>(&watches_[watch_], false).Detach();
         return code;
     }
-    // The same for one that can be asked again, and then succeeds.
-    void TryUntilItSucceeds(const std::function<HRESULT()>& operation, HRESULT success = S_OK) {
-        const HRESULT code = Try(operation);
-        EXPECT_EQ(code == success ? code : operation(), success);
+    HRESULT RemoveSubscription(IACModifySubscription*) override { return AnswerOf("RemoveSubscription"); }
+    HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
+        const HRESULT code = AnswerOf("GetNodeEnumerator");
+        if (Succeeded(code)) *out = ComponentPtr<IACNodeEnumerator>(this, false).Detach();
+        return code;
     }
+    HRESULT Reset() override {
+        atEnd_ = false;
+        return S_OK;
+    }
+    HRESULT Next(AcnHandle* out) override {
+        return std::exchange(atEnd_, true) ? S_FALSE : AcnDuplicateNodeHandle(notification.Handle(), out);
+    }
+    HRESULT Report() { return callback_->OnTriggered(&watches_[watch_], 0, this); }
+    std::uint32_t ReferencesOfWatches() const { return watches_[0].references + watches_[1].references; }
+
+    ACNode notification;
 
 private:
-    static HRESULT Run(const std::function<HRESULT()>& operation) {
-        const Scope active(true);
-        try {
-            return operation();
-        } catch (const std::bad_alloc&) {
-            return E_OUTOFMEMORY;
-        }
-    }
-    static bool IsCodeOf(Source source, HRESULT code) {
-        switch (source) {
-            case Source::Store:
-            case Source::Broker:
-                return code == InjectedFailure::Code;
-            case Source::Memory:
-                return code == E_OUTOFMEMORY;
-            case Source::Platform:
-                return code == HResultFromWin32(InjectedFailure::LastError);
-            case Source::None:
-                return false;
-        }
-        return false;
-    }
-
-    const TemporaryDirectory directory_;
-    const ScopedVariable path_{"GS_Logger_Path", directory_.Path()}, severity_{"GS_Logger_MaxSeverity", "DBG3"};
+    IACModifyCallback* callback_ = nullptr;
+    std::array<Watch, 2> watches_;  // so that the one of a registration that failed isn't taken for that of the next
+    std::size_t watch_ = 0;
+    bool atEnd_ = false;
 };
-
-constexpr TimedActionSettings EveryMillisecond{0, false, 0, TimedActionType::Repeat, 1};
-constexpr TimePoint Creation = std::chrono::sys_days{std::chrono::year{2024} / 3 / 5};
 
 ACNode Item(std::int32_t value) {
     ACNode root, items, item, child;
@@ -124,101 +108,201 @@ ACNode Item(std::int32_t value) {
     return root;
 }
 
+constexpr std::uint32_t Interval = 100'000;
+
+ACNode Configuration(std::uint32_t interval) {
+    ACNode node;
+    node.Create(u"ActionManager", nullptr);
+    EXPECT_EQ(
+        AcnSetAttribute(node.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &interval, sizeof(interval)),
+        S_OK);
+    return node;
+}
+
+std::ptrdiff_t EntriesOf(const char* directory) {
+    return std::distance(std::filesystem::directory_iterator(directory), std::filesystem::directory_iterator());
+}
+
+struct Sweep {
+    const char* name;
+    Fallible kind;
+    bool lasts;
+};
+
+class FailureSweep : public LeakChecked, public testing::WithParamInterface<Sweep> {
+protected:
+    FailureSweep() {
+        std::set_terminate([] {
+            std::fprintf(stderr, "ended by the failure of call %d, %s\n", call_, InjectedFault.place.load());
+            std::abort();
+        });
+        config_ = Configuration(Interval);
+        ACNode command;
+        command.Create(u"B", nullptr);
+        command.SetText(u"Command", u"Start", MeasureText);
+        service_.notification.Create(nullptr, nullptr);
+        service_.notification.SetText(u"ModifiedNodePath", u"\\A\\B", MeasureText);
+        service_.notification.SetInt64(u"ChangesMask", 1);
+        EXPECT_EQ(AcnAppendChild(service_.notification.Handle(), command.Handle()), S_OK);
+        EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, static_cast<IACConfigService*>(&service_)), S_OK);
+    }
+    ~FailureSweep() override { EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, nullptr), S_OK); }
+
+    // An operation fails with the code of the failure, and only if that came about meanwhile. Memory that runs out may
+    // leave it as the exception, too.
+    template <class Operation>
+    static HRESULT Try(Operation operation) {
+        const bool mayFail = InjectedFault.armed != Fallible::Nothing;
+        HRESULT code = S_OK;
+        try {
+            code = operation();
+        } catch (const std::bad_alloc&) {
+            code = E_OUTOFMEMORY;
+        }
+        EndFailure();
+        EXPECT_TRUE(Succeeded(code) || (mayFail && code == InjectedFault.code))
+            << std::hex << code << " after " << InjectedFault.place;
+        return code;
+    }
+    // What was left undone succeeds when it is asked for again.
+    template <class Operation>
+    static void Do(Operation operation, HRESULT success = S_OK) {
+        if (Try(operation) == success) return;
+        EXPECT_TRUE(Failed(InjectedFault.code));
+        EXPECT_EQ(Try(operation), success);
+    }
+    // A registration that fails has been no registration: its listener is never called, and let go, though only with
+    // the manager if it was the watch that didn't start.
+    template <class Register>
+    Client& Subscribe(Register registration) {
+        for (;;) {
+            Client& client = clients_.emplace_back();
+            if (Succeeded(Try([&] { return registration(client); }))) return client;
+            client.mayBeCalled = false;
+        }
+    }
+    Client& SubscribeRegular(const TimedActionSettings& schedule) {
+        return Subscribe([&](Client& client) {
+            return manager_->SubscribeRegularAction(&client, &schedule, client.subscription.Address());
+        });
+    }
+    // A failure that lasts does so to the end of the operation, the cycle or the object that it has hit.
+    static void EndFailure() {
+        if (Failed(InjectedFault.code)) InjectedFault.armed = Fallible::Nothing;
+    }
+    static bool FailedAt(std::string_view place) { return place == InjectedFault.place.load(); }
+    void Cycle() {
+        System.clock = System.clock.load() + 25h;
+        static_cast<CComponentObject<ActionManager>*>(manager_.Get())->OnTimerEvent(System.clock);
+        EndFailure();
+    }
+
+    void Live() {
+        Do([&] {
+            return CComponentObject<ActionManager>::CreateInstance(&IActionManager::Id,
+                                                                   reinterpret_cast<void**>(manager_.Address()));
+        });
+        const HRESULT configured =
+            Try([&] { return manager_.QueryOrThrow<IConfigurable>()->Configure(config_.Handle()); });
+        EXPECT_TRUE(Failed(configured) || GlobalSettings::Instance()->PollingIntervalInMilliseconds() == Interval);
+        Client& often = SubscribeRegular({0, false, 0, TimedActionType::Repeat, 1});
+        Client& daily = SubscribeRegular({3600, true, 86400, TimedActionType::SpecificTime, 0});
+        Client& forced = Subscribe([&](Client& client) {
+            return manager_->SubscribeForcedAction(&client, &point_, client.subscription.Address());
+        });
+        const std::array subscribed{&often, &daily, &forced};
+        for (Client* client : subscribed) Do([&] { return client->subscription->Start(); });
+        Do([&] { return service_.Report(); });
+        const bool failedBeforeCycle = Failed(InjectedFault.code);
+        Cycle();
+
+        // A failure lasts no longer than its own call, and the cycle that it hit loses nothing but a command that
+        // the store refused to read.
+        const Fallible armed = InjectedFault.armed.exchange(Fallible::Nothing);
+        Cycle();
+        EXPECT_TRUE(failedBeforeCycle || forced.calls > 0 || FailedAt("AcnGetAttribute"));
+        Do([&] { return service_.Report(); });
+        Cycle();
+        EXPECT_GE(forced.calls, 1u);
+        EXPECT_GE(often.calls, 2u);
+        EXPECT_GE(daily.calls, 2u);
+        for (const Client& client : clients_) {
+            EXPECT_TRUE(client.mayBeCalled || client.references == 0 || FailedAt(WatchStart));
+        }
+        InjectedFault.armed = armed;
+
+        for (Client* client : subscribed) {
+            Do([&] { return client->subscription->Unsubscribe(); });
+            client->mayBeCalled = false;
+            client->subscription.Reset();
+        }
+        Cycle();
+        Cycle();
+        Do([&] { return strategy_->OnConfigurationUpdate(before_.Handle(), same_.Handle()); }, S_FALSE);
+        Do([&] { return strategy_->OnConfigurationUpdate(before_.Handle(), changed_.Handle()); });
+        manager_.Reset();
+    }
+
+    // Gives whether the failure was reached.
+    bool LiveWithFailureOf(int call) {
+        const std::uint32_t objects = LivingObjects();
+        std::uint64_t handles = 0, handlesAfter = 0;
+        EXPECT_EQ(AcnGetOpenHandleCount(&handles), S_OK);
+        std::filesystem::remove(directory_ / "a.log");
+        System.tick += 6000;  // the settings of the log are read again, and its file is opened anew
+        System.clock = TimePoint(std::chrono::sys_days{std::chrono::year{2024} / 3 / 5});
+        GlobalSettings::Instance()->Load(Configuration(1));
+        clients_.clear();
+        SCOPED_TRACE(call);
+        call_ = call;
+        InjectedFault.code = S_OK;
+        InjectedFault.place = "";
+        InjectedFault.callsLeft = call;
+        InjectedFault.lasts = GetParam().lasts;
+        InjectedFault.armed = GetParam().kind;
+        Live();
+        InjectedFault.armed = Fallible::Nothing;
+        for (const Client& client : clients_) EXPECT_EQ(client.references, 0u);
+        EXPECT_EQ(service_.references, 1u);  // the broker's
+        EXPECT_EQ(service_.ReferencesOfWatches(), 0u);
+        EXPECT_EQ(LivingObjects(), objects);
+        EXPECT_EQ(AcnGetOpenHandleCount(&handlesAfter), S_OK);
+        EXPECT_EQ(handlesAfter, handles);
+        return Failed(InjectedFault.code);
+    }
+
+private:
+    static inline int call_ = 0;
+
+    const TemporaryDirectory directory_;
+    const ScopedVariable maxSeverity_{"GS_Logger_MaxSeverity", "DBG3"};
+    const ScopedVariable logPath_{"GS_Logger_Path", directory_.Path()};
+    FileLogger file_{u"a.log", u"banner\r\n"};
+    const LogRegistration registration_{file_};
+    const ForcedActionConfig point_{u"B", u"A", false};
+    const ACNode before_ = Item(1), same_ = Item(1), changed_ = Item(2);
+    const ComponentPtr<ITriggerStrategy> strategy_ = Create<ScopeItemUpdateStrategy, ITriggerStrategy>();
+    ACNode config_;
+    Service service_;
+    std::deque<Client> clients_;
+    ComponentPtr<IActionManager> manager_;
+};
+
 }  // namespace
 
-// Registers both kinds of action, starts them, has a command and a due moment served, and unsubscribes.
-TEST_P(FailureSweep, LeavesAClientItsCallsOrACode) {
-    FailAtEachCall([this] {
-        const auto service = NewObject<Service>();
-        EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, static_cast<IACConfigService*>(service.Get())), S_OK);
-        const auto listener = NewObject<Client>();
-        const auto report = NewObject<CommandReport>();
-        report->nodes.push_back(Change{u"Start"}.Node());
-        System.clock = Creation;
-        const auto nextCycle = [&](ActionManager& manager) {
-            System.clock = System.clock.load() + 1s + Ticks{1};
-            manager.OnTimerEvent(System.clock);
-            return S_OK;
-        };
-
-        CComponentObject<ActionManager>* created = nullptr;
-        TryUntilItSucceeds([&] { return CComponentObject<ActionManager>::CreateObject(&created); });
-        ComponentPtr<CComponentObject<ActionManager>> manager(created, true);
-        const ForcedActionConfig config{u"B", u"A", false};
-        SubscriptionPtr regular, forced;
-        TryUntilItSucceeds(
-            [&] { return manager->SubscribeRegularAction(listener.Get(), &EveryMillisecond, regular.Address()); });
-        TryUntilItSucceeds([&] { return manager->SubscribeForcedAction(listener.Get(), &config, forced.Address()); });
-        for (const auto& subscription : {regular, forced}) TryUntilItSucceeds([&] { return subscription->Start(); });
-        TryUntilItSucceeds([&] { return manager->OnTriggered(service->watches.back(), 0, report.Get()); });
-        const bool before = InjectedFailure::HasHappened();
-        Try([&] { return nextCycle(*manager.Get()); });
-        const bool inCycle = !before && InjectedFailure::HasHappened();
-
-        // What a failure kept from that cycle comes in the next one, but for a command that the store didn't give.
-        nextCycle(*manager.Get());
-        const Texts calls = listener->TakeCalls();
-        EXPECT_GE(std::ranges::count(calls, "Schedule"), 1);
-        EXPECT_LE(std::ranges::count(calls, "Schedule"), 2 + (inCycle ? 1 : 0));
-        const bool mayBeLost = inCycle && GetParam() == Source::Store;
-        EXPECT_GE(std::ranges::count(calls, "ForcedStart"), mayBeLost ? 0 : 1);
-        EXPECT_EQ(std::ranges::count(calls, "Schedule") + std::ranges::count(calls, "ForcedStart"), std::ssize(calls));
-
-        for (const auto& subscription : {regular, forced}) {
-            TryUntilItSucceeds([&] { return subscription->Unsubscribe(); });
-        }
-        Try([&] { return nextCycle(*manager.Get()); });
-        nextCycle(*manager.Get());
-        EXPECT_EQ(listener->TakeCalls(), Texts{});
-        regular.Reset();
-        forced.Reset();
-        Try([&] {
-            manager.Reset();
-            return S_OK;
-        });
-        EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, nullptr), S_OK);
-    });
+TEST_P(FailureSweep, LeavesTheRightCodeAndNothingElse) {
+    EXPECT_FALSE(LiveWithFailureOf(INT_MAX));
+    const auto threads = EntriesOf("/proc/self/task"), descriptors = EntriesOf("/proc/self/fd");
+    int call = 1;
+    while (LiveWithFailureOf(call)) ++call;
+    EXPECT_GT(call, 300);
+    EXPECT_EQ(EntriesOf("/proc/self/task"), threads);
+    EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);
+    RecordProperty("calls", call);
 }
 
-TEST_P(FailureSweep, LeavesAComparisonAnAnswerOrACode) {
-    const ACNode before = Item(1), same = Item(1), changed = Item(2);
-    FailAtEachCall([&, this] {
-        ComponentPtr<ITriggerStrategy> strategy;
-        TryUntilItSucceeds([&] {
-            strategy = Create<ScopeItemUpdateStrategy, ITriggerStrategy>();
-            return S_OK;
-        });
-        TryUntilItSucceeds([&] { return strategy->OnConfigurationUpdate(before.Handle(), same.Handle()); }, S_FALSE);
-        TryUntilItSucceeds([&] { return strategy->OnConfigurationUpdate(before.Handle(), changed.Handle()); });
-    });
-}
-
-TEST_P(FailureSweep, LeavesAManagerConfiguredOrNot) {
-    const auto configuration = [](std::uint32_t interval) {
-        ACNode node;
-        node.Create(nullptr, nullptr);
-        EXPECT_EQ(AcnSetAttribute(node.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &interval, 4), S_OK);
-        return node;
-    };
-    const ACNode former = configuration(1), wanted = configuration(100'000);
-    FailAtEachCall([&, this] {
-        GlobalSettings::Instance()->Load(former);
-        auto manager = NewObject<ActionManager>();
-        const int threadsBefore = System.threadsAsked;
-        const HRESULT code = Try([&] { return manager->Configure(wanted.Handle()); });
-        EXPECT_EQ(System.threadsAsked, threadsBefore + (code == S_OK ? 1 : 0));
-        if (code == S_OK) {
-            EXPECT_EQ(GlobalSettings::Instance()->PollingIntervalInMilliseconds(), 100'000u);
-        }
-        Try([&] {
-            manager.Reset();
-            return S_OK;
-        });
-    });
-}
-
-std::string NameOf(const testing::TestParamInfo<Source>& info) {
-    return std::array{"None", "Store", "Broker", "Memory", "Platform"}[static_cast<std::size_t>(info.param)];
-}
-INSTANTIATE_TEST_SUITE_P(Of, FailureSweep,
-                         testing::Values(Source::Store, Source::Broker, Source::Memory, Source::Platform), NameOf);
+INSTANTIATE_TEST_SUITE_P(EachOfThe, FailureSweep,
+                         testing::Values(Sweep{"Calls", Fallible::Call, false},
+                                         Sweep{"Allocations", Fallible::Allocation, false},
+                                         Sweep{"AllocationsFromThereOn", Fallible::Allocation, true}),
+                         [](const auto& sweep) { return sweep.param.name; });

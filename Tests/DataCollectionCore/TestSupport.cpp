@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdlib>
 
 #include "Platform/Errors.h"
@@ -27,6 +28,7 @@ void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept {
 DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcept {
     *zone = System.zone;
     SetLastError(ERROR_ACCESS_DENIED);
+    if (InjectedFault.Strikes(Fallible::Call, __func__, E_FAIL)) return TIME_ZONE_ID_INVALID;
     return System.zoneResult;
 }
 
@@ -36,13 +38,16 @@ extern "C" PLATFORM_EXPORT int pthread_create(pthread_t* thread, const pthread_a
                                               void* (*start)(void*), void* argument) {
     static const auto create = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
     ++System.threadsAsked;
+    if (InjectedFault.Strikes(Fallible::Call, __func__, HResultFromWin32(Platform::ERROR_MAX_THRDS_REACHED))) {
+        return EAGAIN;
+    }
     const int refusal = System.threadRefusal;
     return refusal != 0 ? refusal : create(thread, attributes, start, argument);
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++Allocations;
-    if (AllocationFails != nullptr && AllocationFails()) return nullptr;
+    if (InjectedFault.Strikes(Fallible::Allocation, __func__, E_OUTOFMEMORY)) return nullptr;
     return std::malloc(std::max<std::size_t>(size, 1));
 }
 void* operator new(std::size_t size) {

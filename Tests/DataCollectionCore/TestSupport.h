@@ -27,8 +27,28 @@ struct FakeSystem {
     std::atomic<int> threadsAsked{0};
 };
 inline FakeSystem System;
-inline thread_local std::size_t Allocations = 0;          // of the calling thread
-inline thread_local bool (*AllocationFails)() = nullptr;  // asked at each of them, if set
+inline thread_local std::size_t Allocations = 0;  // of the calling thread
+
+// Which call of a sweep fails: the callsLeft-th of the armed kind, on whatever thread it comes, and all behind it if
+// the failure lasts.
+enum class Fallible { Nothing, Call, Allocation };
+struct Fault {
+    std::atomic<Fallible> armed{Fallible::Nothing};
+    std::atomic<int> callsLeft{0};
+    bool lasts = false;
+    std::atomic<HRESULT> code{S_OK};  // of the failure that has come about
+    std::atomic<const char*> place{""};
+
+    bool Strikes(Fallible kind, const char* name, HRESULT failure) noexcept {
+        if (armed != kind) return false;
+        const int left = --callsLeft;
+        if (left > 0 || (left < 0 && !lasts)) return false;
+        place = name;
+        code = failure;
+        return true;
+    }
+};
+inline Fault InjectedFault;
 
 bool IsLike(std::string_view text, std::string_view pattern);  // a "*" is any text
 std::string Narrow(std::u16string_view text);

@@ -95,19 +95,19 @@ HRESULT ActionSubscription::Start() {
     });
 }
 
+// An end, which can't fail: what it can't log is lost.
 HRESULT ActionSubscription::Unsubscribe() {
-    return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::Unsubscribe"), [&] {
-        // The listener is let go outside the lock: its end may come back to this subscription.
-        ComponentPtr<IActionListener> dropped;
-        {
-            const std::lock_guard guard(listenerLock_);
-            dropped = std::move(listener_);
-        }
-        dropped.Reset();
-        LOG(Dbg, LogPrefix() << u"'. will be unsubscribed.");
-        unsubscribeRequested_.store(true);
-        return S_OK;
-    });
+    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::Unsubscribe");
+    // The listener is let go outside the lock: its end may come back to this subscription.
+    ComponentPtr<IActionListener> dropped;
+    {
+        const std::lock_guard guard(listenerLock_);
+        dropped = std::move(listener_);
+    }
+    dropped.Reset();
+    TRY_LOG(Dbg, LogPrefix() << u"'. will be unsubscribed.");
+    unsubscribeRequested_.store(true);
+    return S_OK;
 }
 
 void ActionSubscription::UnsubscribeInternal(const std::unique_lock<std::mutex>& lock) {

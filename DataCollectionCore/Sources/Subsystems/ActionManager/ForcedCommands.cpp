@@ -62,9 +62,13 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
             if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
             const ForcedEntry entry = CreateForcedActions(*config);
             auto created = CreateSubscription(listener, {entry.actions->StartAction(), entry.actions->StopAction()});
-            {
+            try {
                 const std::lock_guard guard(registryLock_);
                 forcedSubscriptions_.emplace(entry.subscription.Get(), entry);
+            } catch (...) {
+                // As for a regular action: nobody else could.
+                created->Unsubscribe();
+                throw;
             }
             HRES hres = entry.subscription->Start();
             TRY_LOG(Dbg, u"Started forced action IACModifySubscription: '" << entry.subscription.Get() << u"' .");
