@@ -6,7 +6,6 @@
 #include <iterator>
 
 #include "Common/Components/ComponentsModule.h"
-#include "Common/Logging/LogManager.h"
 #include "Common/Text.h"
 #include "Host/Failure.h"
 #include "Host/LogParser.h"
@@ -19,11 +18,13 @@ constexpr char TrackingVariable[] = "GS_Debug_EnableAliveObjectsTracking";
 // A tag: CComponentObject<class DataCollection::ActionImpl>::CComponentObject
 constexpr std::u16string_view TagBegin = u"ObjTag='CComponentObject<class ";
 
-// The log lies where the host's own would, since both have the same settings; the name is the module's.
+// Beside the module, or where the environment says. Where files of settings send the log elsewhere, no classes are
+// told.
 std::string LogFileOf(const std::string& modulePath) {
-    std::string path = Harbor::ToUtf8(Harbor::LogManager::Instance().Settings().GetLogDirectory());
-    std::replace(path.begin(), path.end(), '\\', '/');
-    return path + std::filesystem::path(modulePath).stem().string() + ".log";
+    const auto module = std::filesystem::absolute(modulePath);
+    const char* const given = std::getenv("GS_Logger_Path");
+    const auto directory = module.parent_path() / (given != nullptr ? given : "Logs");
+    return (directory / module.stem()).string() + ".log";
 }
 
 std::uintmax_t SizeOf(const std::string& file) {
