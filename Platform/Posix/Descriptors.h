@@ -30,4 +30,8 @@ inline std::size_t WriteFully(int descriptor, const void* data, std::size_t size
     return written;
 }
 
+// As WriteFully, where a reader may have gone or a size limit may be reached: that is a failure of the call like any
+// other, and its signal, which would end the process, doesn't reach it.
+std::size_t WriteWithoutSignals(int descriptor, const void* data, std::size_t size) noexcept;
+
 }  // namespace Platform::Posix

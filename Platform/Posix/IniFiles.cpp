@@ -72,9 +72,13 @@ DWORD GetPrivateProfileStringW(const WideChar* section, const WideChar* key, con
         std::optional<std::u16string_view> value;
         WideString text;
         int errorNumber = 0;
-        if (section != nullptr && key != nullptr && path != nullptr &&
-            Posix::ReadTextFile(Posix::NativePath(path), text, errorNumber)) {
+        if (section == nullptr || key == nullptr || path == nullptr) {
+            SetLastError(ERROR_INVALID_PARAMETER);
+        } else if (!Posix::ReadTextFile(Posix::NativePath(path), text, errorNumber)) {
+            SetLastError(Posix::Win32FromErrno(errorNumber));
+        } else {
             value = FindValue(text, section, key);
+            if (!value) SetLastError(ERROR_FILE_NOT_FOUND);
         }
         return CopyCut(value.value_or(defaultValue != nullptr ? defaultValue : u""), buffer, size);
     });

@@ -198,7 +198,7 @@ void OutputDebugStringW(const WideChar* text) noexcept {
     if (text == nullptr) return;
     OrOutOfMemory(FALSE, [&] {
         const std::string bytes = ToUtf8(text);
-        return WriteFully(STDERR_FILENO, bytes.data(), bytes.size()) == bytes.size() ? TRUE : FALSE;
+        return WriteWithoutSignals(STDERR_FILENO, bytes.data(), bytes.size()) == bytes.size() ? TRUE : FALSE;
     });
 }
 

@@ -169,21 +169,30 @@ TEST_F(Node, IsDumpedWithMaskedValuesAsTheRulesSay) {
     }
 }
 
+constexpr const char* marked = "] ... (***EXCEPTION***)";
+
 void LogTree(const char* rules, const char* end, std::size_t masked) {
-    EXPECT_EQ(setenv("GS_Logger_HiddenNodeTypeAttrs", rules, 1), 0);
+    const ScopedVariable setting("GS_Logger_HiddenNodeTypeAttrs", std::nullopt);
+    Stage::WriteText(Stage::ProcessDirectory() / "Host.ini", std::string("[Logger]\nHiddenNodeTypeAttrs=") + rules);
     Stage::LogLines log;
     const Tree tree;
-    for (int i = 0; i < 2; ++i) LOG(Dbg, u"Empty: " << ACNode() << u' ' << tree.root);
-    for (const std::string& line : log.Take()) {
-        EXPECT_THAT(line, testing::AllOf(testing::StartsWith("DBG  Empty: ACNode[<null>] "), testing::EndsWith(end)));
-        EXPECT_EQ(Count(line, "********"), masked);
-        EXPECT_EQ(Count(line, "5ecret"), masked == 0 ? 0 : 15 - masked);
+    for (const bool readable : {false, true, true}) {
+        {
+            std::optional<Stage::NoMoreDescriptors> none;
+            if (!readable) none.emplace();
+            LOG(Dbg, u"Empty: " << ACNode() << u' ' << tree.root);
+        }
+        const std::string line = log.Take().at(0);
+        EXPECT_THAT(line, testing::AllOf(testing::StartsWith("DBG  Empty: ACNode[<null>] "),
+                                         testing::EndsWith(readable ? end : marked)));
+        EXPECT_EQ(Count(line, "********"), readable ? masked : 0);
+        EXPECT_EQ(Count(line, "5ecret"), readable && masked != 0 ? 15 - masked : 0);
     }
 }
 
-TEST_F(Node, IsDumpedInALogStatementByTheRulesOfTheSetting) {
+TEST_F(Node, IsDumpedInALogStatementByTheRulesOfTheSettingOrNotAtAll) {
     EXPECT_IN_CHILD(LogTree("*:Password;Account:Token", ">", 9));
-    EXPECT_IN_CHILD(LogTree("*:Password;no rule", "] ... (***EXCEPTION***)", 0));
+    EXPECT_IN_CHILD(LogTree("*:Password;no rule", marked, 0));
 }
 
 }  // namespace

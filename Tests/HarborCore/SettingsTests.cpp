@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Registry.h"
 #include "Common/Settings/SettingsSection.h"
@@ -41,6 +43,19 @@ TEST_F(Settings, ComeFromTheFirstPlaceThatHasThem) {
     const ScopedVariable missing("GLOBAL_SETTINGS_INI", "/nowhere/missing.ini");
     WriteHostIni("\xEF\xBB\xBF; first\n[general]\nkey=\t\"in a file\" \n");
     EXPECT_EQ(GetSettingOr(nullptr, u"Key", u""), u"in a file");
+}
+
+TEST_F(Settings, ThatCantBeReadForTheMomentAreNoMissingOnes) {
+    WriteHostIni("[Test]\nKey=1\n");
+    WideString value;
+    {
+        const Stage::NoMoreDescriptors none;
+        EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
+    }
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
+    std::filesystem::remove(Stage::ProcessDirectory() / "Host.ini");
+    ASSERT_EQ(mkfifo((Stage::ProcessDirectory() / "Host.ini").c_str(), 0600), 0);
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is empty";
 }
 
 TEST_F(Settings, AreReadWholeHoweverLongTheyAre) {

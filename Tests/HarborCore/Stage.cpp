@@ -50,6 +50,16 @@ void WriteText(const std::filesystem::path& path, const std::string& bytes) {
     WriteAll(path, bytes);
 }
 
+NoMoreDescriptors::NoMoreDescriptors() {
+    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before_), 0);
+    const rlimit none{0, before_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+}
+
+NoMoreDescriptors::~NoMoreDescriptors() {
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before_), 0);
+}
+
 LogLines::LogLines(const char* maxSeverity) {
     SetSeverity(maxSeverity);
     EXPECT_TRUE(Harbor::LogManager::Instance().Register(this));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 #include <atomic>
 #include <functional>
@@ -34,6 +35,16 @@ std::filesystem::path ModuleDirectory();
 extern std::atomic<bool> ModuleIsKnown;  // false: its path can't be told
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // with the directories above it
+
+// Opening a file fails as long as this lives.
+class NoMoreDescriptors {
+public:
+    NoMoreDescriptors();
+    ~NoMoreDescriptors();
+
+private:
+    rlimit before_{};
+};
 
 // A logger that keeps what it is given, at the severity that it asks for.
 class LogLines final : public Harbor::ILogger {

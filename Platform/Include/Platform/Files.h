@@ -31,7 +31,8 @@ struct BY_HANDLE_FILE_INFORMATION {
 PLATFORM_EXPORT HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
                                    DWORD attributes, HANDLE templateFile) noexcept;
 
-// Appends the bytes in one piece: writers of other threads and processes don't come between.
+// Appends the bytes in one piece: writers of other threads and processes don't come between. A process with a limit on
+// the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends at the limit.
 PLATFORM_EXPORT BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
 
 // Gives the low half of the size, and stores the high half. INVALID_FILE_SIZE with a last error is a failure.

@@ -38,6 +38,10 @@ TextRead ReadText(Reader reader) {
     return result;
 }
 
+TextRead ReadType(AcnHandle node) {
+    return ReadText([node](WideChar* buffer, std::uint32_t* size) { return AcnGetNodeType(node, buffer, size); });
+}
+
 void RequireFound(bool found) {
     if (!found) ThrowError(NOT_FOUND);
 }
@@ -175,8 +179,13 @@ ACNode ACNode::FindByPath(const TextRef& path, std::uint32_t flags) const {
 }
 
 WideString ACNode::GetType() const {
-    return ReadText([this](WideChar* buffer, std::uint32_t* size) { return AcnGetNodeType(handle_, buffer, size); })
-        .text;
+    return ReadType(handle_).text;
+}
+
+WideString ACNode::RequireType() const {
+    TextRead read = ReadType(handle_);
+    HRES hres = read.status;
+    return std::move(read.text);
 }
 
 WideString ACNode::GetName(std::uint32_t kind) const {

@@ -60,6 +60,7 @@ public:
 
     // Texts about the node. A failure of the store gives an empty text.
     [[nodiscard]] WideString GetType() const;
+    [[nodiscard]] WideString RequireType() const;  // throws the failure instead
     [[nodiscard]] WideString GetName(std::uint32_t kind) const;
     [[nodiscard]] WideString GetFullPath() const;
     [[nodiscard]] WideString GetAttributeNames() const;  // each ended by a 0 character

@@ -16,6 +16,13 @@ constexpr std::u16string_view Blanks = u" \r\n\t";
 
 constinit SingletonHolder<HiddenNodeAttrs> Holder;
 
+// Only a setting that surely isn't there means that there are no rules.
+WideString RequireSetting() {
+    WideString setting;
+    if (const HRESULT code = GetSetting(Section, SettingKey, setting); code != NOT_FOUND) HRES hres = code;
+    return setting;
+}
+
 // Shows `visit` the node and what is below it down to `depth` levels, parents first, for as long as it answers true;
 // gives its last answer. The way down is kept in a list: how deep a tree is must not be limited by the thread's stack.
 template <class Visit>
@@ -50,7 +57,7 @@ const HiddenNodeAttrs& HiddenNodeAttrs::Instance() {
     return Holder.Get();
 }
 
-HiddenNodeAttrs::HiddenNodeAttrs() : HiddenNodeAttrs(ParseRules(GetSettingOr(Section, SettingKey, u""))) {}
+HiddenNodeAttrs::HiddenNodeAttrs() : HiddenNodeAttrs(ParseRules(RequireSetting())) {}
 
 HiddenNodeAttrs::HiddenNodeAttrs(Rules rules) : rules_(std::move(rules)) {}
 
@@ -67,7 +74,7 @@ HiddenNodeAttrs::Rules HiddenNodeAttrs::ParseRules(std::u16string_view setting) 
 
 std::vector<const WideChar*> HiddenNodeAttrs::HiddenAttributesOf(const ACNode& node) const {
     std::vector<const WideChar*> hidden;
-    for (const WideString& type : {node.GetType(), WideString(EveryType)}) {
+    for (const WideString& type : {node.RequireType(), WideString(EveryType)}) {
         const auto rule = rules_.find(type);
         if (rule == rules_.end()) continue;
         for (const WideString& name : rule->second) {

@@ -1,7 +1,5 @@
 #include "Common/Settings/SettingsSource.h"
 
-#include <optional>
-
 #include "Common/Settings/ModuleInfo.h"
 #include "Common/Text.h"
 #include "Platform/Environment.h"
@@ -18,27 +16,42 @@ const WideChar* SectionName(const WideChar* section) noexcept {
     return section == nullptr ? GeneralSection : section;
 }
 
-std::optional<WideString> ReadEnvironmentVariable(const WideChar* name) {
+// What the last error says of a place that gave nothing. A place that can't be read just now must not pass for one that
+// lacks the setting: whoever keeps the answer for good (the hiding rules) would keep a wrong one.
+HRESULT CodeOfNothing() noexcept {
+    switch (Platform::GetLastError()) {
+        case Platform::ERROR_NOT_ENOUGH_MEMORY:
+        case Platform::ERROR_TOO_MANY_OPEN_FILES:
+        case Platform::ERROR_IO_DEVICE:
+            return E_ABORT;
+        default:
+            return NOT_FOUND;
+    }
+}
+
+HRESULT ReadEnvironmentVariable(const WideChar* name, WideString& value) {
     Platform::DWORD size = Platform::GetEnvironmentVariableW(name, nullptr, 0);
-    if (size == 0) return std::nullopt;
+    if (size == 0) return CodeOfNothing();
     // Another thread may change the variable between the question for its size and the read.
-    WideString value;
     Platform::DWORD length = size;
     while (length >= size) {
         size = length + 1;
         value.resize(size);
+        Platform::SetLastError(Platform::ERROR_SUCCESS);
         length = Platform::GetEnvironmentVariableW(name, value.data(), size);
+        if (length == 0 && Platform::GetLastError() != Platform::ERROR_SUCCESS) return CodeOfNothing();
     }
     value.resize(length);
-    return value;
+    return S_OK;
 }
 
 HRESULT ReadIniKey(const WideChar* section, const WideChar* key, const WideString& file, WideString& value) {
     WideString buffer(FirstBufferSize, u'\0');
     for (;;) {
         const auto size = static_cast<Platform::DWORD>(buffer.size());
+        Platform::SetLastError(Platform::ERROR_SUCCESS);
         const auto length = Platform::GetPrivateProfileStringW(section, key, u"", buffer.data(), size, file.c_str());
-        if (length == 0) return NOT_FOUND;
+        if (length == 0) return CodeOfNothing();
         if (length < size - 1) {
             value = Trim({buffer.data(), length});
             return S_OK;
@@ -74,9 +87,9 @@ HRESULT SettingsSource::GetNumber(const WideChar* section, const WideChar* key, 
 
 HRESULT EnvironmentSettingsSource::GetString(const WideChar* section, const WideChar* key, WideString& value) {
     const WideString name = WideString(u"GS_") + SectionName(section) + u"_" + key;
-    const std::optional<WideString> text = ReadEnvironmentVariable(name.c_str());
-    if (!text) return NOT_FOUND;
-    value = Trim(*text);
+    WideString text;
+    if (const HRESULT code = ReadEnvironmentVariable(name.c_str(), text); Failed(code)) return code;
+    value = Trim(text);
     return S_OK;
 }
 
@@ -84,11 +97,10 @@ IniSettingsSource::IniSettingsSource() : files_(IniFiles()) {}
 
 HRESULT IniSettingsSource::GetString(const WideChar* section, const WideChar* key, WideString& value) {
     section = SectionName(section);
-    HRESULT code = NOT_FOUND;
-    if (const std::optional<WideString> global = ReadEnvironmentVariable(GlobalIniVariable)) {
-        code = ReadIniKey(section, key, *global, value);
-    }
-    for (auto file = files_.begin(); Failed(code) && file != files_.end(); ++file) {
+    WideString globalFile;
+    HRESULT code = ReadEnvironmentVariable(GlobalIniVariable, globalFile);
+    if (Succeeded(code)) code = ReadIniKey(section, key, globalFile, value);
+    for (auto file = files_.begin(); code == NOT_FOUND && file != files_.end(); ++file) {
         code = ReadIniKey(section, key, *file, value);
     }
     return code;
