@@ -23,30 +23,26 @@ private:
     const std::filesystem::path file_ = directory_ / "Settings.ini";
 };
 
-TEST_F(IniFiles, FindAKeyWhateverItsCaseAndTheBlanksAroundIt) {
-    Write("outside=0\n\n  [ Logger ] \r\n\tMaxSeverity = ERR log \r\nPath=a=b\n");
-    EXPECT_EQ(Read(u"LOGGER", u"maxseverity"), u"ERR log");
-    EXPECT_EQ(Read(u"Logger", u"Path"), u"a=b");
-    EXPECT_EQ(Read(u"Logger", u"outside"), u"(default)");
-}
-
-TEST_F(IniFiles, RemoveOnePairOfQuotesAndKeepWhatStandsWithin) {
-    Write("[A]\na=\"  x \"\nb='y'\nc=\"\"z\"\"\nd=\"open\ne=\"mixed'\nf=\"\ng=\n");
-    EXPECT_EQ(Read(u"A", u"a"), u"  x ");
-    EXPECT_EQ(Read(u"A", u"b"), u"y");
-    EXPECT_EQ(Read(u"A", u"c"), u"\"z\"");
-    EXPECT_EQ(Read(u"A", u"d"), u"\"open");
-    EXPECT_EQ(Read(u"A", u"e"), u"\"mixed'");
-    EXPECT_EQ(Read(u"A", u"f"), u"\"");
-    EXPECT_EQ(Read(u"A", u"g"), u"");
-}
-
-TEST_F(IniFiles, SkipCommentsAndLinesWithoutASign) {
-    Write("[A]\n;x=1\n ; x=2\nx\nx=3;4\n;[B]\ny=5\n[broken\nz=6");
-    EXPECT_EQ(Read(u"A", u"x"), u"3;4");
-    EXPECT_EQ(Read(u"A", u"y"), u"5");
-    EXPECT_EQ(Read(u"A", u"z"), u"6");
-    EXPECT_EQ(Read(u"A", u";x"), u"(default)");
+TEST_F(IniFiles, GiveTheValueOfAKeyByTheirRules) {
+    Write(
+        "outside=0\n\n  [ Logger ] \r\n\tMaxSeverity = ERR log \r\nPath=a=b\n;x=1\n ; "
+        "x=2\nx\nx=3;4\nx=5\n;[B]\n[broken\n"
+        "a=\"  x \"\nb='y'\nc=\"\"z\"\"\nd=\"open\ne=\"mixed'\nf=\"\ng=\n[B]\nlast=6\n[Logger]\nlast=7");
+    const std::pair<const WideChar*, WideString> rows[] = {{u"maxseverity", u"ERR log"},
+                                                           {u"Path", u"a=b"},
+                                                           {u"outside", u"(default)"},
+                                                           {u"x", u"3;4"},
+                                                           {u";x", u"(default)"},
+                                                           {u"a", u"  x "},
+                                                           {u"b", u"y"},
+                                                           {u"c", u"\"z\""},
+                                                           {u"d", u"\"open"},
+                                                           {u"e", u"\"mixed'"},
+                                                           {u"f", u"\""},
+                                                           {u"g", u""},
+                                                           {u"last", u"(default)"}};
+    for (const auto& [key, value] : rows) EXPECT_EQ(Read(u"LOGGER", key), value);
+    EXPECT_EQ(Read(u"b", u"LAST"), u"6");
 }
 
 TEST_F(IniFiles, AreReadInBothEncodings) {

@@ -108,4 +108,17 @@ TEST_F(MessageModules, AreRefusedForOneMalformedLineOrAFileThatCannotBeRead) {
     EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
 }
 
+TEST_F(MessageModules, AreSearchedBesideTheProgramAndInTheWorkingDirectory) {
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(directory_.Path());
+    const std::string name = directory_.Path().filename().string() + ".msg";
+    for (const auto& place : {directory_.Path(), std::filesystem::read_symlink("/proc/self/exe").parent_path()}) {
+        EXPECT_EQ(LoadFile(name), nullptr);
+        WriteAll(place / name, "0x80040201\t0\tText\n");
+        EXPECT_TRUE(FreeLibrary(LoadFile(name))) << place;
+        std::filesystem::remove(place / name);
+    }
+    std::filesystem::current_path(before);
+}
+
 }  // namespace

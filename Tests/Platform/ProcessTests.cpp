@@ -5,37 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <filesystem>
 #include <thread>
 
 #include "Platform/Errors.h"
-#include "Programs.h"
 
 using namespace Platform;
-
-namespace {
-
-struct Capture {
-    std::array<void*, 8> frames{};
-    std::uint16_t count = 0;
-    void* innerReturn = nullptr;
-    void* outerReturn = nullptr;
-};
-
-PLATFORM_NOINLINE void Inner(Capture& capture, DWORD skip, DWORD room) {
-    capture.innerReturn = __builtin_return_address(0);
-    capture.count = RtlCaptureStackBackTrace(skip, room, capture.frames.data(), nullptr);
-}
-
-PLATFORM_NOINLINE Capture Outer(DWORD skip, DWORD room) {
-    Capture capture;
-    Inner(capture, skip, room);
-    capture.outerReturn = __builtin_return_address(0);
-    return capture;
-}
-
-}  // namespace
 
 TEST(Process, KnowsItsThreadsAlsoAfterAForkAndKeepsTheirErrorsApart) {
     const auto isKnown = [] {
@@ -54,21 +29,6 @@ TEST(Process, KnowsItsThreadsAlsoAfterAForkAndKeepsTheirErrorsApart) {
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
     EXPECT_TRUE(isKnown());
-}
-
-TEST(CallStack, BeginsInTheCallerOfTheCaptureAndIsCutAtBothEnds) {
-    const Capture whole = Outer(0, 7);
-    ASSERT_GE(whole.count, 3);
-    const auto inInner = reinterpret_cast<std::uintptr_t>(whole.frames[0]) - reinterpret_cast<std::uintptr_t>(&Inner);
-    EXPECT_LT(inInner, 0x1000u);
-    EXPECT_EQ(whole.frames[1], whole.innerReturn);
-    EXPECT_EQ(whole.frames[2], whole.outerReturn);
-
-    const Capture cut = Outer(1, 2);
-    EXPECT_EQ(cut.count, 2);
-    EXPECT_EQ(cut.frames, (std::array<void*, 8>{cut.innerReturn, cut.outerReturn}));
-    EXPECT_EQ(Outer(0, 0).count, 0);
-    EXPECT_EQ(Outer(0xFFFFFFFF, 7).count, 0);
 }
 
 TEST(DebugOutput, WritesEachTextAtOnceAndSurvivesItsReader) {

@@ -125,12 +125,3 @@ TEST(TimeZone, TellsTheBiasInForceAndWhy) {
         EXPECT_EQ(information.Bias + more[answer], bias);
     }
 }
-
-TEST(Clocks, LieBetweenTwoReadingsOfTheStandardOnes) {
-    const auto wallBefore = system_clock::now();
-    FILETIME wall{};
-    GetSystemTimePreciseAsFileTime(&wall);
-    const auto ticks = [](auto time) { return duration_cast<nanoseconds>(time.time_since_epoch()) / 100ns; };
-    EXPECT_GE(ToTicks(wall) - UnixEpoch * TicksPerSecond, ticks(wallBefore));
-    EXPECT_LE(ToTicks(wall) - UnixEpoch * TicksPerSecond, ticks(system_clock::now()));
-}

@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <limits>
+#include <thread>
 #include <vector>
 
+#include "Common/Nodes/CNodeSerializer.h"
 #include "StoreFixture.h"
 
 using namespace Harbor;
@@ -10,34 +12,14 @@ namespace {
 
 class NodeFabric : public StoreTest {};
 
-TEST_F(NodeFabric, GivesOneHandleValueForOneNodeAndKeepsTheTreeWhileAnyIsOpen) {
-    NodePtr root = NewNode(u"Root"), branch = AddChild(root, u"Branch"), leaf = AddChild(branch, u"Leaf");
-    const std::uint64_t before = OpenHandles();
-    {
-        const NodePtr handles[] = {Open(AcnGetChildByIndex, root.get(), 0u), Open(AcnGetParent, leaf.get()),
-                                   Open(AcnGetChildByName, root.get(), u"Branch"),
-                                   Open(AcnDuplicateNodeHandle, branch.get())};
-        for (const NodePtr& handle : handles) EXPECT_EQ(handle.get(), branch.get());
-        EXPECT_EQ(OpenHandles(), before + 4);
-    }
-    AddChild(root, u"Uncle");
-    root.reset();
-    branch.reset();
-    branch = Open(AcnGetParent, leaf.get());
-    root = Open(AcnGetParent, branch.get());
-    EXPECT_EQ(FullPath(Open(AcnGetChildByName, root.get(), u"Uncle")), u"\\Root\\Uncle");
-
-    const NodePtr other = NewNode(u"Other");
-    EXPECT_EQ(AcnAppendChild(other.get(), branch.get()), E_INVALIDARG);
-    EXPECT_EQ(AcnAppendChild(leaf.get(), root.get()), E_INVALIDARG);
-    EXPECT_EQ(AcnRemoveChild(root.get(), leaf.get()), NOT_FOUND);
-    EXPECT_EQ(AcnRemoveChild(root.get(), branch.get()), S_OK);
-    root.reset();
-    branch.reset();
-    EXPECT_EQ(FullPath(leaf), u"\\Branch\\Leaf");
-    EXPECT_EQ(AcnAppendChild(other.get(), Open(AcnGetParent, leaf.get()).get()), S_OK);
-    EXPECT_EQ(FullPath(leaf), u"\\Other\\Branch\\Leaf");
+WideString FullPath(const NodePtr& node) {
+    return ACNode(node.get(), false).GetFullPath();
 }
+std::string Dump(AcnHandle node) {
+    return NodesToText(&node, 1, 257, AcnWholeTree);
+}
+
+constexpr const char16_t* Names[] = {u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I", u"J", u"K", u"L"};
 
 // On both sides of the count from which names are indexed, while siblings come and go.
 TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
@@ -64,47 +46,6 @@ TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
         children.erase(leaving);
         check();
     }
-}
-
-TEST_F(NodeFabric, ClonesToADepthAndKeepsTheOriginalsPaths) {
-    const NodePtr root = NewNode(u"Root"), branch = AddChild(root, u"Branch"), leaf = AddChild(branch, u"Leaf");
-    EXPECT_EQ(SetText(leaf, u"Old", u""), S_OK);
-    const NodePtr alone = Open(AcnCloneNode, branch.get(), 0u, 0u);
-    EXPECT_FALSE(Open(AcnGetChildByIndex, alone.get(), 0u));
-    EXPECT_FALSE(Open(AcnGetParent, alone.get()));
-    EXPECT_EQ(FullPath(alone), u"\\Root\\Branch");
-
-    const NodePtr oneLevel = Open(AcnCloneNode, root.get(), 1u, 0u);
-    EXPECT_FALSE(Open(AcnGetChildByIndex, Open(AcnGetChildByIndex, oneLevel.get(), 0u).get(), 0u));
-    const NodePtr whole = Open(AcnCloneNode, branch.get(), AcnWholeTree, 0u);
-    const NodePtr copy = Open(AcnGetChildByName, whole.get(), u"Leaf");
-    EXPECT_EQ(SetText(leaf, u"New", u""), S_OK);
-    EXPECT_EQ(ReadText([&](auto... room) { return AcnGetAttributeNames(copy.get(), room...); }),
-              std::u16string(u"Old\0", 4));
-    EXPECT_EQ(FullPath(Open(AcnCloneNode, copy.get(), 0u, 0u)), u"\\Root\\Branch\\Leaf");
-    EXPECT_EQ(AcnAppendChild(alone.get(), whole.get()), S_OK);
-    EXPECT_EQ(FullPath(copy), u"\\Root\\Branch\\Branch\\Leaf");
-}
-
-TEST_F(NodeFabric, ReportsSizesAndKeepsToTheRoomItIsGiven) {
-    const NodePtr node = NewNode(u"Name", u"Type!");
-    for (const char16_t* name : {u"B", u"A", u"B"}) EXPECT_EQ(SetText(node, name, u"ab"), S_OK);
-    const auto names = [&](auto... room) { return AcnGetAttributeNames(node.get(), room...); };
-    EXPECT_EQ(ReadText(names), std::u16string(u"B\0A\0", 4));
-    EXPECT_EQ(ReadText([&](auto... room) { return AcnGetNodeType(node.get(), room...); }), u"Type!");
-
-    char16_t room[] = u"???????";
-    std::uint32_t size = 4;
-    EXPECT_EQ(AcnGetNodeName(node.get(), 0, room, &size), BUFFER_TOO_SMALL);
-    EXPECT_EQ(size, 5u);
-    EXPECT_EQ(AcnGetAttribute(node.get(), u"A", nullptr, room, &size, nullptr), BUFFER_TOO_SMALL);
-    EXPECT_EQ(size, 6u);
-    EXPECT_EQ(std::u16string(room), u"???????");
-    std::uint16_t type = 0;
-    EXPECT_EQ(AcnGetAttribute(node.get(), u"A", nullptr, room, &size, &type), S_OK);
-    EXPECT_EQ(std::u16string(room), u"ab");
-    EXPECT_EQ(type, AcnTypeWideText);
-    EXPECT_EQ(AcnGetAttribute(node.get(), u"A", &AcnTypeInt32, room, &size, nullptr), DATATYPE_MISMATCH);
 }
 
 // A number of one type read as another: the value, or nothing where it doesn't fit.
@@ -147,11 +88,44 @@ TEST_F(NodeFabric, HoldsAndDumpsAChainThatIsDeeperThanTheCallStack) {
     root.reset();
     EXPECT_EQ(FullPath(end).size(), 2 * Depth);
     end.reset();  // the count goes up the whole chain, then the tree goes
-    std::size_t dumped = 0;
-    EXPECT_EQ(DumpTo([&](auto block) { return dumped += block.size(), S_OK; }, clone.get()), S_OK);
-    EXPECT_LT(dumped, Depth * 200);
+    EXPECT_LT(Dump(clone.get()).size(), Depth * 200);
     while (NodePtr next = Open(AcnGetChildByIndex, clone.get(), 0u)) clone = std::move(next);
     EXPECT_EQ(FullPath(clone).size(), 2 * Depth);
+}
+
+TEST_F(NodeFabric, ReadersAndWritersOfOneTreeLeaveItWhole) {
+    const NodePtr root = NewNode(u"Root");
+    for (const char16_t* name : Names) AddChild(AddChild(root, name), u"Leaf");
+    constexpr std::size_t Rounds = 2000;
+    const auto readAndWrite = [&] {
+        for (std::size_t round = 0; round < Rounds; ++round) {
+            const NodePtr child = Open(AcnGetChildByName, root.get(), Names[round % std::size(Names)]);
+            if (!child) continue;
+            const NodePtr leaf = Open(AcnGetChildByIndex, child.get(), 0u);
+            EXPECT_EQ(SetText(leaf, u"Text", std::u16string(round % 50, u'x')), S_OK);
+            EXPECT_EQ(Open(AcnGetParent, leaf.get()).get(), child.get());
+            EXPECT_TRUE(FullPath(leaf).ends_with(u"\\Leaf"));
+        }
+    };
+    const auto removeAndAppend = [&] {
+        for (std::size_t round = 0; round < Rounds; ++round) {
+            const NodePtr child = Open(AcnGetChildByName, root.get(), Names[round * 5 % std::size(Names)]);
+            if (!child || AcnRemoveChild(root.get(), child.get()) != S_OK) continue;
+            EXPECT_EQ(AcnAppendChild(root.get(), child.get()), S_OK);
+        }
+    };
+    const auto cloneAndDump = [&] {
+        for (std::size_t round = 0; round < Rounds / 10; ++round) {
+            const NodePtr clone = Open(AcnCloneNode, root.get(), AcnWholeTree, 0u);
+            for (const NodePtr* node : {&clone, &root}) EXPECT_NE(Dump(node->get()), "");
+        }
+    };
+    {
+        const std::jthread threads[] = {std::jthread(readAndWrite), std::jthread(readAndWrite),
+                                        std::jthread(removeAndAppend), std::jthread(removeAndAppend),
+                                        std::jthread(cloneAndDump)};
+    }
+    for (const char16_t* name : Names) EXPECT_TRUE(Open(AcnGetChildByName, root.get(), name));
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -35,46 +34,6 @@ inline NodePtr AddChild(const NodePtr& parent, const char16_t* name, const char1
 inline Harbor::HRESULT SetText(const NodePtr& node, const char16_t* name, const std::u16string& text) {
     const auto size = static_cast<std::uint32_t>((text.size() + 1) * sizeof(char16_t));
     return AcnSetAttribute(node.get(), name, AcnTypeWideText, text.c_str(), size);
-}
-
-// Reads a text in two calls: the size, then the text into exactly that room. A text that another thread has made longer
-// in between is asked for again.
-template <class Reader>
-std::u16string ReadText(Reader read) {
-    std::uint32_t size = 0;
-    EXPECT_EQ(read(nullptr, &size), Harbor::BUFFER_TOO_SMALL);
-    std::u16string text;
-    Harbor::HRESULT code = Harbor::BUFFER_TOO_SMALL;
-    while (code == Harbor::BUFFER_TOO_SMALL) {
-        text.assign(size, u'?');
-        code = read(text.data(), &size);
-    }
-    EXPECT_EQ(code, Harbor::S_OK);
-    text.resize(size);
-    EXPECT_EQ(text.back(), u'\0');
-    text.pop_back();
-    return text;
-}
-
-inline std::u16string FullPath(const NodePtr& node) {
-    return ReadText([&](char16_t* buffer, std::uint32_t* size) { return AcnGetNodeName(node.get(), 2, buffer, size); });
-}
-
-using DumpSink = std::function<Harbor::HRESULT(std::string_view)>;
-
-// Dumps a node, gives the code of the dump, and tries the calls that must no longer be possible after it.
-inline Harbor::HRESULT DumpTo(DumpSink sink, AcnHandle node, std::uint32_t depth = AcnWholeTree) {
-    const AcnSerializationCallback onBlock = [](const void* data, std::uint32_t length, void* user) {
-        return (*static_cast<DumpSink*>(user))({static_cast<const char*>(data), length});
-    };
-    AcnContext context = nullptr;
-    EXPECT_EQ(AcnStartSerialization(1, 257, onBlock, &sink, &context), Harbor::S_OK);
-    const Harbor::HRESULT code = AcnSerializeNodes(context, &node, 1, depth);
-    EXPECT_EQ(AcnSerializeNodes(context, &node, 1, depth), Harbor::E_UNEXPECTED);
-    EXPECT_EQ(AcnFinalizeSerialization(context), Harbor::Succeeded(code) ? Harbor::S_OK : Harbor::E_UNEXPECTED);
-    EXPECT_EQ(AcnFinalizeSerialization(context), Harbor::E_UNEXPECTED);
-    EXPECT_EQ(AcnCloseSerializationContext(context), Harbor::S_OK);
-    return code;
 }
 
 inline std::uint64_t OpenHandles() {
