@@ -1,0 +1,54 @@
+"""Types the commands of a transcript into a shell, in an empty directory, and compares what they print.
+
+Arguments: the program ActionHost, and the transcript. In it
+
+    $ command           is typed (lines behind it that begin with "> " belong to it);
+    anything else       is what it prints, on either stream: "..." is any text within a line, and a line of nothing
+                        but "..." is any number of lines;
+    [3]                 is its exit code, which is 0 where none stands;
+    # words             are for the reader.
+"""
+
+import difflib
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+program, transcript = map(pathlib.Path, sys.argv[1:])
+
+
+def steps(lines):
+    command, output = None, []
+    for line in lines:
+        if line.startswith("$ "):
+            if command:
+                yield command, output
+            command, output = line[2:], []
+        elif line.startswith("> "):
+            command += "\n" + line[2:]
+        elif line and not line.startswith("# "):
+            output.append(line)
+    yield command, output
+
+
+def form(expected):
+    lines = [".*?".join(map(re.escape, line.split("..."))) + "\n" if line != "..." else "(?:.*\n)*?" for line in expected]
+    return "".join(lines)
+
+
+wrong = 0
+with tempfile.TemporaryDirectory() as directory:
+    path = f"{program.parent}:{os.environ['PATH']}"
+    for command, expected in steps(transcript.read_text().splitlines()):
+        run = subprocess.run(["sh", "-c", command], cwd=directory, env=os.environ | {"PATH": path}, text=True,
+                             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        printed = [line for line in run.stdout.splitlines() if line]
+        if run.returncode != 0:
+            printed.append(f"[{run.returncode}]")
+        if not re.fullmatch(form(expected), "".join(line + "\n" for line in printed)):
+            wrong += 1
+            print(f"$ {command}", *difflib.unified_diff(expected, printed, "expected", "printed", lineterm=""), sep="\n")
+sys.exit(1 if wrong else 0)
