@@ -41,9 +41,9 @@ def form(expected):
 
 wrong = 0
 with tempfile.TemporaryDirectory() as directory:
-    path = f"{program.parent}:{os.environ['PATH']}"
+    environment = os.environ | {"PATH": f"{program.parent}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8"}
     for command, expected in steps(transcript.read_text().splitlines()):
-        run = subprocess.run(["sh", "-c", command], cwd=directory, env=os.environ | {"PATH": path}, text=True,
+        run = subprocess.run(["sh", "-c", command], cwd=directory, env=environment, text=True, timeout=120,
                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         printed = [line for line in run.stdout.splitlines() if line]
         if run.returncode != 0:
