@@ -79,17 +79,6 @@ TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
     EXPECT_EQ(type, ForcedStopActionType);
 }
 
-TEST_F(Actions, OfAPairGoTogether) {
-    const ForcedActions pair;
-    EXPECT_TRUE(pair.IsDisposed());
-    for (const ActionPtr& one : {pair.StartAction(), pair.StopAction()}) {
-        one->OnSubscriptionAttached();
-        EXPECT_FALSE(pair.IsDisposed());
-        one->OnSubscriptionDisposed();
-    }
-    EXPECT_TRUE(pair.IsDisposed());
-}
-
 TEST_F(Subscriptions, RefuseToBindNothing) {
     const Subscription subscription({});
     EXPECT_EQ(subscription.control->SetListener(nullptr), E_POINTER);

@@ -3,6 +3,8 @@
 // out.
 #include <dlfcn.h>
 
+#include <tuple>
+
 #include "ModuleBroker/ModuleBroker.h"
 #include "Platform/Environment.h"
 #include "Platform/Errors.h"
@@ -16,6 +18,16 @@
 
 namespace {
 
+// The types of a declared function.
+template <class Function>
+struct Signature;
+template <class R, class... Arguments, bool NeverThrows>
+struct Signature<R(Arguments...) noexcept(NeverThrows)> {
+    using Result = R;
+    template <std::size_t I>
+    using Argument = std::tuple_element_t<I, std::tuple<Arguments...>>;
+};
+
 // The definition behind the one that this program puts in front.
 template <class Function>
 Function* NextDefinitionOf(Function* own) {
@@ -26,132 +38,91 @@ Function* NextDefinitionOf(Function* own) {
 
 }  // namespace
 
-// `code` is what the failure becomes, the last error among it.
-#define MAY_FAIL(type, name, failure, code, parameters, arguments)                      \
-    type name parameters {                                                              \
-        static const auto next = NextDefinitionOf(&name);                               \
-        if (!InjectedFault.Strikes(Fallible::Call, #name, code)) return next arguments; \
-        Platform::SetLastError(static_cast<std::uint32_t>(code) & 0xFFFF);              \
-        return failure;                                                                 \
+// The parameters of a function, and their names.
+#define PARAMETER(name, i) Signature<decltype(name)>::Argument<i> a##i
+#define PARAMETERS_1(name) PARAMETER(name, 0)
+#define PARAMETERS_2(name) PARAMETERS_1(name), PARAMETER(name, 1)
+#define PARAMETERS_3(name) PARAMETERS_2(name), PARAMETER(name, 2)
+#define PARAMETERS_4(name) PARAMETERS_3(name), PARAMETER(name, 3)
+#define PARAMETERS_5(name) PARAMETERS_4(name), PARAMETER(name, 4)
+#define PARAMETERS_6(name) PARAMETERS_5(name), PARAMETER(name, 5)
+#define PARAMETERS_7(name) PARAMETERS_6(name), PARAMETER(name, 6)
+#define PARAMETERS_8(name) PARAMETERS_7(name), PARAMETER(name, 7)
+#define NAMES_1 a0
+#define NAMES_2 NAMES_1, a1
+#define NAMES_3 NAMES_2, a2
+#define NAMES_4 NAMES_3, a3
+#define NAMES_5 NAMES_4, a4
+#define NAMES_6 NAMES_5, a5
+#define NAMES_7 NAMES_6, a6
+#define NAMES_8 NAMES_7, a7
+
+// A function of so many parameters: what it gives when it fails, and `code`, which that becomes, the last error among
+// it.
+#define MAY_FAIL(count, name, failure, code, specifier)                                      \
+    Signature<decltype(name)>::Result name(PARAMETERS_##count(name)) specifier {             \
+        static const auto next = NextDefinitionOf(&name);                                    \
+        if (!InjectedFault.Strikes(Fallible::Call, #name, code)) return next(NAMES_##count); \
+        Platform::SetLastError(static_cast<std::uint32_t>(code) & 0xFFFF);                   \
+        return failure;                                                                      \
     }
-#define SYSTEM_MAY_FAIL(type, name, failure, error, parameters, arguments) \
-    MAY_FAIL(type, name, failure, HResultFromWin32(error), parameters noexcept, arguments)
-#define STORE_MAY_FAIL(name, parameters, arguments) \
-    MAY_FAIL(HRESULT, name, MakeHResult(0x80041234), MakeHResult(0x80041234), parameters, arguments)
+#define SYSTEM_MAY_FAIL(count, name, failure, error) MAY_FAIL(count, name, failure, HResultFromWin32(error), noexcept)
+#define STORE_MAY_FAIL(count, name) MAY_FAIL(count, name, MakeHResult(0x80041234), MakeHResult(0x80041234), )
 
 namespace Platform {
 
-SYSTEM_MAY_FAIL(HANDLE, CreateFileW, INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION,
-                (const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition, DWORD attributes,
-                 HANDLE templateFile),
-                (path, access, sharing, security, disposition, attributes, templateFile))
-SYSTEM_MAY_FAIL(BOOL, WriteFile, FALSE, ERROR_DISK_FULL,
-                (HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped),
-                (file, data, size, written, overlapped))
-SYSTEM_MAY_FAIL(DWORD, GetFileSize, INVALID_FILE_SIZE, ERROR_IO_DEVICE, (HANDLE file, DWORD* high), (file, high))
-SYSTEM_MAY_FAIL(BOOL, GetFileInformationByHandle, FALSE, ERROR_IO_DEVICE,
-                (HANDLE file, BY_HANDLE_FILE_INFORMATION* information), (file, information))
-SYSTEM_MAY_FAIL(BOOL, DuplicateHandle, FALSE, ERROR_TOO_MANY_OPEN_FILES,
-                (HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target, DWORD access, BOOL inherit,
-                 DWORD options),
-                (sourceProcess, source, targetProcess, target, access, inherit, options))
-SYSTEM_MAY_FAIL(DWORD, GetFileAttributesW, INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED, (const WideChar* path), (path))
-SYSTEM_MAY_FAIL(BOOL, CreateDirectoryW, FALSE, ERROR_ACCESS_DENIED, (const WideChar* path, void* security),
-                (path, security))
-SYSTEM_MAY_FAIL(WideChar*, PathCombineW, nullptr, ERROR_FILENAME_EXCED_RANGE,
-                (WideChar * result, const WideChar* base, const WideChar* rest), (result, base, rest))
-SYSTEM_MAY_FAIL(DWORD, GetEnvironmentVariableW, 0, ERROR_NOT_ENOUGH_MEMORY,
-                (const WideChar* name, WideChar* buffer, DWORD size), (name, buffer, size))
-SYSTEM_MAY_FAIL(DWORD, ExpandEnvironmentStringsW, 0, ERROR_NOT_ENOUGH_MEMORY,
-                (const WideChar* source, WideChar* buffer, DWORD size), (source, buffer, size))
-SYSTEM_MAY_FAIL(DWORD, GetPrivateProfileStringW, 0, ERROR_ACCESS_DENIED,
-                (const WideChar* section, const WideChar* key, const WideChar* defaultValue, WideChar* buffer,
-                 DWORD size, const WideChar* path),
-                (section, key, defaultValue, buffer, size, path))
-SYSTEM_MAY_FAIL(BOOL, FileTimeToLocalFileTime, FALSE, ERROR_INVALID_PARAMETER, (const FILETIME* utc, FILETIME* local),
-                (utc, local))
-SYSTEM_MAY_FAIL(BOOL, FileTimeToSystemTime, FALSE, ERROR_INVALID_PARAMETER, (const FILETIME* time, SYSTEMTIME* fields),
-                (time, fields))
-SYSTEM_MAY_FAIL(BOOL, QueryPerformanceCounter, FALSE, ERROR_GEN_FAILURE, (std::int64_t * counter), (counter))
-SYSTEM_MAY_FAIL(BOOL, QueryPerformanceFrequency, FALSE, ERROR_GEN_FAILURE, (std::int64_t * frequency), (frequency))
-SYSTEM_MAY_FAIL(DWORD, FormatMessageW, 0, ERROR_MR_MID_NOT_FOUND,
-                (DWORD flags, const void* source, DWORD code, DWORD language, WideChar* buffer, DWORD size,
-                 void* arguments),
-                (flags, source, code, language, buffer, size, arguments))
-SYSTEM_MAY_FAIL(HRESULT, CreateErrorInfo, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY, (ICreateErrorInfo * *result),
-                (result))
-SYSTEM_MAY_FAIL(HRESULT, SetErrorInfo, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY, (DWORD reserved, IErrorInfo* object),
-                (reserved, object))
-SYSTEM_MAY_FAIL(HRESULT, GetErrorInfo, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY, (DWORD reserved, IErrorInfo** object),
-                (reserved, object))
-SYSTEM_MAY_FAIL(BSTR, SysAllocStringLen, nullptr, ERROR_NOT_ENOUGH_MEMORY, (const WideChar* text, std::uint32_t length),
-                (text, length))
-SYSTEM_MAY_FAIL(DWORD, GetModuleFileNameW, 0, ERROR_ACCESS_DENIED, (HMODULE module, WideChar* path, DWORD size),
-                (module, path, size))
-SYSTEM_MAY_FAIL(BOOL, GetModuleHandleExW, FALSE, ERROR_MOD_NOT_FOUND,
-                (DWORD flags, const WideChar* address, HMODULE* module), (flags, address, module))
-SYSTEM_MAY_FAIL(HMODULE, GetModuleHandleW, nullptr, ERROR_MOD_NOT_FOUND, (const WideChar* name), (name))
-SYSTEM_MAY_FAIL(HMODULE, LoadLibraryExW, nullptr, ERROR_BAD_EXE_FORMAT,
-                (const WideChar* path, HANDLE reserved, DWORD flags), (path, reserved, flags))
-SYSTEM_MAY_FAIL(int, GetNumberFormatW, 0, ERROR_INSUFFICIENT_BUFFER,
-                (DWORD locale, DWORD flags, const WideChar* number, const NUMBERFMTW* format, WideChar* buffer,
-                 int size),
-                (locale, flags, number, format, buffer, size))
-SYSTEM_MAY_FAIL(int, MultiByteToWideChar, 0, ERROR_NO_UNICODE_TRANSLATION,
-                (DWORD codePage, DWORD flags, const char* text, int length, WideChar* buffer, int size),
-                (codePage, flags, text, length, buffer, size))
-SYSTEM_MAY_FAIL(int, WideCharToMultiByte, 0, ERROR_NO_UNICODE_TRANSLATION,
-                (DWORD codePage, DWORD flags, const WideChar* text, int length, char* buffer, int size,
-                 const char* defaultChar, BOOL* usedDefault),
-                (codePage, flags, text, length, buffer, size, defaultChar, usedDefault))
-SYSTEM_MAY_FAIL(BOOL, OpenThreadToken, FALSE, ERROR_ACCESS_DENIED,
-                (HANDLE thread, DWORD access, BOOL openAsSelf, HANDLE* token), (thread, access, openAsSelf, token))
-SYSTEM_MAY_FAIL(BOOL, VerifyVersionInfoW, FALSE, ERROR_OLD_WIN_VERSION,
-                (OSVERSIONINFOEXW * wanted, DWORD types, std::uint64_t mask), (wanted, types, mask))
-SYSTEM_MAY_FAIL(std::uint16_t, RtlCaptureStackBackTrace, 0, ERROR_GEN_FAILURE,
-                (DWORD framesToSkip, DWORD framesToCapture, void** frames, DWORD* hash),
-                (framesToSkip, framesToCapture, frames, hash))
-SYSTEM_MAY_FAIL(LONG, RegOpenKeyExW, LONG{ERROR_ACCESS_DENIED}, ERROR_ACCESS_DENIED,
-                (HKEY root, const WideChar* path, DWORD options, DWORD access, HKEY* key),
-                (root, path, options, access, key))
-SYSTEM_MAY_FAIL(LONG, RegEnumValueW, LONG{ERROR_ACCESS_DENIED}, ERROR_ACCESS_DENIED,
-                (HKEY key, DWORD index, WideChar* name, DWORD* nameLength, DWORD* reserved, DWORD* type,
-                 std::uint8_t* data, DWORD* dataSize),
-                (key, index, name, nameLength, reserved, type, data, dataSize))
-SYSTEM_MAY_FAIL(LONG, RegQueryValueExW, LONG{ERROR_ACCESS_DENIED}, ERROR_ACCESS_DENIED,
-                (HKEY key, const WideChar* name, DWORD* reserved, DWORD* type, std::uint8_t* data, DWORD* dataSize),
-                (key, name, reserved, type, data, dataSize))
+SYSTEM_MAY_FAIL(7, CreateFileW, INVALID_HANDLE_VALUE, ERROR_SHARING_VIOLATION)
+SYSTEM_MAY_FAIL(5, WriteFile, FALSE, ERROR_DISK_FULL)
+SYSTEM_MAY_FAIL(2, GetFileSize, INVALID_FILE_SIZE, ERROR_IO_DEVICE)
+SYSTEM_MAY_FAIL(2, GetFileInformationByHandle, FALSE, ERROR_IO_DEVICE)
+SYSTEM_MAY_FAIL(7, DuplicateHandle, FALSE, ERROR_TOO_MANY_OPEN_FILES)
+SYSTEM_MAY_FAIL(1, GetFileAttributesW, INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED)
+SYSTEM_MAY_FAIL(2, CreateDirectoryW, FALSE, ERROR_ACCESS_DENIED)
+SYSTEM_MAY_FAIL(3, PathCombineW, nullptr, ERROR_FILENAME_EXCED_RANGE)
+SYSTEM_MAY_FAIL(3, GetEnvironmentVariableW, 0, ERROR_NOT_ENOUGH_MEMORY)
+SYSTEM_MAY_FAIL(3, ExpandEnvironmentStringsW, 0, ERROR_NOT_ENOUGH_MEMORY)
+SYSTEM_MAY_FAIL(6, GetPrivateProfileStringW, 0, ERROR_IO_DEVICE)
+SYSTEM_MAY_FAIL(2, FileTimeToLocalFileTime, FALSE, ERROR_INVALID_PARAMETER)
+SYSTEM_MAY_FAIL(2, FileTimeToSystemTime, FALSE, ERROR_INVALID_PARAMETER)
+SYSTEM_MAY_FAIL(1, QueryPerformanceCounter, FALSE, ERROR_GEN_FAILURE)
+SYSTEM_MAY_FAIL(1, QueryPerformanceFrequency, FALSE, ERROR_GEN_FAILURE)
+SYSTEM_MAY_FAIL(7, FormatMessageW, 0, ERROR_MR_MID_NOT_FOUND)
+SYSTEM_MAY_FAIL(1, CreateErrorInfo, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY)
+SYSTEM_MAY_FAIL(2, SetErrorInfo, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY)
+SYSTEM_MAY_FAIL(2, GetErrorInfo, E_OUTOFMEMORY, ERROR_NOT_ENOUGH_MEMORY)
+SYSTEM_MAY_FAIL(2, SysAllocStringLen, nullptr, ERROR_NOT_ENOUGH_MEMORY)
+SYSTEM_MAY_FAIL(3, GetModuleFileNameW, 0, ERROR_ACCESS_DENIED)
+SYSTEM_MAY_FAIL(3, GetModuleHandleExW, FALSE, ERROR_MOD_NOT_FOUND)
+SYSTEM_MAY_FAIL(1, GetModuleHandleW, nullptr, ERROR_MOD_NOT_FOUND)
+SYSTEM_MAY_FAIL(3, LoadLibraryExW, nullptr, ERROR_BAD_EXE_FORMAT)
+SYSTEM_MAY_FAIL(6, GetNumberFormatW, 0, ERROR_INSUFFICIENT_BUFFER)
+SYSTEM_MAY_FAIL(6, MultiByteToWideChar, 0, ERROR_NO_UNICODE_TRANSLATION)
+SYSTEM_MAY_FAIL(8, WideCharToMultiByte, 0, ERROR_NO_UNICODE_TRANSLATION)
+SYSTEM_MAY_FAIL(4, OpenThreadToken, FALSE, ERROR_ACCESS_DENIED)
+SYSTEM_MAY_FAIL(3, VerifyVersionInfoW, FALSE, ERROR_OLD_WIN_VERSION)
+SYSTEM_MAY_FAIL(4, RtlCaptureStackBackTrace, 0, ERROR_GEN_FAILURE)
+SYSTEM_MAY_FAIL(5, RegOpenKeyExW, LONG{ERROR_ACCESS_DENIED}, ERROR_ACCESS_DENIED)
+SYSTEM_MAY_FAIL(8, RegEnumValueW, LONG{ERROR_ACCESS_DENIED}, ERROR_ACCESS_DENIED)
+SYSTEM_MAY_FAIL(6, RegQueryValueExW, LONG{ERROR_ACCESS_DENIED}, ERROR_ACCESS_DENIED)
 
 }  // namespace Platform
 
 extern "C" {
 
-STORE_MAY_FAIL(MBGetNamedInstance, (const WideChar* name, void* reserved, const GUID* iid, void** result),
-               (name, reserved, iid, result))
-STORE_MAY_FAIL(AcnCreateNode, (const WideChar* name, const WideChar* type, AcnHandle* out), (name, type, out))
-STORE_MAY_FAIL(AcnDuplicateNodeHandle, (AcnHandle node, AcnHandle* out), (node, out))
-STORE_MAY_FAIL(AcnCloneNode, (AcnHandle node, std::uint32_t depth, std::uint32_t flags, AcnHandle* out),
-               (node, depth, flags, out))
-STORE_MAY_FAIL(AcnGetParent, (AcnHandle node, AcnHandle* out), (node, out))
-STORE_MAY_FAIL(AcnGetChildCount, (AcnHandle node, std::uint64_t* out), (node, out))
-STORE_MAY_FAIL(AcnGetChildByIndex, (AcnHandle node, std::uint64_t index, AcnHandle* out), (node, index, out))
-STORE_MAY_FAIL(AcnGetChildByName, (AcnHandle node, const WideChar* name, AcnHandle* out), (node, name, out))
-STORE_MAY_FAIL(AcnGetNodeName, (AcnHandle node, std::uint32_t kind, WideChar* buffer, std::uint32_t* size),
-               (node, kind, buffer, size))
-STORE_MAY_FAIL(AcnGetNodeType, (AcnHandle node, WideChar* buffer, std::uint32_t* size), (node, buffer, size))
-STORE_MAY_FAIL(AcnGetAttributeNames, (AcnHandle node, WideChar* buffer, std::uint32_t* size), (node, buffer, size))
-STORE_MAY_FAIL(AcnGetAttribute,
-               (AcnHandle node, const WideChar* name, const std::uint16_t* type, void* buffer, std::uint32_t* size,
-                std::uint16_t* outType),
-               (node, name, type, buffer, size, outType))
-STORE_MAY_FAIL(AcnSetAttribute,
-               (AcnHandle node, const WideChar* name, std::uint16_t type, const void* value, std::uint32_t size),
-               (node, name, type, value, size))
-STORE_MAY_FAIL(AcnStartSerialization,
-               (std::int32_t kind, std::uint32_t flags, AcnSerializationCallback callback, void* user, AcnContext* out),
-               (kind, flags, callback, user, out))
-STORE_MAY_FAIL(AcnSerializeNodes,
-               (AcnContext context, const AcnHandle* nodes, std::uint32_t count, std::uint32_t depth),
-               (context, nodes, count, depth))
-STORE_MAY_FAIL(AcnFinalizeSerialization, (AcnContext context), (context))
+STORE_MAY_FAIL(4, MBGetNamedInstance)
+STORE_MAY_FAIL(3, AcnCreateNode)
+STORE_MAY_FAIL(2, AcnDuplicateNodeHandle)
+STORE_MAY_FAIL(4, AcnCloneNode)
+STORE_MAY_FAIL(2, AcnGetParent)
+STORE_MAY_FAIL(2, AcnGetChildCount)
+STORE_MAY_FAIL(3, AcnGetChildByIndex)
+STORE_MAY_FAIL(3, AcnGetChildByName)
+STORE_MAY_FAIL(4, AcnGetNodeName)
+STORE_MAY_FAIL(3, AcnGetNodeType)
+STORE_MAY_FAIL(3, AcnGetAttributeNames)
+STORE_MAY_FAIL(6, AcnGetAttribute)
+STORE_MAY_FAIL(5, AcnSetAttribute)
+STORE_MAY_FAIL(5, AcnStartSerialization)
+STORE_MAY_FAIL(4, AcnSerializeNodes)
+STORE_MAY_FAIL(1, AcnFinalizeSerialization)
 }

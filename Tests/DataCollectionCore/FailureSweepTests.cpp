@@ -7,6 +7,7 @@
 #include <deque>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 
 #include "../Platform/ScopedVariable.h"
 #include "../Platform/TemporaryDirectory.h"
@@ -94,14 +95,16 @@ private:
     bool atEnd_ = false;
 };
 
+constexpr WideChar Secret[] = u"5ecret";
+
 ACNode Item(std::int32_t value) {
     ACNode root, items, item, child;
     root.Create(u"Root", nullptr);
     items.Create(u"ScopeItems", nullptr);
     item.Create(u"item", nullptr);
-    child.Create(u"child", nullptr);
+    child.Create(u"child", u"account");
     child.SetInt32(u"value", value);
-    child.SetText(u"text", u"text", MeasureText);
+    child.SetText(u"password", Secret, MeasureText);
     EXPECT_EQ(AcnAppendChild(item.Handle(), child.Handle()), S_OK);
     EXPECT_EQ(AcnAppendChild(items.Handle(), item.Handle()), S_OK);
     EXPECT_EQ(AcnAppendChild(root.Handle(), items.Handle()), S_OK);
@@ -266,6 +269,10 @@ protected:
         EXPECT_EQ(service_.references, 1u);  // the broker's
         EXPECT_EQ(service_.ReferencesOfWatches(), 0u);
         EXPECT_EQ(LivingObjects(), objects);
+        std::ifstream log(directory_ / "a.log", std::ios::binary);
+        const std::string text(std::istreambuf_iterator<char>(log), {});
+        EXPECT_EQ(text.find(std::string_view(reinterpret_cast<const char*>(Secret), sizeof(Secret) - sizeof(WideChar))),
+                  text.npos);
         EXPECT_EQ(AcnGetOpenHandleCount(&handlesAfter), S_OK);
         EXPECT_EQ(handlesAfter, handles);
         return Failed(InjectedFault.code);
@@ -276,6 +283,7 @@ private:
 
     const TemporaryDirectory directory_;
     const ScopedVariable maxSeverity_{"GS_Logger_MaxSeverity", "DBG3"};
+    const ScopedVariable hidden_{"GS_Logger_HiddenNodeTypeAttrs", "account:password"};
     const ScopedVariable logPath_{"GS_Logger_Path", directory_.Path()};
     FileLogger file_{u"a.log", u"banner\r\n"};
     const LogRegistration registration_{file_};

@@ -1,5 +1,4 @@
 #include <barrier>
-#include <random>
 #include <thread>
 
 #include "Common/ErrorHandling.h"
@@ -104,30 +103,6 @@ TEST(ErrorRecord, TakesTheWordsThatBelongToItsCode) {
         EXPECT_EQ(record.description, description);
         EXPECT_THAT(ToUtf8(record.details), MatchesRegex(details + std::string("0x[0-9A-F]{16},0x[0-9A-F]{16}")));
         EXPECT_EQ(failure.ToText(), u"0x80070490 " + record.description + u" [" + record.details + u"]");
-    }
-}
-
-TEST(ErrorRecord, ComesBackFromItsTextWhateverItHolds) {
-    std::mt19937 random(20240305);
-    const auto pick = [&](std::u16string_view letters, std::size_t longest) {
-        WideString text(random() % (longest + 1), u'\0');
-        for (WideChar& letter : text) letter = letters[random() % letters.size()];
-        return text;
-    };
-    for (int i = 0; i < 2000; ++i) {
-        WideString description = pick(u"ab 0x,;.[]\t\u00E9\u6F22", 12), details = pick(u"0xAF,;", 9);
-        description.resize(TrimEnd(description).size());
-        // What the form can't tell from details of its own.
-        if (details.empty() && description.ends_with(u']')) description += u'.';
-        const ErrorRecord written{static_cast<std::uint32_t>(random()), description, details};
-        ErrorRecord read;
-        ASSERT_TRUE(read.Parse(written.Text())) << ToUtf8(written.Text());
-        ASSERT_EQ(std::tie(read.code, read.description, read.details), std::tie(written.code, description, details));
-
-        // Any text either fills a record or leaves it alone.
-        const WideString noise = pick(u"0x12aF ;[]-+\t\u6F22", 16);
-        ErrorRecord untouched{7, u"d", u"e"};
-        ASSERT_TRUE(untouched.Parse(noise) || untouched.Text() == u"0x00000007 d [e]") << ToUtf8(noise);
     }
 }
 

@@ -69,31 +69,6 @@ TEST_F(Node, TellsAMissingAttributeFromAFailure) {
     for (const auto& [thrown, expected] : failures) EXPECT_EQ(thrown, expected);
 }
 
-TEST_F(Node, OwnsOneHandle) {
-    const ACNode first = NewNode(u"first"), second = NewNode(u"second");
-    const std::uint64_t open = OpenHandles();
-    {
-        ACNode copy(first), moved(std::move(copy)), sameNode(second), third(first);
-        const std::tuple<std::function<void()>, AcnHandle, std::uint64_t> steps[] = {
-            {[] {}, first.Handle(), 3},
-            {[&] { moved.Assign(first.Handle()); }, first.Handle(), 3},
-            {[&] { moved = second; }, second.Handle(), 3},
-            {[&] { moved.Take(sameNode); }, second.Handle(), 3},  // two handles of one node have one value
-            {[&] { moved = std::move(third); }, first.Handle(), 2},
-            {[&] { moved.Assign(nullptr); }, nullptr, 1},
-            {[&] { (void)AcnDuplicateNodeHandle(first.Handle(), moved.Receive()); }, first.Handle(), 2},
-            {[&] { moved = ACNode(sameNode); }, second.Handle(), 2},
-            {[&] { moved.Receive(); }, nullptr, 1}};
-        for (const auto& [act, held, opened] : steps) {
-            act();
-            EXPECT_EQ(moved.Handle(), held);
-            EXPECT_EQ(OpenHandles() - open, opened);
-        }
-        EXPECT_FALSE(copy || third || ACNode(nullptr, false));
-    }
-    EXPECT_EQ(OpenHandles(), open);
-}
-
 TEST_F(Node, FindsANodeByItsPath) {
     const ACNode root = NewNode(u"Root"), a = AddChild(root, u"A"), ab = AddChild(root, u"Ab"), b = AddChild(a, u"B"),
                  c = AddChild(b, u"C"), none;

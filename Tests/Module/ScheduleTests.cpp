@@ -16,24 +16,6 @@ std::ptrdiff_t Threads() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-TEST_F(ScheduleTest, CallsTheListenerAgainAndAgainUntilItUnsubscribes) {
-    LoadedModule module;
-    const auto manager = module.Create();
-    Listener listener;
-    auto subscription = Subscribe(manager, listener, Every(50));
-    listener.onCall = [&](IActionSubscription& caller, IAction&) { EXPECT_EQ(&caller, subscription.Get()); };
-    EXPECT_EQ(Configure(manager, 10), S_OK);
-    EXPECT_EQ(subscription->Start(), S_OK);
-    EXPECT_TRUE(listener.AwaitCalls(5));
-    EXPECT_THAT(listener.Names(), Each("Schedule"));
-    EXPECT_EQ(subscription->Unsubscribe(), S_OK);
-    ASSERT_TRUE(listener.AwaitDetached());
-    const std::size_t calls = listener.Names().size();
-    EXPECT_TRUE(Await([&] { return module.LiveObjects() == 2; }));  // the manager and the client's subscription
-    EXPECT_EQ(listener.Names().size(), calls);
-    EXPECT_EQ(subscription->Start(), E_FAIL);
-}
-
 TEST_F(ScheduleTest, EndsItsThreadAndItsCallsWithTheLastReleaseOfTheManager) {
     LoadedModule module;
     std::thread([] {}).join();  // with the first thread, the libraries of some builds start one of their own
