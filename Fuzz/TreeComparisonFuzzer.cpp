@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Common/Components/CComponentObject.h"
+#include "Common/Nodes/ACNode.h"
 #include "Fuzzing.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
 
@@ -114,7 +115,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Trees trees(input);
     const Tree before = trees.Make(4);
     Tree after = before;
-    for (std::size_t changes = input.ConsumeIntegralInRange(0, 3); changes > 0; --changes) trees.Change(after);
+    for (int changes = input.ConsumeIntegralInRange(0, 3); changes > 0; --changes) trees.Change(after);
     {
         const auto strategy = Create<DataCollection::ScopeItemUpdateStrategy, DataCollection::ITriggerStrategy>();
         const ACNode oldConfig = Configuration(before), newConfig = Configuration(after);
