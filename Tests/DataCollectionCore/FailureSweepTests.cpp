@@ -8,6 +8,7 @@
 #include <exception>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 
 #include "../Platform/ScopedVariable.h"
 #include "../Platform/TemporaryDirectory.h"
@@ -252,10 +253,10 @@ protected:
         std::uint64_t handles = 0, handlesAfter = 0;
         EXPECT_EQ(AcnGetOpenHandleCount(&handles), S_OK);
         std::filesystem::remove(directory_ / "a.log");
-        System.tick += 6000;  // the settings of the log are read again, and its file is opened anew
         System.clock = TimePoint(std::chrono::sys_days{std::chrono::year{2024} / 3 / 5});
         GlobalSettings::Instance()->Load(Configuration(1));
         clients_.clear();
+        System.tick += 6000;  // the settings of the log are read again, and its file is opened anew
         SCOPED_TRACE(call);
         call_ = call;
         InjectedFault.code = S_OK;
@@ -269,8 +270,7 @@ protected:
         EXPECT_EQ(service_.references, 1u);  // the broker's
         EXPECT_EQ(service_.ReferencesOfWatches(), 0u);
         EXPECT_EQ(LivingObjects(), objects);
-        std::ifstream log(directory_ / "a.log", std::ios::binary);
-        const std::string text(std::istreambuf_iterator<char>(log), {});
+        const std::string text = (std::ostringstream() << std::ifstream(directory_ / "a.log").rdbuf()).str();
         EXPECT_EQ(text.find(std::string_view(reinterpret_cast<const char*>(Secret), sizeof(Secret) - sizeof(WideChar))),
                   text.npos);
         EXPECT_EQ(AcnGetOpenHandleCount(&handlesAfter), S_OK);
