@@ -1,7 +1,6 @@
 // Lets each call that can fail do so in turn, the first, the second, and so on, until a client's whole life with the
 // module comes through with no failure reached. Whatever fails, the client gets the code of that failure or does not
 // notice it, succeeds when it asks again, and nothing is left behind at the end.
-#include <array>
 #include <climits>
 #include <cstdio>
 #include <deque>
@@ -13,23 +12,12 @@
 #include "../Platform/ScopedVariable.h"
 #include "../Platform/TemporaryDirectory.h"
 #include "Common/Logging/FileLogger.h"
+#include "FakeService.h"
 #include "ModuleBroker/ModuleBroker.h"
 #include "Subsystems/ActionManager/ActionManagerSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
-#include "TestSupport.h"
 
 namespace {
-
-// What the test owns; it counts the references that others have, and allocates nothing by itself.
-template <class... Interfaces>
-class Neighbour : public Interfaces... {
-public:
-    std::uint32_t AddRef() override { return ++references; }
-    std::uint32_t Release() override { return --references; }
-    HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
-
-    std::atomic<std::uint32_t> references{0};
-};
 
 class Client final : public Neighbour<IActionListener> {
 public:
@@ -43,57 +31,6 @@ public:
     bool mayBeCalled = true;
     std::size_t calls = 0;
     SubscriptionPtr subscription;
-};
-
-constexpr HRESULT Refusal = MakeHResult(0x80045678);
-
-constexpr const char* WatchStart = "IACModifySubscription::Start";
-
-HRESULT AnswerOf(const char* name) {
-    return InjectedFault.Strikes(Fallible::Call, name, Refusal) ? Refusal : S_OK;
-}
-
-struct Watch final : Neighbour<IACModifySubscription> {
-    HRESULT Start() override { return AnswerOf(WatchStart); }
-};
-
-// The configuration service and its one report.
-class Service final : public Neighbour<IACConfigService, IACNodeModifyEnum, IACNodeEnumerator> {
-public:
-    HRESULT QueryInterface(const GUID*, void** result) override {
-        *result = ComponentPtr<IACConfigService>(this, false).Detach();
-        return S_OK;
-    }
-    HRESULT AddSubscription(AcnHandle, AcnHandle, IACModifyCallback* client, IACModifySubscription** watch) override {
-        callback_ = client;
-        watch_ = (watch_ + 1) % watches_.size();
-        const HRESULT code = AnswerOf("AddSubscription");
-        if (Succeeded(code)) *watch = ComponentPtr<IACModifySubscription>(&watches_[watch_], false).Detach();
-        return code;
-    }
-    HRESULT RemoveSubscription(IACModifySubscription*) override { return AnswerOf("RemoveSubscription"); }
-    HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
-        const HRESULT code = AnswerOf("GetNodeEnumerator");
-        if (Succeeded(code)) *out = ComponentPtr<IACNodeEnumerator>(this, false).Detach();
-        return code;
-    }
-    HRESULT Reset() override {
-        atEnd_ = false;
-        return S_OK;
-    }
-    HRESULT Next(AcnHandle* out) override {
-        return std::exchange(atEnd_, true) ? S_FALSE : AcnDuplicateNodeHandle(notification.Handle(), out);
-    }
-    HRESULT Report() { return callback_->OnTriggered(&watches_[watch_], 0, this); }
-    std::uint32_t ReferencesOfWatches() const { return watches_[0].references + watches_[1].references; }
-
-    ACNode notification;
-
-private:
-    IACModifyCallback* callback_ = nullptr;
-    std::array<Watch, 2> watches_;  // so that the one of a registration that failed isn't taken for that of the next
-    std::size_t watch_ = 0;
-    bool atEnd_ = false;
 };
 
 constexpr WideChar Secret[] = u"5ecret";
@@ -144,10 +81,11 @@ protected:
         ACNode command;
         command.Create(u"B", nullptr);
         command.SetText(u"Command", u"Start", MeasureText);
-        service_.notification.Create(nullptr, nullptr);
-        service_.notification.SetText(u"ModifiedNodePath", u"\\A\\B", MeasureText);
-        service_.notification.SetInt64(u"ChangesMask", 1);
-        EXPECT_EQ(AcnAppendChild(service_.notification.Handle(), command.Handle()), S_OK);
+        ACNode& notification = service_.nodes.emplace_back();
+        notification.Create(nullptr, nullptr);
+        notification.SetText(u"ModifiedNodePath", u"\\A\\B", MeasureText);
+        notification.SetInt64(u"ChangesMask", 1);
+        EXPECT_EQ(AcnAppendChild(notification.Handle(), command.Handle()), S_OK);
         EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, static_cast<IACConfigService*>(&service_)), S_OK);
     }
     ~FailureSweep() override { EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, nullptr), S_OK); }
@@ -231,7 +169,7 @@ protected:
         EXPECT_GE(often.calls, 2u);
         EXPECT_GE(daily.calls, 2u);
         for (const Client& client : clients_) {
-            EXPECT_TRUE(client.mayBeCalled || client.references == 0 || FailedAt(WatchStart));
+            EXPECT_TRUE(client.mayBeCalled || client.references == 0 || FailedAt("IACModifySubscription::Start"));
         }
         InjectedFault.armed = armed;
 
@@ -256,6 +194,7 @@ protected:
         System.clock = TimePoint(std::chrono::sys_days{std::chrono::year{2024} / 3 / 5});
         GlobalSettings::Instance()->Load(Configuration(1));
         clients_.clear();
+        service_.removed.clear();
         System.tick += 6000;  // the settings of the log are read again, and its file is opened anew
         SCOPED_TRACE(call);
         call_ = call;
@@ -268,7 +207,7 @@ protected:
         InjectedFault.armed = Fallible::Nothing;
         for (const Client& client : clients_) EXPECT_EQ(client.references, 0u);
         EXPECT_EQ(service_.references, 1u);  // the broker's
-        EXPECT_EQ(service_.ReferencesOfWatches(), 0u);
+        for (const FakeWatch& watch : service_.watches) EXPECT_EQ(watch.references, 0u);
         EXPECT_EQ(LivingObjects(), objects);
         const std::string text = (std::ostringstream() << std::ifstream(directory_ / "a.log").rdbuf()).str();
         EXPECT_EQ(text.find(std::string_view(reinterpret_cast<const char*>(Secret), sizeof(Secret) - sizeof(WideChar))),
@@ -291,7 +230,7 @@ private:
     const ACNode before_ = Item(1), same_ = Item(1), changed_ = Item(2);
     const ComponentPtr<ITriggerStrategy> strategy_ = Create<ScopeItemUpdateStrategy, ITriggerStrategy>();
     ACNode config_;
-    Service service_;
+    FakeService service_;
     std::deque<Client> clients_;
     ComponentPtr<IActionManager> manager_;
 };

@@ -1,71 +1,9 @@
 #include "Common/HRes.h"
 #include "Common/Nodes/NodeDump.h"
+#include "FakeService.h"
 #include "ModuleBroker/ModuleBroker.h"
-#include "TestSupport.h"
 
 namespace {
-
-class FakeWatch : public ComponentRoot, public IACModifySubscription {
-public:
-    static constexpr const char* Tag = "FakeWatch";
-    using Queryable = InterfaceList<IACModifySubscription>;
-
-    HRESULT Start() override { return onStart(); }
-
-    std::function<HRESULT()> onStart = [] { return S_OK; };
-};
-
-class FakeConfigService : public ComponentRoot, public IACConfigService {
-public:
-    static constexpr const char* Tag = "FakeConfigService";
-    using Queryable = InterfaceList<IACConfigService>;
-
-    HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* client,
-                            IACModifySubscription** subscription) override {
-        WideStream dump;
-        dump << ACNode(filter, false) << ACNode(parameters, false);
-        asked = Narrow(dump.Text());
-        callback = client;
-        if (!next) next = NewObject<FakeWatch>();
-        watches.push_back(next.Get());
-        if (Succeeded(addResult)) *subscription = ComponentPtr(next).Detach();
-        if (!oneWatchForAll) next.Reset();
-        return addResult;
-    }
-    HRESULT RemoveSubscription(IACModifySubscription* subscription) override {
-        removed.push_back(subscription);
-        return removeResult;
-    }
-
-    HRESULT addResult = S_OK, removeResult = S_OK;
-    bool oneWatchForAll = false;
-    ComponentPtr<CComponentObject<FakeWatch>> next;  // a new one where the test sets none
-    std::string asked;
-    IACModifyCallback* callback = nullptr;
-    std::vector<IACModifySubscription*> watches, removed;
-};
-
-class FakeReport : public ComponentRoot, public IACNodeModifyEnum, public IACNodeEnumerator {
-public:
-    static constexpr const char* Tag = "FakeReport";
-    using Queryable = InterfaceList<IACNodeModifyEnum>;
-
-    HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
-        if (Succeeded(walkResult)) *out = ComponentPtr<IACNodeEnumerator>(this, false).Detach();
-        return walkResult;
-    }
-    HRESULT Reset() override {
-        place = 0;
-        return E_FAIL;
-    }
-    HRESULT Next(AcnHandle* node) override {
-        return place < nodes.size() ? AcnDuplicateNodeHandle(nodes[place++].Handle(), node) : E_FAIL;
-    }
-
-    HRESULT walkResult = S_OK;
-    std::vector<ACNode> nodes;
-    std::size_t place = SIZE_MAX;  // nothing is found without a Reset
-};
 
 // A notification. A null text and a mask of 0 leave their attribute out.
 struct Change {
@@ -90,8 +28,12 @@ struct Change {
 
 class ForcedCommands : public ManagerTest {
 protected:
-    ForcedCommands() { Publish(service_.Get()); }
-    ~ForcedCommands() override { Publish(nullptr); }
+    ForcedCommands() { Publish(&service_); }
+    ~ForcedCommands() override {
+        Publish(nullptr);
+        manager_.Reset();
+        for (const FakeWatch& watch : service_.watches) EXPECT_EQ(watch.references, 0u);
+    }
 
     static void Publish(IACConfigService* service) {
         EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, service), S_OK);
@@ -103,14 +45,13 @@ protected:
         EXPECT_EQ(subscription->Start(), S_OK);
         return subscription;
     }
-    HRESULT Report(const std::vector<Change>& changes, IACModifySubscription* watch) const {
-        const auto report = NewObject<FakeReport>();
-        for (const Change& change : changes) report->nodes.push_back(change.Node());
-        return service_->callback->OnTriggered(watch, 0, report.Get());
+    HRESULT Report(const std::vector<Change>& changes) {
+        service_.nodes.clear();
+        for (const Change& change : changes) service_.nodes.push_back(change.Node());
+        return service_.Report();
     }
-    HRESULT Report(const std::vector<Change>& changes) const { return Report(changes, service_->watches.back()); }
 
-    const ComponentPtr<CComponentObject<FakeConfigService>> service_ = NewObject<FakeConfigService>();
+    FakeService service_;
 };
 
 }  // namespace
@@ -125,16 +66,19 @@ TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
     <attribute name="SubscribeOptions" type="int32" value=)";
     for (const bool withOptionBit0 : {false, true}) {
         CapturedLog log("DBG");
+        std::string asked;
+        service_.onAdd = [&](AcnHandle filter, AcnHandle parameters) {
+            asked = Narrow(DumpNode({ACNode(filter, false), true}) + DumpNode({ACNode(parameters, false), true}));
+        };
         const SubscriptionPtr subscription = SubscribeForced(listener_, withOptionBit0);
-        EXPECT_TRUE(IsLike(service_->asked, wanted + (withOptionBit0 ? "\"7\"*" : "\"6\"*"))) << service_->asked;
-        const std::string watch = "IACModifySubscription: '" + Shown(service_->watches.back()) + "' .";
+        EXPECT_TRUE(IsLike(asked, wanted + (withOptionBit0 ? "\"7\"*" : "\"6\"*"))) << asked;
+        const std::string watch = "IACModifySubscription: '" + Shown(&service_.Latest()) + "' .";
         EXPECT_TRUE(log.Wrote({"DBG Create forced action. " + watch, "DBG Forced start action created: '*'.",
                                "DBG Forced stop action created: '*'.", "DBG *. Attached action '*'",
                                "DBG *. Attached action '*'", "DBG * created. *", "DBG Started forced action " + watch,
                                "DBG *starting."}));
     }
-    EXPECT_EQ(service_->AddRef(), 3u) << "the service isn't kept";
-    service_->Release();
+    EXPECT_EQ(service_.references, 1u) << "the service isn't kept";
 }
 
 TEST_F(ForcedCommands, AreServedAsTheReportTells) {
@@ -169,25 +113,25 @@ TEST_F(ForcedCommands, AreServedAsTheReportTells) {
         EXPECT_TRUE(log.Wrote(row.lines));
         EXPECT_EQ(listener_->TakeCalls(), row.calls);
     }
-    const auto broken = NewObject<FakeReport>();
-    broken->walkResult = E_ABORT;
-    EXPECT_EQ(service_->callback->OnTriggered(service_->watches[0], 0, nullptr), E_POINTER);
-    EXPECT_EQ(service_->callback->OnTriggered(service_->watches[0], 0, broken.Get()), E_ABORT);
+    EXPECT_EQ(service_.callback->OnTriggered(&service_.Latest(), 0, nullptr), E_POINTER);
+    service_.walkResult = E_ABORT;
+    EXPECT_EQ(service_.Report(), E_ABORT);
 }
 
 TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
     const SubscriptionPtr subscription = SubscribeForced(listener_);
-    const auto stranger = NewObject<FakeWatch>();
+    FakeWatch stranger;
     CapturedLog log("WARN");
-    EXPECT_EQ(Report({{u"Start"}}, stranger.Get()), S_OK);
+    service_.nodes = {Change{u"Start"}.Node()};
+    EXPECT_EQ(service_.Report(&stranger), S_OK);
     subscription->Unsubscribe();
     Cycle();
     EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '*'."}));
-    EXPECT_TRUE(service_->removed.empty());
+    EXPECT_TRUE(service_.removed.empty());
     EXPECT_EQ(Report({{u"Start"}}), S_OK);
     Cycle();
-    EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(service_->watches[0]) + "'."}));
-    EXPECT_EQ(service_->removed, service_->watches);
+    EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}));
+    EXPECT_EQ(service_.removed, std::vector<IACModifySubscription*>{&service_.Latest()});
     EXPECT_EQ(listener_->TakeCalls(), Texts{});
 }
 
@@ -195,16 +139,16 @@ TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
     const std::string call = "ERR query->RemoveSubscription(it->first)\tcall failed. 0x80004004 *; ";
     const std::string pair =
         "WARN Cannot remove subscription: Forced Actions: StartAction '*', StopAction '*'; error: ";
-    service_->removeResult = E_ABORT;
+    service_.removeResult = E_ABORT;
     for (const bool there : {true, false}) {
         const SubscriptionPtr subscriptions[] = {SubscribeForced(listener_), SubscribeForced(listener_)};
         for (const auto& subscription : subscriptions) subscription->Unsubscribe();
-        Publish(there ? service_.Get() : nullptr);
+        Publish(there ? &service_ : nullptr);
         Cycle();
         const std::uint32_t before = LivingObjects();
         CapturedLog log("WARN");
         Cycle();
-        EXPECT_EQ(LivingObjects(), before - 6) << "of each pair the two actions and the watch";
+        EXPECT_EQ(LivingObjects(), before - 4) << "of each pair the two actions";
         const std::string refused = pair + "0x80004004 *", missing = pair + "0x80070490 *";
         EXPECT_TRUE(log.Wrote(there ? Texts{call, refused, call, refused} : Texts{missing, missing}));
         Cycle();
@@ -213,7 +157,7 @@ TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
 }
 
 TEST_F(ForcedCommands, GoToTheFirstOfTwoPairsOfOneWatch) {
-    service_->oneWatchForAll = true;
+    service_.oneWatchForAll = true;
     const ListenerPtr other = NewObject<RecordingListener>();
     const SubscriptionPtr first = SubscribeForced(listener_), second = SubscribeForced(other);
     EXPECT_EQ(Report({{u"Stop"}}), S_OK);
@@ -229,10 +173,10 @@ TEST_F(ForcedCommands, FailToRegisterWithTheCodeOfWhoeverRefuses) {
         HRESULT addResult, startResult, code;
         std::uint32_t objectsLeft;
     } table[] = {
-        {nullptr, service_.Get(), S_OK, S_OK, E_POINTER, 0},
+        {nullptr, &service_, S_OK, S_OK, E_POINTER, 0},
         {listener_.Get(), nullptr, S_OK, S_OK, NOT_FOUND, 0},
-        {listener_.Get(), service_.Get(), E_ABORT, S_OK, E_ABORT, 0},
-        {listener_.Get(), service_.Get(), S_OK, E_UNEXPECTED, E_UNEXPECTED, 4},  // it undoes nothing
+        {listener_.Get(), &service_, E_ABORT, S_OK, E_ABORT, 0},
+        {listener_.Get(), &service_, S_OK, E_UNEXPECTED, E_UNEXPECTED, 3},  // it undoes nothing
     };
     const ForcedActionConfig config{u"B", u"A", false};
     auto* const untouched = reinterpret_cast<IActionSubscription*>(0x10);
@@ -241,12 +185,10 @@ TEST_F(ForcedCommands, FailToRegisterWithTheCodeOfWhoeverRefuses) {
     for (const auto& row : table) {
         const std::uint32_t before = LivingObjects();
         Publish(row.service);
-        service_->addResult = row.addResult;
-        service_->next = NewObject<FakeWatch>();
-        service_->next->onStart = [&] { return row.startResult; };
+        service_.addResult = row.addResult;
+        for (FakeWatch& watch : service_.watches) watch.startResult = row.startResult;
         EXPECT_EQ(manager_->SubscribeForcedAction(row.listener, &config, &subscription), row.code);
         EXPECT_EQ(subscription, untouched);
-        service_->next.Reset();
         EXPECT_EQ(LivingObjects(), before + row.objectsLeft);
     }
 }

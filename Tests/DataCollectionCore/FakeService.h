@@ -1,0 +1,84 @@
+// A configuration service whose answers, watches and reports the tests choose. It allocates nothing by itself, so that
+// a sweep of failing allocations meets those of the product alone.
+#pragma once
+
+#include <array>
+
+#include "TestSupport.h"
+
+// What the test owns; it counts the references that others have.
+template <class... Interfaces>
+class Neighbour : public Interfaces... {
+public:
+    std::uint32_t AddRef() override { return ++references; }
+    std::uint32_t Release() override { return --references; }
+    HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
+
+    std::atomic<std::uint32_t> references{0};
+};
+
+// The answer, unless the sweep lets this call fail.
+inline HRESULT AnswerOf(const char* call, HRESULT answer) {
+    constexpr HRESULT Refusal = MakeHResult(0x80045678);
+    return InjectedFault.Strikes(Fallible::Call, call, Refusal) ? Refusal : answer;
+}
+
+struct FakeWatch final : Neighbour<IACModifySubscription> {
+    HRESULT Start() override { return AnswerOf("IACModifySubscription::Start", startResult); }
+
+    HRESULT startResult = S_OK;
+};
+
+// The service and the report that it makes.
+class FakeService final : public Neighbour<IACConfigService, IACNodeModifyEnum, IACNodeEnumerator> {
+public:
+    FakeService() { removed.reserve(100); }
+
+    HRESULT QueryInterface(const GUID*, void** result) override {
+        *result = ComponentPtr<IACConfigService>(this, false).Detach();
+        return S_OK;
+    }
+    HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* client,
+                            IACModifySubscription** watch) override {
+        onAdd(filter, parameters);
+        callback = client;
+        if (!oneWatchForAll) latest_ = (latest_ + 1) % watches.size();
+        const HRESULT code = AnswerOf("AddSubscription", addResult);
+        if (Succeeded(code)) *watch = ComponentPtr<IACModifySubscription>(&Latest(), false).Detach();
+        return code;
+    }
+    HRESULT RemoveSubscription(IACModifySubscription* watch) override {
+        removed.push_back(watch);
+        return AnswerOf("RemoveSubscription", removeResult);
+    }
+    HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
+        const HRESULT code = AnswerOf("GetNodeEnumerator", walkResult);
+        if (Succeeded(code)) *out = ComponentPtr<IACNodeEnumerator>(this, false).Detach();
+        return code;
+    }
+    HRESULT Reset() override {
+        place_ = 0;
+        return E_FAIL;  // which nobody reads
+    }
+    HRESULT Next(AcnHandle* node) override {
+        return place_ < nodes.size() ? AcnDuplicateNodeHandle(nodes[place_++].Handle(), node) : E_FAIL;
+    }
+
+    FakeWatch& Latest() { return watches[latest_]; }
+    HRESULT Report(IACModifySubscription* watch) {
+        place_ = SIZE_MAX;  // nothing is found without a Reset
+        return callback->OnTriggered(watch, 0, this);
+    }
+    HRESULT Report() { return Report(&Latest()); }
+
+    HRESULT addResult = S_OK, removeResult = S_OK, walkResult = S_OK;
+    std::function<void(AcnHandle, AcnHandle)> onAdd = [](AcnHandle, AcnHandle) {};
+    bool oneWatchForAll = false;
+    std::array<FakeWatch, 8> watches;  // in turn, so that an ended one isn't taken for the next
+    std::vector<ACNode> nodes;         // the notifications of the report
+    IACModifyCallback* callback = nullptr;
+    std::vector<IACModifySubscription*> removed;
+
+private:
+    std::size_t latest_ = 0, place_ = 0;
+};
