@@ -9,13 +9,13 @@
 #include <fstream>
 #include <sstream>
 
-#include "../Platform/ScopedVariable.h"
-#include "../Platform/TemporaryDirectory.h"
 #include "Common/Logging/FileLogger.h"
 #include "FakeService.h"
 #include "ModuleBroker/ModuleBroker.h"
 #include "Subsystems/ActionManager/ActionManagerSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
+#include "Support/ScopedVariable.h"
+#include "Support/TemporaryDirectory.h"
 
 namespace {
 
@@ -195,7 +195,7 @@ protected:
         GlobalSettings::Instance()->Load(Configuration(1));
         clients_.clear();
         service_.removed.clear();
-        System.tick += 6000;  // the settings of the log are read again, and its file is opened anew
+        Stage::PassLogInterval();  // its settings are read again, and its file is opened anew
         SCOPED_TRACE(call);
         call_ = call;
         InjectedFault.code = S_OK;

@@ -10,13 +10,7 @@
 
 #include "Platform/Errors.h"
 
-static constexpr std::uint32_t PastTheLogRefresh = 6000;
-
 namespace Platform {
-
-DWORD GetTickCount() noexcept {
-    return System.tick;
-}
 
 void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept {
     const TimePoint set = System.clock;
@@ -79,34 +73,14 @@ std::string Shown(const void* pointer) {
     return Narrow((WideStream() << pointer).Text());
 }
 
-CapturedLog::CapturedLog(const char* maxSeverity) {
-    setenv("GS_Logger_MaxSeverity", maxSeverity, 1);
-    System.tick += PastTheLogRefresh;
-    EXPECT_TRUE(LogManager::Instance().Register(this));
-}
-
-CapturedLog::~CapturedLog() {
-    LogManager::Instance().Unregister(this);
-    unsetenv("GS_Logger_MaxSeverity");
-    System.tick += PastTheLogRefresh;
-}
-
-void CapturedLog::Write(const WideChar* text, std::int32_t length) {
-    // time | severity | process thread | source| message
-    const std::string line = Narrow({text, static_cast<std::size_t>(length) - 2});
-    const std::size_t severity = line.find("| ") + 2;
-    std::size_t message = severity;
-    for (int bars = 0; bars < 3; ++bars) message = line.find('|', message) + 1;
-    const std::string words = line.substr(line.find_first_not_of(' ', message));
-    const auto begins = [&](const char* trace) { return words.starts_with(trace); };
-    if (std::ranges::any_of(std::array{"Entering: ", "Exiting: ", "EXCEPTION at: "}, begins)) return;
-    const std::lock_guard guard(lock_);
-    lines_.push_back(line.substr(severity, line.find(' ', severity) + 1 - severity) + words);
-}
-
 testing::AssertionResult CapturedLog::Wrote(const Texts& patterns) {
-    const std::lock_guard guard(lock_);
-    const Texts lines = std::exchange(lines_, {});
+    Texts lines;
+    for (const std::string& line : lines_.Take()) {
+        const std::string words = line.substr(line.find_first_not_of(' ', 4));
+        const auto begins = [&](const char* trace) { return words.starts_with(trace); };
+        if (std::ranges::any_of(std::array{"Entering: ", "Exiting: ", "EXCEPTION at: "}, begins)) continue;
+        lines.push_back(line.substr(0, line.find(' ')) + ' ' + words);
+    }
     if (std::ranges::equal(lines, patterns, IsLike)) return testing::AssertionSuccess();
     return testing::AssertionFailure() << testing::PrintToString(lines) << " instead of "
                                        << testing::PrintToString(patterns);

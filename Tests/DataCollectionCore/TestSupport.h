@@ -6,10 +6,10 @@
 
 #include <functional>
 
-#include "Common/Logging/LogManager.h"
 #include "NodeFabric/Authoring.h"
 #include "Platform/Time.h"
 #include "Subsystems/ActionManager/ActionManager.h"
+#include "Support/LogLines.h"
 
 using namespace DataCollection;
 using namespace DataCollection::ActionManagement;
@@ -20,7 +20,6 @@ using Texts = std::vector<std::string>;
 // The answers of the replaced functions.
 struct FakeSystem {
     std::atomic<TimePoint> clock{};  // the epoch: the real clock
-    std::atomic<std::uint32_t> tick{1};
     Platform::DYNAMIC_TIME_ZONE_INFORMATION zone{};
     Platform::DWORD zoneResult = Platform::TIME_ZONE_ID_UNKNOWN;  // beside it the last error is 5
     std::atomic<int> threadRefusal{0};                            // instead of creating a thread
@@ -55,18 +54,15 @@ std::string Narrow(std::u16string_view text);
 std::string Shown(const void* pointer);  // as the log shows it
 
 // The lines that are written while this lives, as "ERR text", traces left out. One at a time.
-class CapturedLog final : public ILogger {
+class CapturedLog {
 public:
-    explicit CapturedLog(const char* maxSeverity);
-    ~CapturedLog();
-    void Write(const WideChar* text, std::int32_t length) override;
+    explicit CapturedLog(const char* maxSeverity) : lines_(maxSeverity) {}
 
     // Whether exactly such lines were written since the last call.
     testing::AssertionResult Wrote(const Texts& patterns);
 
 private:
-    std::mutex lock_;
-    Texts lines_;
+    Stage::LogLines lines_;
 };
 
 template <class T>

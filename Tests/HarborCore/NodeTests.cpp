@@ -1,9 +1,9 @@
-#include "../StandIns/StoreFixture.h"
 #include "Common/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Common/Nodes/NodeDump.h"
 #include "Stage.h"
+#include "Support/StoreFixture.h"
 
 namespace Harbor {
 namespace {

@@ -8,24 +8,17 @@
 namespace Stage {
 namespace {
 
-constexpr std::size_t SeverityAt = 30, MessageAt = 83;  // in a line whose source name and number fit their column
-
 std::mutex debugLock;
 Strings debugOutput;
 
 }  // namespace
 
-constinit std::atomic<std::uint32_t> Ticks{1'000'000};
 std::function<void()> OnSleep = [] {};
 constinit std::atomic<bool> ModuleIsKnown{true};
 
 Strings TakeDebugOutput() {
     const std::lock_guard guard(debugLock);
     return std::exchange(debugOutput, {});
-}
-
-void PassLogInterval() {
-    Ticks += 5001;
 }
 
 const std::filesystem::path& Root() {
@@ -60,33 +53,6 @@ NoMoreDescriptors::~NoMoreDescriptors() {
     EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before_), 0);
 }
 
-LogLines::LogLines(const char* maxSeverity) {
-    SetSeverity(maxSeverity);
-    EXPECT_TRUE(Harbor::LogManager::Instance().Register(this));
-}
-
-LogLines::~LogLines() {
-    Harbor::LogManager::Instance().Unregister(this);
-    PassLogInterval();
-}
-
-void LogLines::Write(const char16_t* text, std::int32_t length) {
-    const std::string line = Harbor::ToUtf8({text, static_cast<std::size_t>(length)});
-    const std::lock_guard guard(lock_);
-    ASSERT_TRUE(line.size() >= MessageAt + 2 && line.ends_with("\r\n")) << line;
-    lines_.push_back(line.substr(SeverityAt, 5) + line.substr(MessageAt, line.size() - MessageAt - 2));
-}
-
-void LogLines::SetSeverity(const Setting& name) {
-    severity_.emplace("GS_Logger_MaxSeverity", name);
-    PassLogInterval();
-}
-
-Strings LogLines::Take() {
-    const std::lock_guard guard(lock_);
-    return std::exchange(lines_, {});
-}
-
 void ExitTelling() {
     const auto& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
     for (int i = 0; i < result.total_part_count(); ++i) {
@@ -98,10 +64,6 @@ void ExitTelling() {
 }  // namespace Stage
 
 namespace Platform {
-
-DWORD GetTickCount() noexcept {
-    return Stage::Ticks;
-}
 
 void Sleep(DWORD) noexcept {
     Stage::OnSleep();

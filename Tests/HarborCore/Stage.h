@@ -1,31 +1,21 @@
-// What the tests share: a clock that they move, sleeps that take no time, a debugger's output that can be read,
-// settings in the environment, the lines of the log, and processes that start anew.
+// What the tests share: sleeps that take no time, a debugger's output that can be read, the lines of the log, places in
+// the file system, and processes that start anew.
 #pragma once
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
-#include <atomic>
 #include <functional>
-#include <mutex>
-#include <optional>
-#include <vector>
 
-#include "../Platform/ScopedVariable.h"
-#include "../Platform/TemporaryDirectory.h"
 #include "Common/HRes.h"
-#include "Common/Logging/LogManager.h"
 #include "Common/Text.h"
+#include "Support/LogLines.h"
+#include "Support/TemporaryDirectory.h"
 
 namespace Stage {
 
-using Strings = std::vector<std::string>;
-using Setting = std::optional<std::string>;
-
-extern std::atomic<std::uint32_t> Ticks;  // what GetTickCount gives
-extern std::function<void()> OnSleep;     // runs in place of each sleep
+extern std::function<void()> OnSleep;  // runs in place of each sleep
 Strings TakeDebugOutput();
-void PassLogInterval();  // lets the log's settings and its open file run out
 
 // The files. The process seems to be <ProcessDirectory>/Host.exe, and this module, behind a path of more than 260
 // characters, <ModuleDirectory>/Orv.so.
@@ -44,21 +34,6 @@ public:
 
 private:
     rlimit before_{};
-};
-
-// A logger that keeps what it is given, at the severity that it asks for.
-class LogLines final : public Harbor::ILogger {
-public:
-    explicit LogLines(const char* maxSeverity = "DBG3");
-    ~LogLines();
-    void Write(const char16_t* text, std::int32_t length) override;
-    void SetSeverity(const Setting& name);
-    Strings Take();  // the severity in four columns, a blank, and the message with its indentation
-
-private:
-    std::optional<ScopedVariable> severity_;
-    std::mutex lock_;
-    Strings lines_;
 };
 
 // The code of the HRX that the call throws, or S_OK.

@@ -16,13 +16,13 @@
 #include <thread>
 #include <vector>
 
-#include "../Platform/ScopedVariable.h"
-#include "../Platform/TemporaryDirectory.h"
-#include "../StandIns/StoreFixture.h"
 #include "DataCollection/ActionManager.h"
 #include "Harbor/ComponentPtr.h"
 #include "Harbor/ComponentsModule.h"
 #include "Harbor/Configurable.h"
+#include "Support/ScopedVariable.h"
+#include "Support/StoreFixture.h"
+#include "Support/TemporaryDirectory.h"
 
 using namespace Harbor;
 using namespace DataCollection;

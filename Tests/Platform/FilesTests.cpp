@@ -10,7 +10,7 @@
 
 #include "Platform/Errors.h"
 #include "Platform/Process.h"
-#include "TemporaryDirectory.h"
+#include "Support/TemporaryDirectory.h"
 
 using namespace Platform;
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "Platform/Environment.h"
-#include "TemporaryDirectory.h"
+#include "Support/TemporaryDirectory.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include "Platform/Errors.h"
 #include "Platform/Modules.h"
-#include "ScopedVariable.h"
-#include "TemporaryDirectory.h"
+#include "Support/ScopedVariable.h"
+#include "Support/TemporaryDirectory.h"
 
 namespace {
 

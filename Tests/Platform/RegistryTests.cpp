@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "Platform/Errors.h"
-#include "ScopedVariable.h"
-#include "TemporaryDirectory.h"
+#include "Support/ScopedVariable.h"
+#include "Support/TemporaryDirectory.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "Platform/Errors.h"
-#include "ScopedVariable.h"
+#include "Support/ScopedVariable.h"
 
 using namespace Platform;
 

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "Common/Nodes/ModificationRecords.h"
-#include "StoreFixture.h"
+#include "Support/StoreFixture.h"
 
 using namespace Harbor;
 using namespace ConfigServer;

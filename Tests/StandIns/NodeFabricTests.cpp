@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Common/Nodes/CNodeSerializer.h"
-#include "StoreFixture.h"
+#include "Support/StoreFixture.h"
 
 using namespace Harbor;
 

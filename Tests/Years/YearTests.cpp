@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "../DataCollectionCore/TestSupport.h"
+#include "DataCollectionCore/TestSupport.h"
 #include "Host/NextRuns.h"
 
 namespace {
