@@ -6,16 +6,6 @@
 
 namespace {
 
-constexpr WideChar IntervalName[] = u"PollingIntervalInMilliseconds";
-
-ACNode ConfigNode(std::uint32_t interval) {
-    ACNode node;
-    node.Create(u"ActionManager", nullptr);
-    node.SetText(u"Other", u"ignored", MeasureText);
-    EXPECT_EQ(AcnSetAttribute(node.Handle(), IntervalName, AcnTypeUInt32, &interval, sizeof(interval)), S_OK);
-    return node;
-}
-
 class Manager : public ManagerTest {
 protected:
     Manager() { System.clock = TimePoint{}; }
@@ -25,8 +15,8 @@ protected:
 
 TEST_F(Manager, IsConfiguredOnce) {
     const int threadsBefore = System.threadsAsked;
-    EXPECT_EQ(manager_->Configure(ConfigNode(0xFFFFFFFF).Handle()), S_OK);
-    EXPECT_EQ(manager_->Configure(ConfigNode(7).Handle()), S_OK);
+    EXPECT_EQ(manager_->Configure(Configuration(0xFFFFFFFF).Handle()), S_OK);
+    EXPECT_EQ(manager_->Configure(Configuration(7).Handle()), S_OK);
     EXPECT_EQ(manager_->Configure(nullptr), S_OK);
     EXPECT_EQ(GlobalSettings::Instance()->PollingIntervalInMilliseconds(), 0xFFFFFFFFu);
     EXPECT_EQ(System.threadsAsked, threadsBefore + 1);
@@ -37,7 +27,7 @@ TEST_F(Manager, StaysWithoutAWorkerWhenItsConfigurationFails) {
     without.Create(u"ActionManager", nullptr);
     wrongType.Create(u"ActionManager", nullptr);
     wrongType.SetText(IntervalName, u"500", MeasureText);
-    const ACNode good = ConfigNode(10);
+    const ACNode good = Configuration(10);
     const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::Configure failed: ";
     const struct {
         const ACNode& node;
@@ -80,7 +70,7 @@ TEST_F(Manager, EndsOnlyAfterTheCycleThatIsUnderWay) {
     System.clock = Creation;
     const SubscriptionPtr first = SubscribeAndStart(listener_), second = SubscribeAndStart(last);
     System.clock = Creation + 1s + Ticks{1};
-    EXPECT_EQ(manager_->Configure(ConfigNode(1).Handle()), S_OK);
+    EXPECT_EQ(manager_->Configure(Configuration(1).Handle()), S_OK);
     listener_->WaitForCalls(1);
     releasing = true;
     releasing.notify_all();
@@ -91,7 +81,7 @@ TEST_F(Manager, EndsOnlyAfterTheCycleThatIsUnderWay) {
 
 TEST_F(Manager, ServesClientsThatComeAndGoOnSeveralThreads) {
     const std::uint32_t before = LivingObjects();
-    EXPECT_EQ(manager_->Configure(ConfigNode(0).Handle()), S_OK);
+    EXPECT_EQ(manager_->Configure(Configuration(0).Handle()), S_OK);
     const auto client = [&] {
         for (int i = 0; i < 300; ++i) {
             const ListenerPtr listener = NewObject<RecordingListener>();

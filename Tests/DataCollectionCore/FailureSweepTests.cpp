@@ -51,15 +51,6 @@ ACNode Item(std::int32_t value) {
 
 constexpr std::uint32_t Interval = 100'000;
 
-ACNode Configuration(std::uint32_t interval) {
-    ACNode node;
-    node.Create(u"ActionManager", nullptr);
-    EXPECT_EQ(
-        AcnSetAttribute(node.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &interval, sizeof(interval)),
-        S_OK);
-    return node;
-}
-
 std::ptrdiff_t EntriesOf(const char* directory) {
     return std::distance(std::filesystem::directory_iterator(directory), std::filesystem::directory_iterator());
 }

@@ -118,6 +118,16 @@ private:
     const std::uint64_t handles_ = OpenHandles();
 };
 
+inline constexpr WideChar IntervalName[] = u"PollingIntervalInMilliseconds";
+
+inline ACNode Configuration(std::uint32_t interval) {
+    ACNode node;
+    node.Create(u"ActionManager", nullptr);
+    node.SetText(u"Other", u"ignored", MeasureText);
+    EXPECT_EQ(AcnSetAttribute(node.Handle(), IntervalName, AcnTypeUInt32, &interval, sizeof(interval)), S_OK);
+    return node;
+}
+
 // A manager whose cycles the test runs itself, or whose worker it starts by Configure.
 class ManagerTest : public LeakChecked {
 protected:

@@ -1,5 +1,3 @@
-#include <barrier>
-#include <thread>
 
 #include "Common/ErrorHandling.h"
 #include "Common/ErrorRecord.h"
@@ -182,22 +180,9 @@ void LoadTooMany() {
                                         begin + "5.txt' failed: No more slots"));
 }
 
-void DescribeAtOnce() {
-    SetMessageFiles("missing.txt", "");
-    std::barrier start(2);
-    const auto describe = [&] {
-        start.arrive_and_wait();
-        for (std::uint32_t i = 0; i < 64; ++i) EXPECT_EQ(DescribeError(0x80040200 + i), u"<no description>");
-    };
-    std::thread other(describe);
-    describe();
-    other.join();
-}
-
 TEST(ErrorTexts, ComeFromTheReadableSourcesOfTheirCodeWithoutAFullStop) {
     EXPECT_IN_CHILD(AskEachSource());
     EXPECT_IN_CHILD(LoadTooMany());
-    EXPECT_IN_CHILD(DescribeAtOnce());
 }
 
 }  // namespace

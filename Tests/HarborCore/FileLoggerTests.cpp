@@ -154,14 +154,6 @@ TEST_F(LogFile, WaitsForAHolderThatSharesNothingInFourTries) {
     EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(CannotOpen("0x80070020")));
 }
 
-TEST_F(LogFile, TellsAFullDiskOnTheDebuggersOutput) {
-    fs::create_symlink("/dev/full", file_);
-    FileLogger logger = Logger();
-    Write(logger, u"1");
-    EXPECT_THAT(Stage::TakeDebugOutput(),
-                ElementsAre(CannotOpen("0x80070070"), "FileLogger: cannot write (error: 0x80070070)\n"));
-}
-
 // A small file system that this process alone sees; false where the system doesn't let it.
 bool MountSmallDisk(const fs::path& at) {
     return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&

@@ -111,24 +111,6 @@ TEST(FunctionTrace, TellsAnExceptionThatPassesFromOneThatIsInFlightElsewhere) {
     EXPECT_EQ(ThreadIndentation::Depth(), 0u);
 }
 
-void Nest(int levels) {
-    TRACE_FUNCTION(Dbg2, u"Nest");
-    if (levels > 1) Nest(levels - 1);
-}
-
-TEST(FunctionTrace, CountsOnBeyondThirtyLevelsAndComesBack) {
-    LogLines log;
-    Nest(40);
-    const auto lines = log.Take();
-    ASSERT_EQ(lines.size(), 80u);
-    for (std::size_t i = 0; i < 40; ++i) {
-        const std::string head = "DBG2 " + std::string(2 * std::min<std::size_t>(i, 30), ' ');
-        EXPECT_EQ(lines[i], head + "Entering: Nest");
-        EXPECT_THAT(lines[79 - i], MatchesRegex(head + R"(Exiting: Nest \[.* ms\])"));
-    }
-    EXPECT_EQ(ThreadIndentation::Depth(), 0u);
-}
-
 TEST(FunctionTrace, TestsItsSeverityAtEachLine) {
     LogLines log("DBG");
     for (const char* const name : {"DBG3", "ERR"}) {

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <csignal>
 #include <memory>
@@ -40,27 +39,7 @@ std::pair<DWORD, DWORD> Append(HANDLE file, const std::string& text) {
     return {done ? ERROR_SUCCESS : GetLastError(), written};
 }
 
-auto IdentityOf(const File& file) {
-    BY_HANDLE_FILE_INFORMATION information{};
-    EXPECT_TRUE(GetFileInformationByHandle(file.get(), &information));
-    return std::tuple{information.dwVolumeSerialNumber, information.nFileIndexHigh, information.nFileIndexLow};
-}
-
 }  // namespace
-
-TEST(Files, AreAppendedToAndTellSizesBeyondThirtyTwoBits) {
-    const TemporaryDirectory directory;
-    WriteAll(directory / "a b.log", "old ");
-    const File file = Open(u"C:" + directory.Path().u16string() + u"\\a b.log");
-    EXPECT_EQ(Append(file.get(), "new"), (std::pair{ERROR_SUCCESS, DWORD{3}}));
-    DWORD high = 1;
-    EXPECT_EQ(GetFileSize(file.get(), &high), 7u);
-    EXPECT_EQ(high, 0u);
-    std::filesystem::resize_file(directory / "a b.log", 0x3'FFFF'FFFF);
-    EXPECT_EQ(GetFileSize(file.get(), &high), 0xFFFFFFFF);
-    EXPECT_EQ(high, 3u);
-    EXPECT_EQ(GetLastError(), ERROR_SUCCESS) << "this size is no failure";
-}
 
 TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
     const TemporaryDirectory directory;
@@ -81,52 +60,6 @@ TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
     }
     EXPECT_FALSE(IsOpen(Open(path, FILE_SHARE_READ)));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-}
-
-TEST(Files, AreOthersThanTheFilesThatHadTheirInodes) {
-    const TemporaryDirectory directory;
-    const std::filesystem::path path = directory / "file";
-    std::tuple<DWORD, DWORD, DWORD> before;
-    ino_t inodeBefore = 0;
-    bool isInodeReused = false;
-    for (int round = 0; round < 20; ++round) {
-        const File file = Open(path.u16string());
-        const auto identity = IdentityOf(file);
-        EXPECT_NE(identity, before);
-        Append(file.get(), "more");
-        EXPECT_EQ(IdentityOf(Open(path.u16string())), identity);
-        struct stat status {};
-        ASSERT_EQ(stat(path.c_str(), &status), 0);
-        isInodeReused = isInodeReused || status.st_ino == inodeBefore;
-        inodeBefore = status.st_ino;
-        before = identity;
-        std::filesystem::remove(path);
-    }
-    if (!isInodeReused) GTEST_SKIP() << "this file system used no inode again";
-}
-
-TEST(Files, TellFailuresByTheCodesOfWindows) {
-    const TemporaryDirectory directory;
-    WriteAll(directory / "plain", "");
-    struct Case {
-        const char* name;
-        DWORD open, attributes, create;
-    };
-    for (const auto& [name, open, attributes, create] :
-         {Case{"missing/x", ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND},
-          Case{"", ERROR_ACCESS_DENIED, ERROR_SUCCESS, ERROR_ALREADY_EXISTS},
-          Case{"made", ERROR_ACCESS_DENIED, ERROR_FILE_NOT_FOUND, ERROR_SUCCESS},
-          Case{"plain", ERROR_SUCCESS, ERROR_SUCCESS, ERROR_ALREADY_EXISTS},
-          Case{"plain/x", ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_PATH_NOT_FOUND}}) {
-        SCOPED_TRACE(name);
-        const std::u16string path = (directory / name).u16string();
-        const bool isThere = GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-        EXPECT_EQ(isThere ? ERROR_SUCCESS : GetLastError(), attributes);
-        EXPECT_EQ(CreateDirectoryW(path.c_str(), nullptr) ? ERROR_SUCCESS : GetLastError(), create);
-        EXPECT_EQ(IsOpen(Open(path)) ? ERROR_SUCCESS : GetLastError(), open);
-    }
-    EXPECT_EQ(GetFileAttributesW((directory / "plain").u16string().c_str()), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(GetFileAttributesW((directory / "made/").u16string().c_str()), FILE_ATTRIBUTE_DIRECTORY);
 }
 
 TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {

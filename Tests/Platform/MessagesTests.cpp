@@ -40,23 +40,6 @@ TEST(SystemMessages, AreEnglishInAllItsCountriesAndInNoOtherLanguage) {
     EXPECT_EQ(GetLastError(), ERROR_RESOURCE_LANG_NOT_FOUND);
 }
 
-TEST(UserLanguage, ComesFromTheFirstVariableThatIsSetAndNotEmpty) {
-    using Setting = std::optional<std::string>;
-    const struct {
-        Setting all, messages, lang;
-        std::uint16_t id;
-    } cases[] = {
-        {"de_AT.UTF-8@euro", "fr_FR", "it_IT", 0x0C07},     {"", "fr_FR", "it_IT", 0x040C},
-        {std::nullopt, "", "it_IT.UTF-8", 0x0410},          {std::nullopt, std::nullopt, "en_GB", 0x0809},
-        {std::nullopt, std::nullopt, std::nullopt, 0x0409}, {"C.UTF-8", "de_DE", "de_DE", 0x0409},
-        {"de_XX", std::nullopt, std::nullopt, 0x0407},      {"tlh", std::nullopt, std::nullopt, 0x0409},
-    };
-    for (const auto& [all, messages, lang, id] : cases) {
-        const ScopedVariable first("LC_ALL", all), second("LC_MESSAGES", messages), third("LANG", lang);
-        EXPECT_EQ(GetUserDefaultLangID(), id);
-    }
-}
-
 class MessageModules : public ::testing::Test {
 protected:
     HMODULE Load(const std::string& bytes) const {

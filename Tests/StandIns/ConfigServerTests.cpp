@@ -2,8 +2,6 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <functional>
-#include <latch>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -30,21 +28,17 @@ struct Heard {
     bool operator==(const Heard&) const = default;
 };
 
-// Keeps what it hears, and reacts after that.
+// Keeps what it hears.
 class Listener : public IACModifyCallback {
 public:
-    using Reaction = std::function<HRESULT(IACModifySubscription*, IACNodeModifyEnum*)>;
-
-    explicit Listener(Reaction reaction = {}) : reaction_(std::move(reaction)) {}
-
     std::uint32_t AddRef() override { return ++references_; }
     std::uint32_t Release() override { return --references_; }
     HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
 
-    HRESULT OnTriggered(IACModifySubscription* subscription, int kind, IACNodeModifyEnum* modifications) override {
+    HRESULT OnTriggered(IACModifySubscription*, int kind, IACNodeModifyEnum* modifications) override {
         EXPECT_EQ(kind, NodesModified);
         ForEachModifiedNode(modifications, [this](const ModifiedNode& record) { Keep(record); });
-        return reaction_ ? reaction_(subscription, modifications) : S_OK;
+        return S_OK;
     }
 
     std::vector<Heard> WaitFor(std::size_t count) {
@@ -64,7 +58,6 @@ private:
         grown_.notify_all();
     }
 
-    const Reaction reaction_;
     std::atomic<std::uint32_t> references_{0};
     std::mutex lock_;
     std::condition_variable grown_;
@@ -132,30 +125,6 @@ protected:
     ComponentPtr<IACConfigService> service_ = tree_.QueryOrThrow<IACConfigService>();
 };
 
-// A callback that stays until the end of its subscription has begun, and then gives whoever ends it every chance to be
-// back too early.
-struct LingeringCallback {
-    std::function<void(IACModifySubscription*)> beforeLingering = [](IACModifySubscription*) {};
-    std::latch entered{1};
-    std::atomic<bool> callerIsBack{false};
-    std::atomic<bool> left{false};
-    Listener listener{[this](IACModifySubscription* subscription, IACNodeModifyEnum*) {
-        beforeLingering(subscription);
-        entered.count_down();
-        while (subscription->Start() == S_OK) std::this_thread::yield();
-        for (int turn = 0; turn < 1000 && !callerIsBack; ++turn) std::this_thread::yield();
-        left = true;
-        return S_OK;
-    }};
-
-    void ExpectThatItIsWaitedForBy(const std::function<void()>& end) {
-        entered.wait();
-        end();
-        callerIsBack = true;
-        EXPECT_TRUE(left);
-    }
-};
-
 // All write one node: a report that shows another's value was not made together with its write.
 TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderWhoeverWritesAndListens) {
     constexpr int Writers = 4;
@@ -220,58 +189,6 @@ TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
         EXPECT_EQ(listener.All().size(), covered ? 1u : 0u) << number;
         ++number;
     }
-}
-
-// A removal from inside the callback can't wait for it: whoever ends the subscription after that must all the same.
-TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFinal) {
-    for (const bool removedInside : {false, true}) {
-        for (const bool endedByRelease : {false, true}) {
-            LingeringCallback callback;
-            if (removedInside) {
-                callback.beforeLingering = [this](IACModifySubscription* subscription) {
-                    EXPECT_EQ(service_->RemoveSubscription(subscription), S_OK);
-                };
-            }
-            Subscription subscription = Watch(callback.listener, u"\\A");
-            Write(u"\\A\\B", u"1");
-            Write(u"\\A\\B", u"2");
-            callback.ExpectThatItIsWaitedForBy([&] {
-                if (endedByRelease) {
-                    subscription.Reset();
-                } else {
-                    EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), removedInside ? NOT_FOUND : S_OK);
-                }
-            });
-            Write(u"\\A\\B", u"3");
-            Flush();
-            EXPECT_EQ(callback.listener.All().size(), 1u);
-        }
-    }
-}
-
-TEST_F(ConfigServerTest, BadRequestsAreRefusedAndLeaveTheTreeAsItWas) {
-    Listener listener;
-    const Subscription all = Watch(listener, u"\\A");
-    const FilterByPathNode good(u"\\A", false, 0), withoutPath(u"A", false, 0), negativeDepth(u"\\A", false, -1);
-    const ACNode parameters = Parameters();
-    const std::tuple<AcnHandle, AcnHandle, IACModifyCallback*, HRESULT> rows[] = {
-        {parameters.Handle(), parameters.Handle(), &listener, NOT_FOUND},
-        {good.Handle(), good.Handle(), &listener, NOT_FOUND},
-        {withoutPath.Handle(), parameters.Handle(), &listener, E_INVALIDARG},
-        {negativeDepth.Handle(), parameters.Handle(), &listener, E_INVALIDARG},
-        {good.Handle(), parameters.Handle(), nullptr, E_POINTER}};
-    for (const auto& [filter, parameterNode, callback, code] : rows) {
-        Subscription subscription;
-        EXPECT_EQ(service_->AddSubscription(filter, parameterNode, callback, subscription.Address()), code);
-        EXPECT_FALSE(subscription);
-    }
-    for (const char16_t* path : {u"", u"\\", u"\\A", u"A\\B", u"\\A\\", u"\\A\\\\B"}) {
-        EXPECT_EQ(tree_->WriteNode(path, {}), E_INVALIDARG);
-    }
-    EXPECT_EQ(tree_->WriteNode(u"\\A\\B", {{u"Value", u"half"}, {u"", u"bad"}}), E_INVALIDARG);
-    EXPECT_EQ(tree_->WriteNode(u"\\A\\B", {}), S_OK);
-    const std::vector<Heard> expected{{u"\\A\\B", AttributesWritten | NodeAdded, u"\\A\\B", u""}};
-    EXPECT_EQ(listener.WaitFor(1), expected);
 }
 
 }  // namespace

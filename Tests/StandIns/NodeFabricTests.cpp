@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <limits>
 #include <thread>
 #include <vector>
 
@@ -48,38 +47,6 @@ TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
     }
 }
 
-// A number of one type read as another: the value, or nothing where it doesn't fit.
-TEST_F(NodeFabric, ConvertsNumbersWhereTheValueFits) {
-    constexpr std::int64_t Least32 = std::numeric_limits<std::int32_t>::min();
-    constexpr std::int64_t Greatest32 = std::numeric_limits<std::uint32_t>::max();
-    struct Row {
-        std::uint16_t stored;
-        std::int64_t value;
-        std::vector<std::uint16_t> readableAs;
-    };
-    const Row rows[] = {
-        {AcnTypeInt32, -1, {3, 6}},       {AcnTypeInt32, 1, {3, 4, 6, 7}},     {AcnTypeInt32, Least32, {3, 6}},
-        {AcnTypeUInt32, 2, {3, 4, 6}},    {AcnTypeUInt32, Greatest32, {4, 6}}, {AcnTypeInt64, Greatest32 + 1, {6}},
-        {AcnTypeInt64, Least32 - 1, {6}}, {AcnTypeInt64, 0, {3, 4, 6, 7}},     {AcnTypeBool, 1, {3, 4, 6, 7}},
-    };
-    const auto sizeOf = [](std::uint16_t type) { return type == AcnTypeInt64 ? 8u : type == AcnTypeBool ? 1u : 4u; };
-    const NodePtr node = NewNode(u"Node");
-    for (const Row& row : rows) {
-        ASSERT_EQ(AcnSetAttribute(node.get(), u"A", row.stored, &row.value, sizeOf(row.stored)), S_OK);
-        for (std::uint16_t type = 0; type < 10; ++type) {
-            SCOPED_TRACE(testing::Message() << row.stored << " holds " << row.value << ", read as " << type);
-            const bool fits = std::ranges::count(row.readableAs, type) != 0;
-            std::int64_t read = 0;
-            std::uint32_t size = sizeof(read);
-            const HRESULT code = AcnGetAttribute(node.get(), u"A", &type, &read, &size, nullptr);
-            EXPECT_EQ(code, fits ? S_OK : DATATYPE_MISMATCH);
-            if (!fits) continue;
-            EXPECT_EQ(type == AcnTypeInt32 ? static_cast<std::int32_t>(read) : read, row.value);
-            EXPECT_EQ(size, sizeOf(type));
-        }
-    }
-}
-
 TEST_F(NodeFabric, HoldsAndDumpsAChainThatIsDeeperThanTheCallStack) {
     constexpr std::size_t Depth = 300'000;
     NodePtr root = NewNode(u"x"), end = Open(AcnDuplicateNodeHandle, root.get());
@@ -114,16 +81,9 @@ TEST_F(NodeFabric, ReadersAndWritersOfOneTreeLeaveItWhole) {
             EXPECT_EQ(AcnAppendChild(root.get(), child.get()), S_OK);
         }
     };
-    const auto cloneAndDump = [&] {
-        for (std::size_t round = 0; round < Rounds / 10; ++round) {
-            const NodePtr clone = Open(AcnCloneNode, root.get(), AcnWholeTree, 0u);
-            for (const NodePtr* node : {&clone, &root}) EXPECT_NE(Dump(node->get()), "");
-        }
-    };
     {
         const std::jthread threads[] = {std::jthread(readAndWrite), std::jthread(readAndWrite),
-                                        std::jthread(removeAndAppend), std::jthread(removeAndAppend),
-                                        std::jthread(cloneAndDump)};
+                                        std::jthread(removeAndAppend), std::jthread(removeAndAppend)};
     }
     for (const char16_t* name : Names) EXPECT_TRUE(Open(AcnGetChildByName, root.get(), name));
 }

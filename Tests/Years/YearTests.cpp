@@ -8,6 +8,7 @@
 
 #include "DataCollectionCore/TestSupport.h"
 #include "Host/NextRuns.h"
+#include "Host/ScheduleText.h"
 
 namespace {
 
@@ -28,12 +29,8 @@ struct Case {
 std::istream& operator>>(std::istream& stream, std::optional<TimePoint>& moment) {
     std::string text;
     stream >> text;
-    int year = 0, month = 0, day = 0, hours = 0, minutes = 0, seconds = 0, thousandths = 0;
-    if (std::sscanf(text.c_str(), "%d-%d-%dT%d:%d:%d.%dZ", &year, &month, &day, &hours, &minutes, &seconds,
-                    &thousandths) == 7) {
-        moment = std::chrono::sys_days{std::chrono::year{year} / month / day} + std::chrono::hours{hours} +
-                 std::chrono::minutes{minutes} + std::chrono::seconds{seconds} + milliseconds{thousandths};
-    }
+    moment = Host::ParseMoment(text.substr(0, 19) + "Z");
+    if (moment) *moment += milliseconds{std::stoi(text.substr(20))};
     return stream;
 }
 
