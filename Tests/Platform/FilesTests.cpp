@@ -1,7 +1,10 @@
 #include "Platform/Files.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <memory>
@@ -66,6 +69,13 @@ TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {
     EXPECT_EQ(Append(Open(u"/dev/full").get(), "x"), (std::pair{ERROR_DISK_FULL, DWORD{0}}));
 
     const TemporaryDirectory directory;
+    ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
+    const int reader = open((directory / "pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    const File pipe = Open((directory / "pipe").u16string());
+    EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_SUCCESS, DWORD{1}}));
+    close(reader);
+    EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_BROKEN_PIPE, DWORD{0}})) << "and no signal came";
+
     const File file = Open((directory / "file").u16string());
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
