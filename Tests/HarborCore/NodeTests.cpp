@@ -148,15 +148,14 @@ constexpr const char* marked = "] ... (***EXCEPTION***)";
 
 void LogTree(const char* rules, const char* end, std::size_t masked) {
     const ScopedVariable setting("GS_Logger_HiddenNodeTypeAttrs", std::nullopt);
-    Stage::WriteText(Stage::ProcessDirectory() / "Host.ini", std::string("[Logger]\nHiddenNodeTypeAttrs=") + rules);
+    const auto file = Stage::ProcessDirectory() / "Host.ini";
+    Stage::MakeUnreadable(file);
     Stage::LogLines log;
     const Tree tree;
     for (const bool readable : {false, true, true}) {
-        {
-            std::optional<Stage::NoMoreDescriptors> none;
-            if (!readable) none.emplace();
-            LOG(Dbg, u"Empty: " << ACNode() << u' ' << tree.root);
-        }
+        LOG(Dbg, u"Empty: " << ACNode() << u' ' << tree.root);
+        std::filesystem::remove(file);
+        Stage::WriteText(file, std::string("[Logger]\nHiddenNodeTypeAttrs=") + rules);
         const std::string line = log.Take().at(0);
         EXPECT_THAT(line, testing::AllOf(testing::StartsWith("DBG  Empty: ACNode[<null>] "),
                                          testing::EndsWith(readable ? end : marked)));

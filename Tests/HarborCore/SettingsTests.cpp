@@ -46,15 +46,15 @@ TEST_F(Settings, ComeFromTheFirstPlaceThatHasThem) {
 }
 
 TEST_F(Settings, ThatCantBeReadForTheMomentAreNoMissingOnes) {
-    WriteHostIni("[Test]\nKey=1\n");
+    const auto file = Stage::ProcessDirectory() / "Host.ini";
+    Stage::WriteText(Stage::ProcessDirectory() / "GlobalSettings.ini", "[Test]\nKey=1\n");
     WideString value;
-    {
-        const Stage::NoMoreDescriptors none;
-        EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
-    }
+    Stage::MakeUnreadable(file);
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
+    std::filesystem::remove(file);
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
-    std::filesystem::remove(Stage::ProcessDirectory() / "Host.ini");
-    ASSERT_EQ(mkfifo((Stage::ProcessDirectory() / "Host.ini").c_str(), 0600), 0);
+    std::filesystem::remove(Stage::ProcessDirectory() / "GlobalSettings.ini");
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is empty";
 }
 

@@ -43,14 +43,10 @@ void WriteText(const std::filesystem::path& path, const std::string& bytes) {
     WriteAll(path, bytes);
 }
 
-NoMoreDescriptors::NoMoreDescriptors() {
-    EXPECT_EQ(getrlimit(RLIMIT_NOFILE, &before_), 0);
-    const rlimit none{0, before_.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-}
-
-NoMoreDescriptors::~NoMoreDescriptors() {
-    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before_), 0);
+void MakeUnreadable(const std::filesystem::path& path) {
+    std::filesystem::create_directories(path.parent_path());
+    std::filesystem::remove(path);
+    std::filesystem::create_symlink("/proc/self/mem", path);  // its first page can't be read
 }
 
 void ExitTelling() {

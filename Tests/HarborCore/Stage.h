@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
 #include <functional>
 
@@ -25,16 +24,7 @@ std::filesystem::path ModuleDirectory();
 extern std::atomic<bool> ModuleIsKnown;  // false: its path can't be told
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // with the directories above it
-
-// Opening a file fails as long as this lives.
-class NoMoreDescriptors {
-public:
-    NoMoreDescriptors();
-    ~NoMoreDescriptors();
-
-private:
-    rlimit before_{};
-};
+void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails
 
 // The code of the HRX that the call throws, or S_OK.
 template <class Call>
