@@ -14,8 +14,8 @@ namespace {
 
 class OpenFile {
 public:
-    // Not blocking: a pipe that stands in the file's place and has no writer is an empty file, not a wait. Regular files
-    // ignore the flag.
+    // Not blocking: a pipe that stands in the file's place and has no writer is an empty file, not a wait. Regular
+    // files ignore the flag.
     explicit OpenFile(const std::string& nativePath) noexcept
         : descriptor_(::open(nativePath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     ~OpenFile() {

@@ -17,7 +17,8 @@ PLATFORM_EXPORT DWORD ExpandEnvironmentStringsW(const WideChar* source, WideChar
 // with one. Section and key ignore case, blanks around names and values go, one pair of quotes around a value goes,
 // lines that begin with ";" are comments. The first section of the name, and its first key, count. Gives the length
 // without the terminator; a value that doesn't fit is cut to size - 1. The default takes the place of what is missing;
-// the last error then tells why: ERROR_FILE_NOT_FOUND for a missing file, section or key, else what kept it from reading.
+// the last error then tells why: ERROR_FILE_NOT_FOUND for a missing file, section or key, else what kept it from
+// reading.
 PLATFORM_EXPORT DWORD GetPrivateProfileStringW(const WideChar* section, const WideChar* key,
                                                const WideChar* defaultValue, WideChar* buffer, DWORD size,
                                                const WideChar* path) noexcept;

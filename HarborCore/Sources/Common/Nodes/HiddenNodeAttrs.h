@@ -16,8 +16,8 @@ class HiddenNodeAttrs {
 public:
     using Rules = std::map<WideString, std::set<WideString>>;  // attribute names by node type
 
-    // Built at the first call; the setting is read once. A malformed setting is thrown as HRX with E_INVALIDARG, one that
-    // can't be read just now with E_ABORT, and the next call tries again.
+    // Built at the first call; the setting is read once. A malformed setting is thrown as HRX with E_INVALIDARG, one
+    // that can't be read just now with E_ABORT, and the next call tries again.
     static const HiddenNodeAttrs& Instance();
 
     // Throws HRX with E_INVALIDARG for a rule that isn't a type, a colon and names.

@@ -10,8 +10,8 @@ namespace Harbor {
 // The section that a null section name means.
 inline constexpr WideChar GeneralSection[] = u"General";
 
-// Gives S_OK and a value, or a failure: 0x80070490 if it doesn't have the setting, E_ABORT if that can't be told now, for
-// lack of memory or descriptors or because a file can't be read to its end. A null section means "General".
+// Gives S_OK and a value, or a failure: 0x80070490 if it doesn't have the setting, E_ABORT if that can't be told now,
+// for lack of memory or descriptors or because a file can't be read to its end. A null section means "General".
 class ISettingsSource {
 public:
     virtual ~ISettingsSource() = default;
