@@ -25,8 +25,14 @@ inline HRESULT AnswerOf(const char* call, HRESULT answer) {
 
 struct FakeWatch final : Neighbour<IACModifySubscription> {
     HRESULT Start() override { return AnswerOf("IACModifySubscription::Start", startResult); }
+    std::uint32_t Release() override {
+        const std::uint32_t left = Neighbour::Release();
+        if (left == 0) onEnd();
+        return left;
+    }
 
     HRESULT startResult = S_OK;
+    std::function<void()> onEnd = [] {};
 };
 
 // The service and the report that it makes.

@@ -129,8 +129,14 @@ TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
     EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '*'."}));
     EXPECT_TRUE(service_.removed.empty());
     EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    int ends = 0;
+    service_.Latest().onEnd = [&] {
+        ++ends;
+        EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}))
+            << "as long as a command waits, no other watch may get this one's address";
+    };
     Cycle();
-    EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}));
+    EXPECT_EQ(ends, 1);
     EXPECT_EQ(service_.removed, std::vector<IACModifySubscription*>{&service_.Latest()});
     EXPECT_EQ(listener_->TakeCalls(), Texts{});
 }

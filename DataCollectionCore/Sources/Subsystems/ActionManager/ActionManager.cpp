@@ -97,6 +97,7 @@ void ActionManager::FinalRelease() noexcept {
     Stop();
     // The watches end while this object is still whole: until a watch has ended, its service may call OnTriggered.
     forcedSubscriptions_.clear();
+    endedWatches_.clear();
 }
 
 HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const TimedActionSettings* schedule,

@@ -91,6 +91,10 @@ private:
     std::vector<std::shared_ptr<TimedAction>> regularActions_;
     std::unordered_map<Harbor::IACModifySubscription*, ForcedEntry> forcedSubscriptions_;
 
+    // The worker's alone: the watches of pairs that have ended, until the queue has been found empty. Else a new watch
+    // could get the address by which a waiting command is known.
+    std::vector<Harbor::ComponentPtr<Harbor::IACModifySubscription>> endedWatches_;
+
     // The worker's state. The worker holds the lock at all times except while it sleeps.
     std::condition_variable stopSignal_;
     std::mutex stateLock_;

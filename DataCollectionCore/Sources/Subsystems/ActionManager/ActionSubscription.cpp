@@ -42,7 +42,6 @@ HRESULT ActionSubscription::SetAction(IActionControl* action) {
 // Can't fail: the cycle would drop a subscription that doesn't tell.
 HRESULT ActionSubscription::IsAlive(bool* alive) {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionSubscription::IsAlive");
-    // Busy also for a listener that asks from inside its call, on the thread that holds the lock.
     const std::unique_lock lock(actionsLock_, std::try_to_lock);
     *alive = !lock.owns_lock() || alive_;
     return S_OK;
@@ -110,7 +109,7 @@ HRESULT ActionSubscription::Unsubscribe() {
     return S_OK;
 }
 
-void ActionSubscription::UnsubscribeInternal(const std::unique_lock<std::mutex>& lock) {
+void ActionSubscription::UnsubscribeInternal(const std::unique_lock<std::recursive_mutex>& lock) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::UnsubscribeInternal");
     if (!lock.owns_lock() || lock.mutex() != &actionsLock_) ThrowError(E_INVALIDARG);
     LOG(Dbg, LogPrefix() << u"'. unsubscribed.");

@@ -29,7 +29,7 @@ public:
     HRESULT TriggerActionsIfNeeded() override;
 
 private:
-    void UnsubscribeInternal(const std::unique_lock<std::mutex>& lock);
+    void UnsubscribeInternal(const std::unique_lock<std::recursive_mutex>& lock);
     void DeliverMarkedActions(IActionListener& listener);
     void Deliver(const Harbor::ComponentPtr<IActionControl>& action, IActionListener& listener);
     WideString LogPrefix();
@@ -39,8 +39,9 @@ private:
 
     std::atomic<bool> unsubscribeRequested_{false};  // never goes back to false
 
-    // Guards all below, and is held across a listener call. Never taken together with listenerLock_.
-    std::mutex actionsLock_;
+    // Guards all below, and is held across a listener call, from inside which IsAlive may be asked: hence recursive.
+    // Never taken together with listenerLock_.
+    std::recursive_mutex actionsLock_;
     std::vector<Harbor::ComponentPtr<IActionControl>> actions_;
     bool alive_ = true;     // UnsubscribeInternal has not run yet
     bool started_ = false;  // Start was called while alive

@@ -118,6 +118,7 @@ void ActionManager::UpdateForcedActions() {
     IACModifySubscription* key = nullptr;
     ModifiedNode update;
     while (updateQueue_.Peek(key, update)) TriggerForcedAction(key, update);
+    endedWatches_.clear();
 }
 
 // A command that has left the queue must not be lost to the log: what this method can't log, it does all the same.

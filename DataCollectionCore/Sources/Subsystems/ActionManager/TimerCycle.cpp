@@ -84,6 +84,7 @@ void ActionManager::EraseDisposedActions() {
         TRY_LOG(Dbg, u"Forced Actions: StartAction '" << actions.StartAction().Get() << u"', StopAction '"
                                                       << actions.StopAction().Get()
                                                       << u"' is disposed and will be deleted");
+        endedWatches_.push_back(entry->second.subscription);
         RemoveForcedSubscription(entry->first, actions);
         entry = forcedSubscriptions_.erase(entry);
     }
