@@ -66,6 +66,25 @@ void Platform::GetSystemTimeAsFileTime(FILETIME* time) noexcept {
     presentTime ? void(*time = FromUnix(*presentTime)) : GetSystemTimePreciseAsFileTime(time);
 }
 
+TEST(Calendar, AgreesWithTheStandardLibraryThroughItsWholeRange) {
+    constexpr sys_days First = 1601y / January / 1;
+    constexpr sys_days Last = year{30827} / December / 31;
+    constexpr days Stride{13};
+    for (sys_days date = First; date <= Last; date = date < Last ? std::min(date + Stride, Last) : date + Stride) {
+        const std::int64_t ticks = (date - First).count() * SecondsPerDay * TicksPerSecond + 863'999'990'000;
+        const FILETIME time = FromTicks(ticks);
+        SYSTEMTIME fields{};
+        ASSERT_TRUE(FileTimeToSystemTime(&time, &fields));
+        ASSERT_EQ((year{fields.wYear} / fields.wMonth / fields.wDay), year_month_day{date});
+        ASSERT_EQ(weekday{fields.wDayOfWeek}, weekday{date});
+        ASSERT_EQ(hours{fields.wHour} + minutes{fields.wMinute} + seconds{fields.wSecond}, 23h + 59min + 59s);
+        ASSERT_EQ(fields.wMilliseconds, 999);
+        FILETIME back{};
+        ASSERT_TRUE(SystemTimeToFileTime(&fields, &back));
+        ASSERT_EQ(ToTicks(back), ticks);
+    }
+}
+
 TEST(LocalTime, FollowsTheZoneThroughItsChangesAndAnotherZoneAtOnce) {
     for (const auto& day : {2024y / March / 31, 2024y / October / 27, 2024y / April / 6, 2024y / October / 5,
                             2024y / March / 10, 1965y / July / 1}) {

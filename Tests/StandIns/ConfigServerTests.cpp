@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <functional>
+#include <latch>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -28,18 +30,21 @@ struct Heard {
     bool operator==(const Heard&) const = default;
 };
 
-// Keeps what it hears.
+// Keeps what it hears, and does what the test wants.
 class Listener : public IACModifyCallback {
 public:
     std::uint32_t AddRef() override { return ++references_; }
     std::uint32_t Release() override { return --references_; }
     HRESULT QueryInterface(const GUID*, void**) override { return E_NOINTERFACE; }
 
-    HRESULT OnTriggered(IACModifySubscription*, int kind, IACNodeModifyEnum* modifications) override {
+    HRESULT OnTriggered(IACModifySubscription* subscription, int kind, IACNodeModifyEnum* modifications) override {
         EXPECT_EQ(kind, NodesModified);
         ForEachModifiedNode(modifications, [this](const ModifiedNode& record) { Keep(record); });
+        onCall(*subscription);
         return S_OK;
     }
+
+    std::function<void(IACModifySubscription&)> onCall = [](IACModifySubscription&) {};
 
     std::vector<Heard> WaitFor(std::size_t count) {
         std::unique_lock lock(lock_);
@@ -188,6 +193,34 @@ TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
         Flush();
         EXPECT_EQ(listener.All().size(), covered ? 1u : 0u) << number;
         ++number;
+    }
+}
+
+// The callback stays until the end of its subscription has begun, and then gives whoever ends it every chance to be
+// back too early.
+TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFinal) {
+    for (const bool byRelease : {false, true}) {
+        std::latch entered{1};
+        std::atomic<bool> callerIsBack{false}, left{false};
+        Listener listener;
+        listener.onCall = [&](IACModifySubscription& subscription) {
+            entered.count_down();
+            while (subscription.Start() == S_OK) std::this_thread::yield();
+            for (int turn = 0; turn < 1000 && !callerIsBack; ++turn) std::this_thread::yield();
+            left = true;
+        };
+        Subscription subscription = Watch(listener, u"\\A");
+        for (const WideChar* const value : {u"1", u"2"}) Write(u"\\A\\B", value);
+        entered.wait();
+        if (byRelease) {
+            subscription.Reset();
+        } else {
+            EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), S_OK);
+        }
+        callerIsBack = true;
+        EXPECT_TRUE(left);
+        Flush();
+        EXPECT_EQ(listener.All().size(), 1u);
     }
 }
 
