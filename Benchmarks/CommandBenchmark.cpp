@@ -1,9 +1,10 @@
 // The road of a command: from the configuration service's callback through the queue to the mark on the action.
 #include "BenchmarkSupport.h"
 #include "LocalComponent.h"
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 #include "NodeFabric/Authoring.h"
 #include "Subsystems/ActionManager/ActionManager.h"
+#include "Subsystems/ActionManager/Clock.h"
 
 namespace {
 
@@ -60,7 +61,7 @@ ACNode MakeNotification() {
     notification.Create(u"Notification", nullptr);
     notification.SetText(u"ModifiedNodePath", CommandPath, MeasureText);
     notification.SetInt64(u"ChangesMask", ChangesMask);
-    HRES hres = AcnAppendChild(notification.Handle(), MakeCommandNode().Handle());
+    ThrowIfFailed(AcnAppendChild(notification.Handle(), MakeCommandNode().Handle()));
     return notification;
 }
 
@@ -119,15 +120,15 @@ void MeasurePosters(benchmark::State& state, Post post, Drain drain) {
 void FromCallbackToMark(benchmark::State& state) {
     Watch watch;
     Service service(watch);
-    HRES hres = MBSetNamedInstance(ConfigServiceInstanceName, &service);
+    ThrowIfFailed(MBSetNamedInstance(ConfigServiceInstanceName, &service));
     CComponentObject<ActionManager>* created = nullptr;
-    hres = CComponentObject<ActionManager>::CreateObject(&created);
-    const ComponentPtr<CComponentObject<ActionManager>> manager(created, true);
+    ThrowIfFailed(CComponentObject<ActionManager>::CreateObject(&created));
+    const auto manager = ComponentPtr<CComponentObject<ActionManager>>::Attach(created);
     Listener listener;
     const ForcedActionConfig config{u"Nightly", u"Archive", false};
     ComponentPtr<IActionSubscription> subscription;
-    hres = manager->SubscribeForcedAction(&listener, &config, subscription.Address());
-    hres = subscription->Start();
+    ThrowIfFailed(manager->SubscribeForcedAction(&listener, &config, subscription.Address()));
+    ThrowIfFailed(subscription->Start());
     std::vector<Report> reports(static_cast<std::size_t>(state.range(0)));
 
     MeasurePosters(
@@ -137,7 +138,7 @@ void FromCallbackToMark(benchmark::State& state) {
         },
         [&] { manager->OnTimerEvent(CurrentTime()); });
     if (listener.calls == 0) state.SkipWithError("no command arrived");
-    hres = MBSetNamedInstance(ConfigServiceInstanceName, nullptr);
+    ThrowIfFailed(MBSetNamedInstance(ConfigServiceInstanceName, nullptr));
 }
 BENCHMARK(FromCallbackToMark)->Arg(1)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond);
 

@@ -2,8 +2,8 @@
 #include <stdexcept>
 
 #include "BenchmarkSupport.h"
-#include "Common/CodeOfCall.h"
-#include "Common/MethodEdge.h"
+#include "Common/Failures/CodeOfCall.h"
+#include "Common/Failures/MethodEdge.h"
 #include "Subsystems/ActionManager/ActionManager.h"
 #include "Subsystems/ActionManager/DefaultTriggerStrategy.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
@@ -27,8 +27,8 @@ void CreateInstanceAndRelease(benchmark::State& state) {
     IComponentsModule& module = ComponentsModule::Instance();
     for (auto _ : state) {
         ITriggerStrategy* strategy = nullptr;
-        HRES hres = module.CreateInstance(&DefaultTriggerStrategyClassId, &ITriggerStrategy::Id,
-                                          reinterpret_cast<void**>(&strategy));
+        ThrowIfFailed(module.CreateInstance(&DefaultTriggerStrategyClassId, &ITriggerStrategy::Id,
+                                            reinterpret_cast<void**>(&strategy)));
         strategy->Release();
     }
     ReportEach(state, 1);
@@ -73,7 +73,7 @@ HRESULT (*volatile succeed)() = &Succeed;
 
 void HResOfSuccess(benchmark::State& state) {
     for (auto _ : state) {
-        HRES hres = succeed();
+        ThrowIfFailed(succeed());
         benchmark::DoNotOptimize(hres.Code());
     }
     ReportEach(state, 1);

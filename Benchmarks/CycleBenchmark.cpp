@@ -6,6 +6,7 @@
 #include "CountedAllocations.h"
 #include "LocalComponent.h"
 #include "Subsystems/ActionManager/ActionManager.h"
+#include "Subsystems/ActionManager/Clock.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ class Registrations {
 public:
     explicit Registrations(std::size_t count) : listeners_(count), subscriptions_(count) {
         CComponentObject<ActionManager>* created = nullptr;
-        HRES hres = CComponentObject<ActionManager>::CreateObject(&created);
+        ThrowIfFailed(CComponentObject<ActionManager>::CreateObject(&created));
         manager_ = ComponentPtr<CComponentObject<ActionManager>>(created, true);
     }
 
@@ -44,14 +45,14 @@ public:
 
     ComponentPtr<IActionSubscription> Register(Listener& listener) {
         ComponentPtr<IActionSubscription> subscription;
-        HRES hres = manager_->SubscribeRegularAction(&listener, &EveryInterval, subscription.Address());
-        hres = subscription->Start();
+        ThrowIfFailed(manager_->SubscribeRegularAction(&listener, &EveryInterval, subscription.Address()));
+        ThrowIfFailed(subscription->Start());
         return subscription;
     }
 
     void UnsubscribeAll() {
         for (auto& subscription : subscriptions_) {
-            HRES hres = subscription->Unsubscribe();
+            ThrowIfFailed(subscription->Unsubscribe());
             subscription.Reset();
         }
     }
@@ -144,7 +145,7 @@ void RegisterAndUnsubscribeOne(benchmark::State& state) {
     int detached = 0;
     for (auto _ : state) {
         auto subscription = registrations.Register(listener);
-        HRES hres = subscription->Unsubscribe();
+        ThrowIfFailed(subscription->Unsubscribe());
         if (++detached < mostDetached) continue;
         state.PauseTiming();
         registrations.LetDetachedGo();

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/ACNode.h"
 #include "NodeFabric/Authoring.h"
 
@@ -26,7 +26,7 @@ inline Harbor::ACNode MakeItemTree(const Harbor::WideChar* name, std::size_t cou
         item.SetInt32(u"Priority", static_cast<std::int32_t>(i % 10));
         item.SetInt64(u"LastChange", 133'000'000'000'000'000 + static_cast<std::int64_t>(i));
         item.SetBool(u"IsEnabled", i % 2 == 0);
-        Harbor::HRES hres = AcnAppendChild(root.Handle(), item.Handle());
+        Harbor::ThrowIfFailed(AcnAppendChild(root.Handle(), item.Handle()));
     }
     return root;
 }

@@ -1,6 +1,6 @@
 // The rules of hidden attributes: rules that are written out anew are read back as they were, and whatever they name is
 // hidden in what is printed, while the node stays as it is.
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Fuzzing.h"
 

@@ -1,6 +1,6 @@
 // The text of a failure: what is read and written is read back as it was, and a failure that travels in the thread's
 // error object keeps its code, whatever the words.
-#include "Common/ErrorRecord.h"
+#include "Common/Failures/ErrorRecord.h"
 #include "Fuzzing.h"
 
 using namespace Harbor;

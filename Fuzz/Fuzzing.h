@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "NodeFabric/Authoring.h"
 
 // Ends the process where a property doesn't hold; the fuzzer then keeps the input.

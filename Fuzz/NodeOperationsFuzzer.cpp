@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/ACNode.h"
 #include "Fuzzing.h"
 
@@ -128,15 +128,15 @@ private:
         const auto index = input_.ConsumeIntegralInRange<std::size_t>(0, 4);
         const bool isThere = from.model != nullptr && index < from.model->children.size();
         ModelNode* const model = isThere ? from.model->children[index] : nullptr;
-        REQUIRE(CodeOf([&] { (void)from.node.GetChild(index, true); }) == (isThere ? S_OK : NOT_FOUND));
-        to.node = from.node.GetChild(index, false);
+        REQUIRE(CodeOf([&] { (void)from.node.GetChild(index); }) == (isThere ? S_OK : NOT_FOUND));
+        to.node = from.node.FindChild(index);
         to.model = model;
     }
 
     void FindChild(Slot& from, Slot& to) {
         const WideString name = Word();
         ModelNode* const model = from.model != nullptr ? from.model->Find(name) : nullptr;
-        to.node = from.node.GetChild(name.c_str(), false);
+        to.node = from.node.FindChild(name.c_str());
         to.model = model;
     }
 

@@ -1,5 +1,6 @@
 // Durations, schedules and command points: what is understood is written out anew and understood as the same.
 #include "Fuzzing.h"
+#include "Host/LocalTime.h"
 #include "Host/ScheduleText.h"
 
 using namespace DataCollection::ActionManagement;
@@ -29,13 +30,13 @@ void CheckRepeat(std::string_view text) {
 }
 
 void CheckClockSchedule(std::string_view text, std::optional<std::int32_t> bias) {
-    const auto schedule = Host::ParseClockSchedule(text, bias, CurrentTime());
+    const auto schedule = Host::ParseClockSchedule(text, bias, Host::CurrentTime());
     if (!schedule) return;
     const std::uint32_t start = schedule->StartSeconds;
     REQUIRE(start < 24 * 3600 && schedule->IsLocalTime == bias.has_value());
     char clock[16];
     std::snprintf(clock, sizeof clock, "%02u:%02u:%02u,", start / 3600, start / 60 % 60, start % 60);
-    REQUIRE(Same(*Host::ParseClockSchedule(clock + Interval(*schedule), bias, CurrentTime()), *schedule));
+    REQUIRE(Same(*Host::ParseClockSchedule(clock + Interval(*schedule), bias, Host::CurrentTime()), *schedule));
 }
 
 void CheckWatchPoint(std::string_view text) {

@@ -12,7 +12,7 @@ ComponentPtr<IActionListener> ActionListener::Make(CallHandler handler) {
     CComponentObject<ActionListener>* created = nullptr;
     Check(CComponentObject<ActionListener>::CreateObject(&created), "Create listener");
     created->handler_ = std::move(handler);
-    return {created, true};
+    return ComponentPtr<IActionListener>::Attach(created);
 }
 
 HRESULT ActionListener::OnActionTriggered(IActionSubscription*, IAction* action) noexcept {

@@ -5,8 +5,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "Common/Base/Text.h"
 #include "Common/Components/ComponentsModule.h"
-#include "Common/Text.h"
 #include "Host/Failure.h"
 #include "Host/LogParser.h"
 #include "NodeFabric/Authoring.h"

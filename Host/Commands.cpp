@@ -6,7 +6,7 @@
 #include <optional>
 #include <sstream>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "Host/Failure.h"
 #include "Host/ScheduleText.h"
 #include "Host/WatchRegistration.h"

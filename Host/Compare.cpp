@@ -3,12 +3,12 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
+#include "Comparison/ScopeItems.h"
 #include "DataCollection/TriggerStrategy.h"
 #include "Host/Failure.h"
 #include "Host/LoadedModule.h"
 #include "Host/NodeFile.h"
-#include "Subsystems/ActionManager/NodeComparison.h"
 
 namespace Host {
 
@@ -22,30 +22,31 @@ struct Reason {
     std::string text;
 };
 
-constexpr std::uint32_t OwnName = 0;
-
-// Nothing: the item is no reason to trigger.
-std::optional<std::string> ItemReason(const ACNode& oldItems, const ACNode& item) {
-    const WideString name = item.GetName(OwnName);
-    const std::string shown = "item '" + ToUtf8(name) + "' ";
-    const ACNode oldItem = oldItems.GetChild(name.c_str(), false);
-    if (!oldItem) return shown + "is new";
-    if (NodesEqual(item, oldItem, NodeLevel::Top)) return std::nullopt;
-    if (item.GetFullPath() == oldItem.GetFullPath()) return shown + "was changed";
-    return shown + "moved from " + ToUtf8(oldItem.GetFullPath()) + " to " + ToUtf8(item.GetFullPath());
+std::string ItemText(const ACNode& item) {
+    return "item '" + ToUtf8(item.GetName(AcnOwnName)) + "' ";
 }
 
-// The strategy answers in a code alone. This goes its way again to tell why.
+std::string ChangeText(const ACNode& oldItem, const ACNode& newItem) {
+    if (newItem.GetFullPath() == oldItem.GetFullPath()) return "was changed";
+    return "moved from " + ToUtf8(oldItem.GetFullPath()) + " to " + ToUtf8(newItem.GetFullPath());
+}
+
+// The strategy answers with a code only. The comparison that it uses tells why.
 Reason ReasonOfItems(const ACNode& oldTree, const ACNode& newTree) {
-    const ACNode oldItems = oldTree.GetChild(u"ScopeItems", false);
-    const ACNode newItems = newTree.GetChild(u"ScopeItems", false);
-    if (!newItems) return {false, "the new tree has no ScopeItems"};
-    if (!oldItems) return {true, "the new tree has ScopeItems and the old one has none"};
-    const std::uint64_t count = newItems.GetChildCount();
-    for (std::uint64_t i = 0; i < count; ++i) {
-        if (const auto reason = ItemReason(oldItems, newItems.GetChild(i, true))) return {true, *reason};
+    const ScopeItemComparison comparison = CompareScopeItems(oldTree, newTree);
+    switch (comparison.difference) {
+        case ScopeItemDifference::NewHasNone:
+            return {false, "the new tree has no ScopeItems"};
+        case ScopeItemDifference::OnlyNewHas:
+            return {true, "the new tree has ScopeItems and the old one has none"};
+        case ScopeItemDifference::ItemAdded:
+            return {true, ItemText(comparison.newItem) + "is new"};
+        case ScopeItemDifference::ItemChanged:
+            return {true, ItemText(comparison.newItem) + ChangeText(comparison.oldItem, comparison.newItem)};
+        case ScopeItemDifference::None:
+            break;
     }
-    return {false, "none of the " + std::to_string(count) + " items is new or changed"};
+    return {false, "none of the " + std::to_string(comparison.itemCount) + " items is new or changed"};
 }
 
 bool Ask(const LoadedModule& module, const GUID& strategyId, const ACNode& oldTree, const ACNode& newTree) {

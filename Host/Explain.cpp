@@ -4,7 +4,7 @@
 #include <iostream>
 
 #include "Host/Failure.h"
-#include "Subsystems/ActionManager/Schedule.h"
+#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -52,7 +52,7 @@ constexpr char Rules[] =
 }  // namespace
 
 std::string RefusalOf(const TimedActionSettings& schedule) {
-    switch (ExamineSchedule(schedule)) {
+    switch (CheckSettings(schedule)) {
         case ScheduleFault::None:
             return "";
         case ScheduleFault::IntervalPresence:

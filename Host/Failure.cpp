@@ -1,7 +1,7 @@
 #include "Host/Failure.h"
 
-#include "Common/HRes.h"
-#include "Common/Text.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/Text.h"
 
 namespace Host {
 

@@ -5,7 +5,7 @@
 #include <map>
 #include <optional>
 
-#include "Subsystems/ActionManager/TimePoint.h"
+#include "Schedules/TimePoint.h"
 
 namespace Host {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "Host/Failure.h"
 
 namespace Host {

@@ -23,7 +23,7 @@ public:
 
     template <class I>
     [[nodiscard]] Harbor::ComponentPtr<I> Create(const Harbor::GUID& classId) const {
-        return {static_cast<I*>(CreateInstance(classId, I::Id)), true};
+        return Harbor::ComponentPtr<I>::Attach(static_cast<I*>(CreateInstance(classId, I::Id)));
     }
 
 private:

@@ -5,28 +5,17 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "Common/Format.h"
-#include "Common/Text.h"
+#include "Common/Base/Format.h"
+#include "Common/Base/Text.h"
 #include "Host/Failure.h"
 #include "Platform/Time.h"
 
 namespace Host {
+
+using DataCollection::ActionManagement::FromFileTime;
+using DataCollection::ActionManagement::ToFileTime;
+
 namespace {
-
-using DataCollection::ActionManagement::Ticks;
-
-// From 1601, where the system's file times begin, to 1970.
-constexpr Ticks FileTimeEpoch = std::chrono::seconds{11644473600};
-
-Platform::FILETIME ToFileTime(const TimePoint& time) noexcept {
-    const auto ticks = static_cast<std::uint64_t>((time.time_since_epoch() + FileTimeEpoch).count());
-    return {static_cast<Platform::DWORD>(ticks), static_cast<Platform::DWORD>(ticks >> 32)};
-}
-
-TimePoint FromFileTime(const Platform::FILETIME& time) noexcept {
-    const std::uint64_t ticks = (std::uint64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime;
-    return TimePoint{Ticks{static_cast<std::int64_t>(ticks)} - FileTimeEpoch};
-}
 
 Platform::FILETIME ToLocal(const TimePoint& time) {
     const Platform::FILETIME utc = ToFileTime(time);
@@ -60,6 +49,10 @@ bool SetLocalZone(const std::string& name) {
     setenv("TZ", (":" + inside.string()).c_str(), 1);
     tzset();
     return true;
+}
+
+TimePoint CurrentTime() {
+    return std::chrono::time_point_cast<TimePoint::duration>(std::chrono::system_clock::now());
 }
 
 std::chrono::seconds LocalOffset(const TimePoint& time) {

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <string>
 
-#include "Subsystems/ActionManager/TimePoint.h"
+#include "Schedules/TimePoint.h"
 
 namespace Host {
 
@@ -13,6 +13,9 @@ using DataCollection::ActionManagement::TimePoint;
 // Makes that zone of the system's database, such as "Europe/Helsinki", the zone of the process. False if there is none.
 // Before any other thread runs.
 [[nodiscard]] bool SetLocalZone(const std::string& name);
+
+// The system's wall clock.
+[[nodiscard]] TimePoint CurrentTime();
 
 // Local time minus UTC at that moment.
 [[nodiscard]] std::chrono::seconds LocalOffset(const TimePoint& time);

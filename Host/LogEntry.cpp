@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 
 namespace Host {
 namespace {

@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
+#include "Common/Base/Text.h"
 #include "Common/Logging/LogSeverity.h"
-#include "Common/Text.h"
 
 namespace Host {
 

@@ -6,7 +6,7 @@
 #include "Host/Explain.h"
 #include "Host/Failure.h"
 #include "Host/LocalTime.h"
-#include "Subsystems/ActionManager/Schedule.h"
+#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -57,7 +57,7 @@ std::vector<NextRun> NextRuns(const TimedActionSettings& schedule, const TimePoi
     const auto bias = static_cast<std::int32_t>(-offset.count());
     std::vector<NextRun> runs;
     seconds before = offset;
-    for (TimePoint time = FirstRunOf(schedule, from, bias); runs.size() < count; time += IntervalOf(schedule)) {
+    for (TimePoint time = FirstRunOf(schedule, from, bias).time; runs.size() < count; time += IntervalOf(schedule)) {
         const seconds now = LocalOffset(time);
         runs.push_back({time, now - before, ComesTwice(time)});
         before = now;

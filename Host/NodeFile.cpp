@@ -8,7 +8,7 @@
 #include <pugixml.hpp>
 #include <vector>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "Host/Failure.h"
 #include "NodeFabric/Authoring.h"
 #include "Platform/Text.h"

@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "Host/Failure.h"
+#include "Host/LocalTime.h"
 
 namespace Host {
 
@@ -76,7 +77,7 @@ void Operator::CarryOut(const Command& command) {
 }
 
 void Operator::Do(const WriteCommand& command) {
-    const TimePoint now = DataCollection::ActionManagement::CurrentTime();
+    const TimePoint now = CurrentTime();
     for (const auto& registration : registrations_) registration->OnCommand(command.path, now);
     tree_.Write(command.path, command.attributes);
 }

@@ -4,14 +4,14 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "Common/Base/Text.h"
 #include "Common/Logging/LogSeverity.h"
 #include "Common/Settings/ModuleInfo.h"
-#include "Common/Text.h"
 #include "Host/ConfigFile.h"
 #include "Host/Failure.h"
 #include "Host/LocalTime.h"
 #include "Host/ScheduleText.h"
-#include "Subsystems/ActionManager/TimedAction.h"
+#include "Schedules/TimeZoneBias.h"
 
 namespace Host {
 

@@ -7,7 +7,7 @@
 #include "DataCollection/ActionManager.h"
 #include "Host/Commands.h"
 #include "Host/Style.h"
-#include "Subsystems/ActionManager/TimePoint.h"
+#include "Schedules/TimePoint.h"
 
 namespace Host {
 

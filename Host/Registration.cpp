@@ -1,8 +1,9 @@
 #include "Host/Registration.h"
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "Host/ActionListener.h"
 #include "Host/Failure.h"
+#include "Host/LocalTime.h"
 
 namespace Host {
 

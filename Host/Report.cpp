@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "Common/Format.h"
-#include "Common/Text.h"
+#include "Common/Base/Format.h"
+#include "Common/Base/Text.h"
 
 namespace Host {
 namespace {

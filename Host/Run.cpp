@@ -42,7 +42,7 @@ void Configure(IActionManager& manager, milliseconds polling) {
     Check(AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &value, sizeof(value)),
           "AcnSetAttribute");
     ComponentPtr<IConfigurable> configurable;
-    Check(ComponentPtr(&manager, false).QueryTo(configurable), "QueryInterface");
+    Check(ComponentPtr(&manager).QueryTo(configurable), "QueryInterface");
     Check(configurable->Configure(config.Handle()), "Configure");
 }
 

@@ -1,8 +1,9 @@
 #include "Host/ScheduleRegistration.h"
 
 #include "Host/Failure.h"
-#include "Subsystems/ActionManager/Schedule.h"
-#include "Subsystems/ActionManager/TimedAction.h"
+#include "Host/LocalTime.h"
+#include "Schedules/Schedule.h"
+#include "Schedules/TimeZoneBias.h"
 
 namespace Host {
 
@@ -23,7 +24,7 @@ ScheduleRegistration::ScheduleRegistration(std::string label, const TimedActionS
     : Registration(std::move(label), report), settings_(settings) {}
 
 Registration::SubscriptionPtr ScheduleRegistration::Register(IActionManager& manager, IActionListener& listener) {
-    firstRun_ = FirstRunOf(settings_, CurrentTime(), LocalBias());
+    firstRun_ = FirstRunOf(settings_, CurrentTime(), LocalBias()).time;
     SubscriptionPtr subscription;
     Check(manager.SubscribeRegularAction(&listener, &settings_, subscription.Address()),
           "SubscribeRegularAction '" + Label() + "'");

@@ -4,8 +4,8 @@
 #include <array>
 #include <charconv>
 
-#include "Common/Text.h"
-#include "Subsystems/ActionManager/Schedule.h"
+#include "Common/Base/Text.h"
+#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -19,7 +19,7 @@ struct Unit {
     std::string_view name;
     std::uint32_t secondsEach;  // 0: milliseconds
 };
-constexpr std::array Units{Unit{"ms", 0}, Unit{"s", 1}, Unit{"m", 60}, Unit{"h", 3600}, Unit{"d", SecondsOfDay}};
+constexpr std::array Units{Unit{"ms", 0}, Unit{"s", 1}, Unit{"m", 60}, Unit{"h", 3600}, Unit{"d", SecondsPerDay}};
 
 // In one of the two fields that a schedule has for it.
 struct Interval {
@@ -93,7 +93,7 @@ std::optional<TimedActionSettings> ParseClockSchedule(std::string_view text, std
                                                       const TimePoint& now) {
     const std::size_t comma = text.find(',');
     const auto start = ParseStart(text.substr(0, comma), bias.value_or(0), now);
-    const auto interval = comma == text.npos ? Interval{SecondsOfDay, 0} : ParseInterval(text.substr(comma + 1));
+    const auto interval = comma == text.npos ? Interval{SecondsPerDay, 0} : ParseInterval(text.substr(comma + 1));
     if (!start || !interval) return std::nullopt;
     return TimedActionSettings{*start, bias.has_value(), interval->seconds, TimedActionType::SpecificTime,
                                interval->milliseconds};

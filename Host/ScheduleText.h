@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "DataCollection/ActionManager.h"
-#include "Subsystems/ActionManager/TimePoint.h"
+#include "Schedules/TimePoint.h"
 
 namespace Host {
 

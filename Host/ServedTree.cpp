@@ -1,8 +1,8 @@
 #include "Host/ServedTree.h"
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "Host/Failure.h"
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 
 namespace Host {
 

@@ -1,7 +1,7 @@
 #include <iostream>
 
-#include "Common/HRes.h"
-#include "Common/Text.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/Text.h"
 #include "Host/Compare.h"
 #include "Host/Explain.h"
 #include "Host/Failure.h"

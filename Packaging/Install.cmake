@@ -7,6 +7,7 @@ set_target_properties(ActionHost PROPERTIES INSTALL_RPATH $ORIGIN/${ORV_LIBRARIE
 
 set_target_properties(HarborInterfaces PROPERTIES EXPORT_NAME FrameworkInterfaces)
 set_target_properties(OrvInterfaces PROPERTIES EXPORT_NAME Interfaces)
+set_target_properties(OrvNeighbours PROPERTIES EXPORT_NAME Neighbours)
 set_target_properties(OrvPlatform PROPERTIES EXPORT_NAME Platform)
 set_target_properties(HarborCore PROPERTIES EXPORT_NAME Framework)
 set_target_properties(OrvActionManager PROPERTIES EXPORT_NAME Module)
@@ -16,10 +17,10 @@ install(TARGETS OrvPlatform NodeFabric ModuleBroker EXPORT OrvActionManager
         LIBRARY COMPONENT runtime INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
 install(TARGETS OrvActionManager EXPORT OrvActionManager LIBRARY DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
 install(FILES $<TARGET_FILE_DIR:OrvActionManager>/SharedFaultTexts.dll DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
-install(TARGETS HarborInterfaces OrvInterfaces HarborCore ConfigServer EXPORT OrvActionManager
+install(TARGETS HarborInterfaces OrvInterfaces OrvNeighbours HarborCore ConfigServer EXPORT OrvActionManager
         ARCHIVE COMPONENT development INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
 
-foreach(room DataCollectionCore HarborCore Platform StandIns/NodeFabric StandIns/ModuleBroker StandIns/ConfigServer)
+foreach(room DataCollectionCore HarborCore Platform Neighbours StandIns/NodeFabric StandIns/ModuleBroker StandIns/ConfigServer)
     install(DIRECTORY ${room}/Include/ DESTINATION ${ORV_INCLUDE_DIR} COMPONENT development)
 endforeach()
 

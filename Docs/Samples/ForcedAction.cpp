@@ -7,7 +7,7 @@
 #include "ConfigServer/ConfigServer.h"
 #include "Host.h"
 #include "Listener.h"
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 
 using namespace DataCollection::ActionManagement;
 

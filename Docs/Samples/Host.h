@@ -40,7 +40,7 @@ public:
     Harbor::ComponentPtr<I> Create(const Harbor::GUID& classId) const {
         void* object = nullptr;
         Check(module_->CreateInstance(&classId, &I::Id, &object), "CreateInstance");
-        return {static_cast<I*>(object), true};
+        return Harbor::ComponentPtr<I>::Attach(static_cast<I*>(object));
     }
 
 private:

@@ -1,6 +1,6 @@
 #include "ChangeReport.h"
 
-#include "Common/MethodEdge.h"
+#include "Common/Failures/MethodEdge.h"
 #include "CreateComponent.h"
 #include "NodeFabric/Authoring.h"
 
@@ -68,7 +68,7 @@ ACNode MakeNotification(const ACNode& changed, const WideString& path, std::int6
     notification.SetText(ModifiedNodePathAttribute, path.c_str(), static_cast<std::uint32_t>(path.size()));
     notification.SetInt64(ChangesMaskAttribute, changes);
     const ACNode snapshot = changed.Clone(AcnWholeTree, 0);
-    HRES hres = AcnAppendChild(notification.Handle(), snapshot.Handle());
+    ThrowIfFailed(AcnAppendChild(notification.Handle(), snapshot.Handle()));
     return notification;
 }
 
@@ -77,7 +77,7 @@ ACNode MakeNotification(const ACNode& changed, const WideString& path, std::int6
 ComponentPtr<IACNodeModifyEnum> ReportChange(const ACNode& changed, const WideString& path, std::int64_t changes) {
     auto report = CreateComponent<NodeModifyEnum>();
     report->SetNotification(MakeNotification(changed, path, changes));
-    return {report.Detach(), true};
+    return ComponentPtr<IACNodeModifyEnum>::Attach(report.Detach());
 }
 
 }  // namespace ConfigServer

@@ -1,9 +1,9 @@
 #include "ConfigService.h"
 
 #include "ChangeReport.h"
-#include "Common/CodeOfCall.h"
-#include "Common/MethodEdge.h"
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
+#include "Common/Failures/CodeOfCall.h"
+#include "Common/Failures/MethodEdge.h"
 #include "ModifySubscription.h"
 #include "NodeFabric/Authoring.h"
 
@@ -33,7 +33,7 @@ void TryAttributes(const std::vector<TextAttribute>& attributes) {
 ACNode AddChild(const ACNode& parent, const WideString& name) {
     ACNode child;
     child.Create(name.c_str(), nullptr);
-    HRES hres = AcnAppendChild(parent.Handle(), child.Handle());
+    ThrowIfFailed(AcnAppendChild(parent.Handle(), child.Handle()));
     return child;
 }
 
@@ -46,7 +46,7 @@ OpenedNode OpenOrAdd(const ACNode& top, std::u16string_view path) {
     OpenedNode opened{top};
     for (const std::u16string_view element : Split(path, u"\\")) {
         const WideString name(element);
-        ACNode child = opened.node.GetChild(name.c_str(), false);
+        ACNode child = opened.node.FindChild(name.c_str());
         opened.isNew = !child;
         opened.node = child ? std::move(child) : AddChild(opened.node, name);
     }

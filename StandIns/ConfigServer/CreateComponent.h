@@ -17,8 +17,8 @@ struct NoQueryableInterfaces {
 template <class T>
 [[nodiscard]] Harbor::ComponentPtr<Harbor::CComponentObject<T>> CreateComponent() {
     Harbor::CComponentObject<T>* created = nullptr;
-    Harbor::HRES hres = Harbor::CComponentObject<T>::CreateObject(&created);
-    return {created, true};
+    Harbor::ThrowIfFailed(Harbor::CComponentObject<T>::CreateObject(&created));
+    return Harbor::ComponentPtr<Harbor::CComponentObject<T>>::Attach(created);
 }
 
 }  // namespace ConfigServer

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Common/CodeOfCall.h"
+#include "Common/Failures/CodeOfCall.h"
 #include "Common/Logging/Log.h"
 #include "ConfigServer/ConfigServer.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/ACNode.h"
 
 namespace ConfigServer {
@@ -27,11 +27,11 @@ bool IsNodePath(std::u16string_view path) noexcept {
 }
 
 WatchScope::WatchScope(AcnHandle filterHandle, AcnHandle parametersHandle) {
-    const ACNode filter(filterHandle, false);
+    const ACNode filter = ACNode::Borrow(filterHandle);
     path_ = filter.GetText(NodePathAttribute);
     isParent_ = filter.GetInt64(IsParentAttribute) != 0;
     maxDepth_ = filter.GetInt64(MaxDepthAttribute);
-    const ACNode parameters(parametersHandle, false);
+    const ACNode parameters = ACNode::Borrow(parametersHandle);
     changesMask_ = parameters.GetInt64(ChangesMaskAttribute);
     (void)parameters.GetInt64(SubscribeOptionsAttribute);
     if (!IsNodePath(path_) || maxDepth_ < 0) ThrowError(E_INVALIDARG);

@@ -1,4 +1,4 @@
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 
 #include <map>
 #include <mutex>
@@ -53,7 +53,7 @@ HRESULT MBGetNamedInstance(const WideChar* name, void* reserved, const GUID* iid
 HRESULT MBSetNamedInstance(const WideChar* name, IComponentUnknown* instance) {
     if (name == nullptr) return E_POINTER;
     try {
-        const Instance previous = instance != nullptr ? Exchange(name, Instance(instance, false)) : TakeOut(name);
+        const Instance previous = instance != nullptr ? Exchange(name, Instance(instance)) : TakeOut(name);
         return S_OK;
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;

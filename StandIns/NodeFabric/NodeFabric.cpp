@@ -12,9 +12,6 @@ using namespace NodeFabric;
 
 namespace {
 
-constexpr std::uint32_t OwnName = 0;
-constexpr std::uint32_t WholePath = 2;
-
 std::u16string_view ViewOrEmpty(const WideChar* text) {
     return text != nullptr ? std::u16string_view(text) : std::u16string_view();
 }
@@ -121,8 +118,8 @@ HRESULT AcnGetNodeName(AcnHandle node, std::uint32_t kind, WideChar* buffer, std
     return AtEdge([&] {
         if (size == nullptr) return E_POINTER;
         if (node == nullptr) return E_INVALIDARG;
-        if (kind == OwnName) return CopyText(node->name, buffer, *size);
-        if (kind == WholePath) return CopyText(FullPath(*node), buffer, *size);
+        if (kind == AcnOwnName) return CopyText(node->name, buffer, *size);
+        if (kind == AcnFullPath) return CopyText(FullPath(*node), buffer, *size);
         return E_INVALIDARG;
     });
 }

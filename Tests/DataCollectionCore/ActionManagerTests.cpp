@@ -1,7 +1,7 @@
 #include <cerrno>
 #include <thread>
 
-#include "Subsystems/ActionManager/ActionManagerSettings.h"
+#include "Subsystems/ActionManager/GlobalSettings.h"
 #include "TestSupport.h"
 
 namespace {

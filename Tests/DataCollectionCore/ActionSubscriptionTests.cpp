@@ -1,4 +1,4 @@
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Subsystems/ActionManager/ActionImpl.h"
 #include "Subsystems/ActionManager/ActionSubscription.h"
 #include "Subsystems/ActionManager/ForcedActions.h"
@@ -52,7 +52,7 @@ struct Subscription {
 
     ListenerPtr listener = NewObject<RecordingListener>();
     const ComponentPtr<IActionSubscriptionControl> control = Create<ActionSubscription, IActionSubscriptionControl>();
-    const SubscriptionPtr view = control.QueryOrThrow<IActionSubscription>();
+    const SubscriptionPtr view = QueryOrThrow<IActionSubscription>(control);
     HRESULT code = S_OK;  // of the last step
 };
 
@@ -63,7 +63,7 @@ class Actions : public LeakChecked {};
 
 TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
     const ActionPtr action = Create<ActionImpl, IActionControl>();
-    const auto view = action.QueryOrThrow<IAction>();
+    const auto view = QueryOrThrow<IAction>(action);
     EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
     EXPECT_EQ(action->SetNameAndType(u"A", GUID{}), E_INVALIDARG);
     WideString name = u"before";

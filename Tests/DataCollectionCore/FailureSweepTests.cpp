@@ -11,8 +11,8 @@
 
 #include "Common/Logging/FileLogger.h"
 #include "FakeService.h"
-#include "ModuleBroker/ModuleBroker.h"
-#include "Subsystems/ActionManager/ActionManagerSettings.h"
+#include "ModuleBroker/Registration.h"
+#include "Subsystems/ActionManager/GlobalSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
 #include "Support/ScopedVariable.h"
 #include "Support/TemporaryDirectory.h"
@@ -136,7 +136,7 @@ protected:
                                                                    reinterpret_cast<void**>(manager_.Address()));
         });
         const HRESULT configured =
-            Try([&] { return manager_.QueryOrThrow<IConfigurable>()->Configure(config_.Handle()); });
+            Try([&] { return QueryOrThrow<IConfigurable>(manager_)->Configure(config_.Handle()); });
         EXPECT_TRUE(Failed(configured) || GlobalSettings::Instance()->PollingIntervalInMilliseconds() == Interval);
         Client& often = SubscribeRegular({0, false, 0, TimedActionType::Repeat, 1});
         Client& daily = SubscribeRegular({3600, true, 86400, TimedActionType::SpecificTime, 0});

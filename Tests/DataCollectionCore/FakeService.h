@@ -41,7 +41,7 @@ public:
     FakeService() { removed.reserve(100); }
 
     HRESULT QueryInterface(const GUID*, void** result) override {
-        *result = ComponentPtr<IACConfigService>(this, false).Detach();
+        *result = ComponentPtr<IACConfigService>(this).Detach();
         return S_OK;
     }
     HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* client,
@@ -50,7 +50,7 @@ public:
         callback = client;
         if (!oneWatchForAll) latest_ = (latest_ + 1) % watches.size();
         const HRESULT code = AnswerOf("AddSubscription", addResult);
-        if (Succeeded(code)) *watch = ComponentPtr<IACModifySubscription>(&Latest(), false).Detach();
+        if (Succeeded(code)) *watch = ComponentPtr<IACModifySubscription>(&Latest()).Detach();
         return code;
     }
     HRESULT RemoveSubscription(IACModifySubscription* watch) override {
@@ -59,7 +59,7 @@ public:
     }
     HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
         const HRESULT code = AnswerOf("GetNodeEnumerator", walkResult);
-        if (Succeeded(code)) *out = ComponentPtr<IACNodeEnumerator>(this, false).Detach();
+        if (Succeeded(code)) *out = ComponentPtr<IACNodeEnumerator>(this).Detach();
         return code;
     }
     HRESULT Reset() override {

@@ -1,7 +1,7 @@
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/NodeDump.h"
 #include "FakeService.h"
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 
 namespace {
 
@@ -68,7 +68,7 @@ TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
         CapturedLog log("DBG");
         std::string asked;
         service_.onAdd = [&](AcnHandle filter, AcnHandle parameters) {
-            asked = Narrow(DumpNode({ACNode(filter, false), true}) + DumpNode({ACNode(parameters, false), true}));
+            asked = Narrow(DumpNode({ACNode::Borrow(filter), true}) + DumpNode({ACNode::Borrow(parameters), true}));
         };
         const SubscriptionPtr subscription = SubscribeForced(listener_, withOptionBit0);
         EXPECT_TRUE(IsLike(asked, wanted + (withOptionBit0 ? "\"7\"*" : "\"6\"*"))) << asked;

@@ -1,4 +1,4 @@
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Subsystems/ActionManager/TimedAction.h"
 #include "TestSupport.h"
 

@@ -69,7 +69,7 @@ template <class T>
 ComponentPtr<CComponentObject<T>> NewObject() {
     CComponentObject<T>* object = nullptr;
     EXPECT_EQ(CComponentObject<T>::CreateObject(&object), S_OK);
-    return {object, true};
+    return ComponentPtr<CComponentObject<T>>::Attach(object);
 }
 
 // Notes the name of each action that it is told about, and then does what the test wants.

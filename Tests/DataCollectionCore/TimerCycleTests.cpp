@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "TestSupport.h"
 
 namespace {
@@ -43,7 +43,7 @@ TEST_F(TimerCycle, ServesTheOthersWhenAListenerThrows) {
         listeners.push_back(NewObject<RecordingListener>());
         listeners.back()->onCall = row.call;
         subscriptions.push_back(SubscribeAndStart(listeners.back()));
-        const auto control = subscriptions.back().QueryOrThrow<IActionSubscriptionControl>();
+        const auto control = QueryOrThrow<IActionSubscriptionControl>(subscriptions.back());
         if (row.code == "0x80004004") lines.push_back("ERR *TriggerActionsIfNeeded failed: 0x80004004 *");
         if (row.code.empty()) continue;
         lines.push_back("ERR Error when trying to trigger action for subscription '" + Shown(control.Get()) +

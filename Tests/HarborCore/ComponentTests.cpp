@@ -1,5 +1,5 @@
+#include "Common/Base/Format.h"
 #include "Common/Components/CComponentObject.h"
-#include "Common/Format.h"
 #include "Platform/Process.h"
 #include "Stage.h"
 
@@ -98,7 +98,7 @@ TEST_F(Components, AreHeldByPointersThatCount) {
     IFirst* const object = sole.Get();
     const std::function<void()> steps[] = {[&] { sole = *&sole; }, [&] { sole.Reset(object); },
                                            [&] { sole.Assign(std::move(*&sole)); },
-                                           [&] { sole = Pointer(sole.Detach(), true); }};
+                                           [&] { sole = Pointer::Attach(sole.Detach()); }};
     for (const auto& step : steps) {
         step();
         EXPECT_EQ(sole.Get(), object);
@@ -111,9 +111,9 @@ TEST_F(Components, AreHeldByPointersThatCount) {
     EXPECT_EQ(other.Get(), object) << "a failed query leaves the pointer alone";
     EXPECT_EQ(*other.Address(), nullptr);
     EXPECT_EQ(References(object), 1u);
-    EXPECT_EQ(sole.QueryOrThrow<ISecond>()->Second(), 2);
-    EXPECT_EQ(CodeThrownBy([&] { return other.QueryOrThrow<ISecond>(); }), E_POINTER);
-    EXPECT_EQ(CodeThrownBy([&] { return sole.QueryOrThrow<IUnlisted>(); }), E_NOINTERFACE);
+    EXPECT_EQ(QueryOrThrow<ISecond>(sole)->Second(), 2);
+    EXPECT_EQ(CodeThrownBy([&] { return QueryOrThrow<ISecond>(other); }), E_POINTER);
+    EXPECT_EQ(CodeThrownBy([&] { return QueryOrThrow<IUnlisted>(sole); }), E_NOINTERFACE);
 }
 
 void ListAliveObjects(std::size_t framesToSkip) {

@@ -1,8 +1,8 @@
 
-#include "Common/ErrorHandling.h"
-#include "Common/ErrorRecord.h"
-#include "Common/MethodEdge.h"
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
+#include "Common/Failures/ErrorHandling.h"
+#include "Common/Failures/ErrorRecord.h"
+#include "Common/Failures/MethodEdge.h"
 #include "Platform/Errors.h"
 #include "Platform/Process.h"
 #include "Stage.h"

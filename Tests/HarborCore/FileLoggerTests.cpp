@@ -8,7 +8,7 @@
 #include <set>
 #include <thread>
 
-#include "Common/ErrorHandling.h"
+#include "Common/Failures/ErrorHandling.h"
 #include "Common/Logging/FileLogger.h"
 #include "Platform/Errors.h"
 #include "Stage.h"

@@ -1,4 +1,4 @@
-#include "Common/Format.h"
+#include "Common/Base/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Common/Nodes/NodeDump.h"
@@ -56,7 +56,7 @@ TEST_F(Node, TellsAMissingAttributeFromAFailure) {
     EXPECT_FALSE(node.HasAttribute(u"none") || node.TryGetUInt32(u"none", number) || node.TryGetInt64(u"none", large));
     EXPECT_FALSE(node.TryGetText(u"none", text));
     EXPECT_EQ(text + ACNode().GetName(0) + ACNode().GetType() + ACNode().GetAttributeNames(), u"");
-    EXPECT_FALSE(node.GetChild(u"none", false) || node.GetChild(std::uint64_t{1}, false));
+    EXPECT_FALSE(node.FindChild(u"none") || node.FindChild(std::uint64_t{1}));
     const std::pair<HRESULT, HRESULT> failures[] = {
         {CodeThrownBy([&] { return node.GetText(u"none"); }), NOT_FOUND},
         {CodeThrownBy([&] { return node.TryGetUInt32(u"large", number); }), DATATYPE_MISMATCH},
@@ -64,8 +64,8 @@ TEST_F(Node, TellsAMissingAttributeFromAFailure) {
         {CodeThrownBy([&] { return node.SetText(u"", u"", 0), 0; }), E_INVALIDARG},
         {CodeThrownBy([&] { return ACNode().GetChildCount(); }), E_INVALIDARG},
         {CodeThrownBy([&] { return node.GetParent(); }), NOT_FOUND},
-        {CodeThrownBy([&] { return node.GetChild(u"none", true); }), NOT_FOUND},
-        {CodeThrownBy([&] { return node.GetChild(std::uint64_t{1}, true); }), NOT_FOUND}};
+        {CodeThrownBy([&] { return node.GetChild(u"none"); }), NOT_FOUND},
+        {CodeThrownBy([&] { return node.GetChild(std::uint64_t{1}); }), NOT_FOUND}};
     for (const auto& [thrown, expected] : failures) EXPECT_EQ(thrown, expected);
 }
 

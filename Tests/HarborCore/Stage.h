@@ -6,8 +6,8 @@
 
 #include <functional>
 
-#include "Common/HRes.h"
-#include "Common/Text.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/Text.h"
 #include "Support/LogLines.h"
 #include "Support/TemporaryDirectory.h"
 

@@ -116,7 +116,7 @@ TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
     EXPECT_EQ(type, ScheduleActionType);
     EXPECT_EQ(name, u"Schedule");
 
-    const auto mark = action.QueryOrThrow<IActionControl>();
+    const auto mark = QueryOrThrow<IActionControl>(action);
     name = u"Other";
     EXPECT_EQ(Call(mark.Get(), 3, &name, &ForcedStartActionType), S_OK);  // SetNameAndType
     EXPECT_TRUE(Read(mark.Get(), 4));                                     // IsDisposed
@@ -130,14 +130,14 @@ TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
 
     // Without a worker the test itself drives the subscription.
     const auto manager = module.Create();
-    const auto configurable = manager.QueryOrThrow<IConfigurable>();
+    const auto configurable = QueryOrThrow<IConfigurable>(manager);
     EXPECT_EQ(Call(configurable.Get(), 3, nullptr), E_FAIL);  // Configure
     Listener first, second;
     const ForcedActionConfig point{u"Leaf", u"Parent", false};
     SubscriptionPtr subscription;
     EXPECT_EQ(Call(manager.Get(), 4, &first, &point, subscription.Address()), NOT_FOUND);  // there is no service
     subscription = Subscribe(manager, first, Every(1));
-    const auto control = subscription.QueryOrThrow<IActionSubscriptionControl>();
+    const auto control = QueryOrThrow<IActionSubscriptionControl>(subscription);
     EXPECT_EQ(Call(control.Get(), 3, &second), S_OK);  // SetListener
     EXPECT_TRUE(first.AwaitDetached());
     EXPECT_EQ(Call(control.Get(), 4, mark.Get()), S_OK);  // SetAction

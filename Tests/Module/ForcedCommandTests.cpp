@@ -5,7 +5,7 @@
 
 #include "ConfigServer/ConfigServer.h"
 #include "LoadedModule.h"
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 
 namespace {
 

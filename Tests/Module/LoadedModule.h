@@ -16,6 +16,7 @@
 #include <thread>
 #include <vector>
 
+#include "Common/Base/HRes.h"
 #include "DataCollection/ActionManager.h"
 #include "Harbor/ComponentPtr.h"
 #include "Harbor/ComponentsModule.h"
@@ -108,7 +109,7 @@ public:
     ComponentPtr<I> Create(const GUID& classId = ActionManagerClassId) const {
         void* created = nullptr;
         EXPECT_EQ(object_->CreateInstance(&classId, &I::Id, &created), S_OK);
-        return {static_cast<I*>(created), true};
+        return ComponentPtr<I>::Attach(static_cast<I*>(created));
     }
 
     std::filesystem::path LogFile() const { return directory_ / "OrvActionManager.log"; }
@@ -131,7 +132,7 @@ inline HRESULT Configure(const ManagerPtr& manager, std::uint32_t pollingInterva
     EXPECT_EQ(AcnSetAttribute(node.get(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &pollingIntervalMs,
                               sizeof(pollingIntervalMs)),
               S_OK);
-    return manager.QueryOrThrow<IConfigurable>()->Configure(node.get());
+    return QueryOrThrow<IConfigurable>(manager)->Configure(node.get());
 }
 
 constexpr TimedActionSettings Every(std::uint32_t milliseconds) {

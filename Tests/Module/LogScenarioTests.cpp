@@ -6,7 +6,7 @@
 
 #include "ConfigServer/ConfigServer.h"
 #include "LoadedModule.h"
-#include "ModuleBroker/ModuleBroker.h"
+#include "ModuleBroker/Registration.h"
 
 namespace {
 
@@ -111,13 +111,13 @@ protected:
     // The listener's first call names its action and ends its subscription.
     void UnsubscribeWhenCalled(const char* nameOfAction) {
         listener_.onCall = [=, this](IActionSubscription& subscription, IAction& action) {
-            normalize_.Name(ComponentPtr<IAction>(&action, false).QueryOrThrow<IActionControl>().Get(), nameOfAction);
+            normalize_.Name(QueryOrThrow<IActionControl>(ComponentPtr(&action)).Get(), nameOfAction);
             EXPECT_EQ(subscription.Unsubscribe(), S_OK);
         };
     }
     void Name(const SubscriptionPtr& subscription) {
         normalize_.Name(subscription.Get(), "SUBSCRIPTION");
-        normalize_.Name(subscription.QueryOrThrow<IActionSubscriptionControl>().Get(), "CONTROL");
+        normalize_.Name(QueryOrThrow<IActionSubscriptionControl>(subscription).Get(), "CONTROL");
     }
 
     Normalizer normalize_;

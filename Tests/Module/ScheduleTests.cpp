@@ -1,7 +1,7 @@
 #include <filesystem>
 #include <iterator>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "LoadedModule.h"
 
 namespace {

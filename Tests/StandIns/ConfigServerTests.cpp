@@ -127,7 +127,7 @@ protected:
     }
 
     ComponentPtr<IConfigTree> tree_ = CreateConfigServer();
-    ComponentPtr<IACConfigService> service_ = tree_.QueryOrThrow<IACConfigService>();
+    ComponentPtr<IACConfigService> service_ = QueryOrThrow<IACConfigService>(tree_);
 };
 
 // All write one node: a report that shows another's value was not made together with its write.

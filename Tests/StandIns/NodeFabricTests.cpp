@@ -12,7 +12,7 @@ namespace {
 class NodeFabric : public StoreTest {};
 
 WideString FullPath(const NodePtr& node) {
-    return ACNode(node.get(), false).GetFullPath();
+    return ACNode::Borrow(node.get()).GetFullPath();
 }
 std::string Dump(AcnHandle node) {
     return NodesToText(&node, 1, 257, AcnWholeTree);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 #include "Platform/Time.h"
 
 namespace Stage {

@@ -2,7 +2,7 @@
 // it is unloaded. The lazily built singletons (data directory, message modules, hidden attributes) have their holders
 // among the constants of their own sources and come at the first use. No log file is opened here.
 #include "Common/Components/CComponentObject.h"
-#include "Common/ErrorHandling.h"
+#include "Common/Failures/ErrorHandling.h"
 #include "Common/Logging/FileLogger.h"
 #include "Module/Version.h"
 #include "Subsystems/ActionManager/ActionManager.h"

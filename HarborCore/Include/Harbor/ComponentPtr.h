@@ -7,23 +7,26 @@
 
 namespace Harbor {
 
-// Throws the failed code as HRX, with the words that the callee left in the thread's error object.
-[[noreturn]] void ThrowFailedCall(HRESULT code);
-
 template <class I>
 class ComponentPtr {
 public:
     constexpr ComponentPtr() noexcept = default;
 
-    // With `attach` the reference that `pointer` carries is taken over, otherwise one more is counted.
-    ComponentPtr(I* pointer, bool attach) noexcept : pointer_(pointer) {
-        if (pointer_ != nullptr && !attach) pointer_->AddRef();
+    // Holds `pointer` and counts a reference of its own.
+    explicit ComponentPtr(I* pointer) noexcept : pointer_(pointer) {
+        if (pointer_ != nullptr) pointer_->AddRef();
+    }
+    // Takes over the reference that `pointer` carries.
+    [[nodiscard]] static ComponentPtr Attach(I* pointer) noexcept {
+        ComponentPtr attached;
+        attached.pointer_ = pointer;
+        return attached;
     }
 
-    ComponentPtr(const ComponentPtr& other) noexcept : ComponentPtr(other.pointer_, false) {}
+    ComponentPtr(const ComponentPtr& other) noexcept : ComponentPtr(other.pointer_) {}
     ComponentPtr(ComponentPtr&& other) noexcept : pointer_(std::exchange(other.pointer_, nullptr)) {}
     ComponentPtr& operator=(const ComponentPtr& other) noexcept {
-        if (this != &other) Reset(other.pointer_);
+        Assign(ComponentPtr(other));
         return *this;
     }
     ComponentPtr& operator=(ComponentPtr&& other) noexcept {
@@ -34,14 +37,17 @@ public:
         if (pointer_ != nullptr) pointer_->Release();
     }
 
-    // Lets the old reference go, then holds `pointer` and counts it. The same pointer again changes nothing.
+    // Becomes null, releases the old object, then holds `pointer` and counts a reference. While the old object ends,
+    // this is null. `pointer` must not depend on the old object to stay alive. The same pointer changes nothing.
     void Reset(I* pointer = nullptr) noexcept {
         if (pointer == pointer_) return;
-        if (I* old = std::exchange(pointer_, pointer)) old->Release();
+        if (I* old = std::exchange(pointer_, nullptr)) old->Release();
+        // An object that ends may have stored another pointer here.
+        if (I* stored = std::exchange(pointer_, pointer)) stored->Release();
         if (pointer_ != nullptr) pointer_->AddRef();
     }
 
-    // The place for a call to store a counted pointer in; what was held is let go first.
+    // The place where a call stores a counted pointer. What was held is released first.
     I** Address() noexcept {
         Reset();
         return &pointer_;
@@ -53,25 +59,18 @@ public:
         other.Reset();
     }
 
-    // Gives the reference to the caller and leaves this empty.
+    // Gives the reference to the caller and becomes null.
     [[nodiscard]] I* Detach() noexcept { return std::exchange(pointer_, nullptr); }
 
-    // E_POINTER if this is empty, else the code of QueryInterface; `target` changes on success alone.
+    // Queries the object for another interface. Returns E_POINTER if this is null, otherwise the code of
+    // QueryInterface. `target` changes only on success.
     template <class Other>
     [[nodiscard]] HRESULT QueryTo(ComponentPtr<Other>& target, const GUID& iid = Other::Id) const {
         if (pointer_ == nullptr) return E_POINTER;
         void* found = nullptr;
         const HRESULT code = pointer_->QueryInterface(&iid, &found);
-        if (Succeeded(code)) target.Assign(ComponentPtr<Other>(static_cast<Other*>(found), true));
+        if (Succeeded(code)) target.Assign(ComponentPtr<Other>::Attach(static_cast<Other*>(found)));
         return code;
-    }
-
-    // As QueryTo; a failure is thrown as HRX.
-    template <class Other>
-    [[nodiscard]] ComponentPtr<Other> QueryOrThrow(const GUID& iid = Other::Id) const {
-        ComponentPtr<Other> target;
-        if (const HRESULT code = QueryTo(target, iid); Failed(code)) ThrowFailedCall(code);
-        return target;
     }
 
     I* Get() const noexcept { return pointer_; }

@@ -1,6 +1,6 @@
 #include "Subsystems/ActionManager/ActionImpl.h"
 
-#include "Common/MethodEdge.h"
+#include "Common/Failures/MethodEdge.h"
 
 namespace DataCollection {
 

@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <system_error>
 
-#include "Common/MethodEdge.h"
+#include "Common/Failures/MethodEdge.h"
 #include "Common/Nodes/NodeDump.h"
 #include "Platform/Errors.h"
-#include "Subsystems/ActionManager/ActionManagerSettings.h"
 #include "Subsystems/ActionManager/ActionSubscription.h"
+#include "Subsystems/ActionManager/Clock.h"
+#include "Subsystems/ActionManager/GlobalSettings.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -51,7 +52,7 @@ HRESULT ActionManager::Configure(AcnHandle config) {
             LOG(Err, u"ActionManager configuration is NULL");
             ThrowError(E_FAIL);
         }
-        const ACNode node(config, false);
+        const ACNode node = ACNode::Borrow(config);
         LOG(Dbg, u"ActionManager configuration: " << node);
         GlobalSettings::Instance()->Load(node);
         Initialize();
@@ -106,7 +107,7 @@ HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const T
                       [&] {
                           if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
                           const auto action = std::make_shared<TimedAction>(*schedule);
-                          auto created = CreateSubscription(listener, {{action->GetAction(), false}});
+                          auto created = CreateSubscription(listener, {ComponentPtr(action->GetAction())});
                           try {
                               const std::lock_guard guard(registryLock_);
                               regularActions_.push_back(action);
@@ -124,9 +125,9 @@ ComponentPtr<IActionSubscription> ActionManager::CreateSubscription(
     IActionListener* listener, const std::vector<ComponentPtr<IActionControl>>& actions) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::CreateSubscription");
     const auto control = Create<ActionSubscription, IActionSubscriptionControl>();
-    HRES hres = control->SetListener(listener);
-    for (const auto& action : actions) hres = control->SetAction(action.Get());
-    auto subscription = control.QueryOrThrow<IActionSubscription>();
+    ThrowIfFailed(control->SetListener(listener));
+    for (const auto& action : actions) ThrowIfFailed(control->SetAction(action.Get()));
+    auto subscription = QueryOrThrow<IActionSubscription>(control);
     {
         const std::lock_guard guard(registryLock_);
         ReserveForOneMore(subscriptions_);

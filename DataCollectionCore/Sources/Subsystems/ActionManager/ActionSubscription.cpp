@@ -1,6 +1,6 @@
 #include "Subsystems/ActionManager/ActionSubscription.h"
 
-#include "Common/MethodEdge.h"
+#include "Common/Failures/MethodEdge.h"
 #include "Platform/ErrorObjects.h"
 
 namespace DataCollection::ActionManagement {
@@ -32,8 +32,8 @@ HRESULT ActionSubscription::SetAction(IActionControl* action) {
         if (action == nullptr) ThrowError(E_POINTER);
         const std::lock_guard guard(actionsLock_);
         actions_.reserve(actions_.size() + 1);
-        HRES hres = action->OnSubscriptionAttached();
-        actions_.emplace_back(action, false);
+        ThrowIfFailed(action->OnSubscriptionAttached());
+        actions_.emplace_back(action);
         LOG(Dbg, LogPrefix() << u"'. Attached action '" << action << u"'");
         return S_OK;
     });
@@ -73,7 +73,7 @@ void ActionSubscription::DeliverMarkedActions(IActionListener& listener) {
 
 void ActionSubscription::Deliver(const ComponentPtr<IActionControl>& action, IActionListener& listener) {
     LOG(Dbg, LogPrefix() << u"'. Attached action '" << action.Get() << u"' becomes triggered.");
-    const auto view = action.QueryOrThrow<IAction>();
+    const auto view = QueryOrThrow<IAction>(action);
     if (Failed(listener.OnActionTriggered(this, view.Get()))) {
         // Nobody reads the code. Its words must not be taken for those of the next failure on this thread.
         Platform::SetErrorInfo(0, nullptr);

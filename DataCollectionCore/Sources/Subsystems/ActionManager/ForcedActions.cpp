@@ -1,6 +1,6 @@
 #include "Subsystems/ActionManager/ForcedActions.h"
 
-#include "Common/CodeOfCall.h"
+#include "Common/Failures/CodeOfCall.h"
 #include "Common/Logging/FunctionTrace.h"
 #include "Subsystems/ActionManager/ActionImpl.h"
 
@@ -22,10 +22,10 @@ HRES AskDisposed(const ComponentPtr<IActionControl>& action, bool& disposed) {
 ForcedActions::ForcedActions() {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ForcedActions::ForcedActions");
     startAction_ = Create<ActionImpl, IActionControl>();
-    HRES hres = startAction_->SetNameAndType(StartName, ForcedStartActionType);
+    ThrowIfFailed(startAction_->SetNameAndType(StartName, ForcedStartActionType));
     LOG(Dbg, u"Forced start action created: '" << startAction_.Get() << u"'.");
     stopAction_ = Create<ActionImpl, IActionControl>();
-    hres = stopAction_->SetNameAndType(StopName, ForcedStopActionType);
+    ThrowIfFailed(stopAction_->SetNameAndType(StopName, ForcedStopActionType));
     LOG(Dbg, u"Forced stop action created: '" << stopAction_.Get() << u"'.");
 }
 

@@ -1,6 +1,6 @@
 // Commands of the configuration service: the watch of a command point, and the road of a command to its actions.
-#include "Common/CodeOfCall.h"
-#include "Common/MethodEdge.h"
+#include "Common/Failures/CodeOfCall.h"
+#include "Common/Failures/MethodEdge.h"
 #include "Common/Nodes/NodeDump.h"
 #include "ModuleBroker/ModuleBroker.h"
 #include "Subsystems/ActionManager/ActionManager.h"
@@ -48,10 +48,10 @@ ACNode MakeParameterNode(bool withOptionBit0) {
 
 ComponentPtr<IACConfigService> GetConfigService() {
     ComponentPtr<IACConfigService> service;
-    HRES hres = CodeOfCall([&] {
+    ThrowIfFailed(CodeOfCall([&] {
         return MBGetNamedInstance(ConfigServiceInstanceName, nullptr, &IACConfigService::Id,
                                   reinterpret_cast<void**>(service.Address()));
-    });
+    }));
     return service;
 }
 
@@ -70,7 +70,7 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
                 created->Unsubscribe();
                 throw;
             }
-            HRES hres = entry.subscription->Start();
+            ThrowIfFailed(entry.subscription->Start());
             TRY_LOG(Dbg, u"Started forced action IACModifySubscription: '" << entry.subscription.Get() << u"' .");
             *subscription = created.Detach();
             return S_OK;
@@ -94,7 +94,7 @@ void ActionManager::SubscribeToConfigurationChanges(const WideString& path,
     const FilterByPathNode filter(path, false, EveryLevel);
     const ACNode parameters = MakeParameterNode(withOptionBit0);
     const ComponentPtr<IACConfigService> service = GetConfigService();
-    HRES hres = service->AddSubscription(filter.Handle(), parameters.Handle(), this, subscription.Address());
+    ThrowIfFailed(service->AddSubscription(filter.Handle(), parameters.Handle(), this, subscription.Address()));
 }
 
 HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*kind*/,

@@ -1,8 +1,8 @@
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
 
-#include "Common/MethodEdge.h"
+#include "Common/Failures/MethodEdge.h"
 #include "Common/Nodes/NodeDump.h"
-#include "Subsystems/ActionManager/NodeComparison.h"
+#include "Comparison/ScopeItems.h"
 
 namespace DataCollection {
 
@@ -10,50 +10,37 @@ using namespace Harbor;
 
 namespace {
 
-constexpr WideChar ScopeItemsName[] = u"ScopeItems";
-constexpr std::uint32_t OwnName = 0;
 constexpr HRESULT Trigger = S_OK;
 constexpr HRESULT NoTrigger = S_FALSE;
-
-// The first difference ends the walk, which goes over the new items alone.
-HRESULT CompareItems(const ACNode& oldItems, const ACNode& newItems) {
-    const std::uint64_t count = newItems.GetChildCount();
-    for (std::uint64_t i = 0; i < count; ++i) {
-        const ACNode item = newItems.GetChild(i, true);
-        const ACNode oldItem = oldItems.GetChild(item.GetName(OwnName).c_str(), false);
-        if (!oldItem) {
-            LOG(Dbg, u"New ScopeItem added: " << item);
-            return Trigger;
-        }
-        if (!NodesEqual(item, oldItem, NodeLevel::Top)) {
-            LOG(Dbg, u"ScopeItem was changed");
-            LOG(Dbg, u"OldValue: " << oldItem);
-            LOG(Dbg, u"NewValue: " << item);
-            return Trigger;
-        }
-    }
-    LOG(Dbg, u"All current ScopeItems are in the same state");
-    return NoTrigger;
-}
 
 }  // namespace
 
 HRESULT ScopeItemUpdateStrategy::OnConfigurationUpdate(AcnHandle oldConfig, AcnHandle newConfig) {
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ScopeItemUpdateStrategy::OnConfigurationUpdate"), [&] {
-        const ACNode oldNode(oldConfig, false);
-        const ACNode newNode(newConfig, false);
-        if (!oldNode) return NoTrigger;
-        const ACNode oldItems = oldNode.GetChild(ScopeItemsName, false);
-        const ACNode newItems = newNode.GetChild(ScopeItemsName, false);
-        if (!newItems) {
-            LOG(Dbg, u"All items are deleted - no trigger");
-            return NoTrigger;
+        const ACNode oldTree = ACNode::Borrow(oldConfig);
+        const ACNode newTree = ACNode::Borrow(newConfig);
+        if (!oldTree) return NoTrigger;
+        const ScopeItemComparison comparison = CompareScopeItems(oldTree, newTree);
+        switch (comparison.difference) {
+            case ScopeItemDifference::NewHasNone:
+                LOG(Dbg, u"All items are deleted - no trigger");
+                return NoTrigger;
+            case ScopeItemDifference::OnlyNewHas:
+                LOG(Dbg, u"There is no items in old version but there is items in new - trigger");
+                return Trigger;
+            case ScopeItemDifference::ItemAdded:
+                LOG(Dbg, u"New ScopeItem added: " << comparison.newItem);
+                return Trigger;
+            case ScopeItemDifference::ItemChanged:
+                LOG(Dbg, u"ScopeItem was changed");
+                LOG(Dbg, u"OldValue: " << comparison.oldItem);
+                LOG(Dbg, u"NewValue: " << comparison.newItem);
+                return Trigger;
+            case ScopeItemDifference::None:
+                break;
         }
-        if (!oldItems) {
-            LOG(Dbg, u"There is no items in old version but there is items in new - trigger");
-            return Trigger;
-        }
-        return CompareItems(oldItems, newItems);
+        LOG(Dbg, u"All current ScopeItems are in the same state");
+        return NoTrigger;
     });
 }
 

@@ -1,10 +1,10 @@
 #include "Subsystems/ActionManager/TimedAction.h"
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Logging/FunctionTrace.h"
-#include "Platform/Errors.h"
-#include "Platform/Time.h"
+#include "Schedules/TimeZoneBias.h"
 #include "Subsystems/ActionManager/ActionImpl.h"
+#include "Subsystems/ActionManager/Clock.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -27,18 +27,18 @@ WideStream& operator<<(WideStream& stream, const SettingsText& text) {
 
 TimedAction::TimedAction(const TimedActionSettings& settings) : settings_(settings) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::TimedAction");
-    Examine();
+    RequireValidSettings();
     action_ = Create<ActionImpl, IActionControl>();
     LOG(Dbg, u"Regular action:" << SettingsText{settings_} << u" action created: '" << action_.Get() << u"'.");
     const TimePoint now = CurrentTime();
     LOG(Dbg, u"Action creation time: " << FormatTimePoint(now));
-    actionFirstRunTime_ = WorkOutFirstRun(now);
-    HRES hres = action_->SetNameAndType(ActionName, ScheduleActionType);
+    actionFirstRunTime_ = ComputeFirstRun(now);
+    ThrowIfFailed(action_->SetNameAndType(ActionName, ScheduleActionType));
 }
 
-void TimedAction::Examine() const {
+void TimedAction::RequireValidSettings() const {
     const SettingsText text{settings_};
-    switch (ExamineSchedule(settings_)) {
+    switch (CheckSettings(settings_)) {
         case ScheduleFault::None:
             return;
         case ScheduleFault::IntervalPresence:
@@ -66,28 +66,24 @@ void TimedAction::Examine() const {
     ThrowError(E_INVALIDARG);
 }
 
-TimePoint TimedAction::WorkOutFirstRun(const TimePoint& now) const {
+TimePoint TimedAction::ComputeFirstRun(const TimePoint& now) const {
     switch (settings_.Type) {
         case TimedActionType::Repeat: {
-            const TimePoint firstRun = FirstRunOfRepeat(settings_, now);
-            LOG(Dbg, u"Action First Run Time: " << FormatTimePoint(firstRun));
-            return firstRun;
+            const FirstRun first = FirstRunOf(settings_, now, 0);
+            LOG(Dbg, u"Action First Run Time: " << FormatTimePoint(first.time));
+            return first.time;
         }
-        case TimedActionType::SpecificTime:
-            return FirstRunOfSpecificTime(now);
+        case TimedActionType::SpecificTime: {
+            const FirstRun first = FirstRunOf(settings_, now, settings_.IsLocalTime ? LocalTimeBias() : 0);
+            if (first.isNextDay) {
+                LOG(Dbg2, u"Current time is greater then schedule start point. Start action with the next day.");
+            }
+            LOG(Dbg, u"Action first run time: " << FormatTimePoint(first.time));
+            return first.time;
+        }
     }
     LOG(Err, u"Unknown TimedActionType: " << static_cast<std::int32_t>(settings_.Type));
     ThrowError(E_INVALIDARG);
-}
-
-TimePoint TimedAction::FirstRunOfSpecificTime(const TimePoint& now) const {
-    const TimePoint start = StartInDayOf(now, settings_, settings_.IsLocalTime ? LocalTimeBias() : 0);
-    const TimePoint firstRun = NextDayIfPast(start, now);
-    if (firstRun != start) {
-        LOG(Dbg2, u"Current time is greater then schedule start point. Start action with the next day.");
-    }
-    LOG(Dbg, u"Action first run time: " << FormatTimePoint(firstRun));
-    return firstRun;
 }
 
 std::int32_t TimedAction::LocalTimeBias() const {
@@ -130,26 +126,6 @@ void TimedAction::SetTriggeredTime(const TimePoint& time) {
     TRY_LOG(Dbg, u"Action: '" << action_.Get() << u"'.");
     TRY_LOG(Dbg, u"Triggered time set: " << FormatTimePoint(time));
     lastTriggeredTime_ = time;
-}
-
-HRESULT GetLocalTimeZoneBias(std::int32_t& bias) noexcept {
-    constexpr std::int32_t secondsOfMinute = 60;
-    Platform::DYNAMIC_TIME_ZONE_INFORMATION zone{};
-    switch (Platform::GetDynamicTimeZoneInformation(&zone)) {
-        case Platform::TIME_ZONE_ID_UNKNOWN:
-            bias = zone.Bias * secondsOfMinute;
-            return S_OK;
-        case Platform::TIME_ZONE_ID_STANDARD:
-            bias = (zone.Bias + zone.StandardBias) * secondsOfMinute;
-            return S_OK;
-        case Platform::TIME_ZONE_ID_DAYLIGHT:
-            bias = (zone.Bias + zone.DaylightBias) * secondsOfMinute;
-            return S_OK;
-        case Platform::TIME_ZONE_ID_INVALID:
-            return HResultFromWin32(Platform::GetLastError());
-        default:
-            return E_FAIL;
-    }
 }
 
 void WriteSettings(WideStream& stream, const TimedActionSettings& settings) {

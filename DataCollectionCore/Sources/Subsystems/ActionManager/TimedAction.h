@@ -1,9 +1,10 @@
 // The schedule of one regular action.
 #pragma once
 
-#include "Common/WideStream.h"
+#include "Common/Base/WideStream.h"
+#include "DataCollection/Action.h"
 #include "Harbor/ComponentPtr.h"
-#include "Subsystems/ActionManager/Schedule.h"
+#include "Schedules/Schedule.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -24,9 +25,8 @@ public:
     void SetTriggeredTime(const TimePoint& time);
 
 private:
-    void Examine() const;
-    TimePoint WorkOutFirstRun(const TimePoint& now) const;
-    TimePoint FirstRunOfSpecificTime(const TimePoint& now) const;
+    void RequireValidSettings() const;
+    TimePoint ComputeFirstRun(const TimePoint& now) const;
     std::int32_t LocalTimeBias() const;
     void LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const;
 
@@ -35,10 +35,6 @@ private:
     TimePoint lastTriggeredTime_;
     TimePoint actionFirstRunTime_;
 };
-
-// The number of seconds to add to local time to get UTC, by the offset that is in force now. On failure gives its code
-// and writes nothing.
-[[nodiscard]] HRESULT GetLocalTimeZoneBias(std::int32_t& bias) noexcept;
 
 // "[Repeat; Start = 0(sec); IsLocalTime = 0; Interval = 3600(sec) 0 (ms)]"
 void WriteSettings(Harbor::WideStream& stream, const TimedActionSettings& settings);

@@ -1,7 +1,7 @@
 // The cycle of the worker. Nothing that goes wrong with one subscription or action ends the cycle or the worker: codes
 // are looked at where they count, exceptions of a neighbour become codes, what the log can't write is lost, and a step
 // that an exception leaves all the same (memory that ran out) ends early and is served again in the next cycle.
-#include "Common/CodeOfCall.h"
+#include "Common/Failures/CodeOfCall.h"
 #include "Common/Logging/FunctionTrace.h"
 #include "Subsystems/ActionManager/ActionManager.h"
 #include "Subsystems/ActionManager/ConfigServiceLookup.h"

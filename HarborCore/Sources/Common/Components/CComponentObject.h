@@ -3,10 +3,10 @@
 
 #include <memory>
 
+#include "Common/Base/HRes.h"
 #include "Common/Components/ComponentRoot.h"
 #include "Common/Components/ComponentsModule.h"
 #include "Common/Components/DbgAliveObjectsTracker.h"
-#include "Common/HRes.h"
 
 namespace Harbor {
 
@@ -79,10 +79,10 @@ private:
 template <class T, class I>
 [[nodiscard]] ComponentPtr<I> Create() {
     CComponentObject<T>* created = nullptr;
-    HRES hres = CComponentObject<T>::CreateObject(&created);
-    const ComponentPtr<CComponentObject<T>> object(created, true);
+    ThrowIfFailed(CComponentObject<T>::CreateObject(&created));
+    const auto object = ComponentPtr<CComponentObject<T>>::Attach(created);
     ComponentPtr<I> result;
-    hres = object.QueryTo(result);
+    ThrowIfFailed(object.QueryTo(result));
     return result;
 }
 

@@ -1,7 +1,7 @@
 #include "Common/Components/ComponentsModule.h"
 
+#include "Common/Base/SingletonHolder.h"
 #include "Common/Components/DbgAliveObjectsTracker.h"
-#include "Common/SingletonHolder.h"
 
 namespace Harbor {
 namespace {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <map>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Harbor/ComponentsModule.h"
 
 namespace Harbor {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Common/Format.h"
+#include "Common/Base/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Settings/SettingsStore.h"
 #include "Platform/Process.h"

@@ -6,7 +6,7 @@
 #include <atomic>
 #include <map>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Harbor/Types.h"
 #include "Platform/Export.h"
 

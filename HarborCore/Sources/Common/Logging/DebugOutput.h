@@ -1,7 +1,7 @@
 // The channel for troubles of the log itself. It never touches the log.
 #pragma once
 
-#include "Common/Format.h"
+#include "Common/Base/Format.h"
 
 namespace Harbor {
 

@@ -1,6 +1,6 @@
 #include "Common/Logging/FileLogger.h"
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Logging/DebugOutput.h"
 #include "Common/Logging/ImpersonationRevertGuard.h"
 #include "Common/Settings/ModuleInfo.h"

@@ -5,7 +5,7 @@
 #include <array>
 #include <memory>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Common/Logging/LogManager.h"
 #include "Platform/Files.h"
 

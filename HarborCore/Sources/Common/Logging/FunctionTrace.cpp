@@ -3,8 +3,8 @@
 #include <atomic>
 #include <exception>
 
-#include "Common/Format.h"
-#include "Common/HRes.h"
+#include "Common/Base/Format.h"
+#include "Common/Base/HRes.h"
 #include "Common/Logging/LogManager.h"
 #include "Platform/Text.h"
 #include "Platform/Time.h"

@@ -9,8 +9,8 @@
 // for places that can't fail or that already deal with a failure, loses the line instead.
 #pragma once
 
+#include "Common/Base/WideStream.h"
 #include "Common/Logging/LogSeverity.h"
-#include "Common/WideStream.h"
 
 namespace Harbor {
 

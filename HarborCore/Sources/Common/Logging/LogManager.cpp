@@ -2,10 +2,10 @@
 
 #include <new>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/SingletonHolder.h"
 #include "Common/Logging/DebugOutput.h"
 #include "Common/Settings/SettingsStore.h"
-#include "Common/SingletonHolder.h"
 #include "Platform/Process.h"
 
 namespace Harbor {

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <new>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/Text.h"
 #include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Paths.h"
-#include "Common/Text.h"
 #include "Platform/Time.h"
 
 namespace Harbor {

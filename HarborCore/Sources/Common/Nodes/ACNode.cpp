@@ -2,13 +2,12 @@
 
 #include <algorithm>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/NodePath.h"
 
 namespace Harbor {
 namespace {
 
-constexpr std::uint32_t NameKindFullPath = 2;
 constexpr std::uint32_t FirstBufferSize = 128;
 
 struct TextRead {
@@ -46,23 +45,21 @@ void RequireFound(bool found) {
     if (!found) ThrowError(NOT_FOUND);
 }
 
-// What a look-up gave. Without `mustExist` not found is an empty node.
-ACNode Found(HRESULT code, ACNode&& found, bool mustExist) {
-    if (code != NOT_FOUND || mustExist) HRES hres = code;
-    return std::move(found);
+void ThrowUnlessNotFound(HRESULT code) {
+    if (code != NOT_FOUND) ThrowIfFailed(code);
 }
 
 }  // namespace
 
-ACNode::ACNode(AcnHandle handle, bool attach) {
-    if (attach) {
-        handle_ = handle;
-    } else {
-        Assign(handle);
-    }
+ACNode ACNode::Borrow(AcnHandle handle) {
+    ACNode node;
+    node.Assign(handle);
+    return node;
 }
 
-ACNode::ACNode(const ACNode& other) : ACNode(other.handle_, false) {}
+ACNode::ACNode(const ACNode& other) {
+    Assign(other.handle_);
+}
 
 ACNode::ACNode(ACNode&& other) noexcept {
     Take(other);
@@ -89,7 +86,7 @@ void ACNode::Close() noexcept {
 void ACNode::Assign(AcnHandle handle) {
     if (handle == handle_) return;
     AcnHandle duplicate = nullptr;
-    if (handle != nullptr) HRES hres = AcnDuplicateNodeHandle(handle, &duplicate);
+    if (handle != nullptr) ThrowIfFailed(AcnDuplicateNodeHandle(handle, &duplicate));
     Close();
     handle_ = duplicate;
 }
@@ -106,17 +103,17 @@ AcnHandle* ACNode::Receive() noexcept {
 }
 
 void ACNode::Create(const WideChar* first, const WideChar* second) {
-    HRES hres = AcnCreateNode(first, second, Receive());
+    ThrowIfFailed(AcnCreateNode(first, second, Receive()));
 }
 
 ACNode ACNode::Clone(std::uint32_t depth, std::uint32_t flags) const {
     ACNode clone;
-    HRES hres = AcnCloneNode(handle_, depth, flags, clone.Receive());
+    ThrowIfFailed(AcnCloneNode(handle_, depth, flags, clone.Receive()));
     return clone;
 }
 
 void ACNode::SetAttribute(const WideChar* name, std::uint16_t type, const void* value, std::uint32_t size) {
-    HRES hres = AcnSetAttribute(handle_, name, type, value, size);
+    ThrowIfFailed(AcnSetAttribute(handle_, name, type, value, size));
 }
 
 void ACNode::SetText(const WideChar* name, const WideChar* text, std::uint32_t length) {
@@ -139,23 +136,37 @@ void ACNode::SetBool(const WideChar* name, bool value) {
 
 std::uint64_t ACNode::GetChildCount() const {
     std::uint64_t count = 0;
-    HRES hres = AcnGetChildCount(handle_, &count);
+    ThrowIfFailed(AcnGetChildCount(handle_, &count));
     return count;
 }
 
-ACNode ACNode::GetChild(std::uint64_t index, bool mustExist) const {
+ACNode ACNode::FindChild(std::uint64_t index) const {
     ACNode child;
-    return Found(AcnGetChildByIndex(handle_, index, child.Receive()), std::move(child), mustExist);
+    ThrowUnlessNotFound(AcnGetChildByIndex(handle_, index, child.Receive()));
+    return child;
 }
 
-ACNode ACNode::GetChild(const WideChar* name, bool mustExist) const {
+ACNode ACNode::FindChild(const WideChar* name) const {
     ACNode child;
-    return Found(AcnGetChildByName(handle_, name, child.Receive()), std::move(child), mustExist);
+    ThrowUnlessNotFound(AcnGetChildByName(handle_, name, child.Receive()));
+    return child;
+}
+
+ACNode ACNode::GetChild(std::uint64_t index) const {
+    ACNode child;
+    ThrowIfFailed(AcnGetChildByIndex(handle_, index, child.Receive()));
+    return child;
+}
+
+ACNode ACNode::GetChild(const WideChar* name) const {
+    ACNode child;
+    ThrowIfFailed(AcnGetChildByName(handle_, name, child.Receive()));
+    return child;
 }
 
 ACNode ACNode::GetParent() const {
     ACNode parent;
-    HRES hres = AcnGetParent(handle_, parent.Receive());
+    ThrowIfFailed(AcnGetParent(handle_, parent.Receive()));
     return parent;
 }
 
@@ -171,7 +182,7 @@ ACNode ACNode::FindByPath(const TextRef& path, std::uint32_t flags) const {
             if (rest.front() == u'\\') rest.remove_prefix(1);
             const WideString element(rest.substr(0, rest.find(u'\\')));
             rest.remove_prefix(element.size());
-            current = current.GetChild(element.c_str(), false);
+            current = current.FindChild(element.c_str());
         }
     }
     if (!current && (flags & MustBeFound) != 0) ThrowError(NOT_FOUND);
@@ -184,7 +195,7 @@ WideString ACNode::GetType() const {
 
 WideString ACNode::RequireType() const {
     TextRead read = ReadType(handle_);
-    HRES hres = read.status;
+    ThrowIfFailed(read.status);
     return std::move(read.text);
 }
 
@@ -196,7 +207,7 @@ WideString ACNode::GetName(std::uint32_t kind) const {
 }
 
 WideString ACNode::GetFullPath() const {
-    return GetName(NameKindFullPath);
+    return GetName(AcnFullPath);
 }
 
 WideString ACNode::GetAttributeNames() const {
@@ -208,7 +219,7 @@ WideString ACNode::GetAttributeNames() const {
 bool ACNode::HasAttribute(const WideChar* name) const {
     const HRESULT code = AcnGetAttribute(handle_, name, nullptr, nullptr, nullptr, nullptr);
     if (code == NOT_FOUND) return false;
-    HRES hres = code;
+    ThrowIfFailed(code);
     return true;
 }
 
@@ -217,7 +228,7 @@ bool ACNode::TryGetAttribute(const WideChar* name, std::uint16_t type, void* buf
     const HRESULT code = AcnGetAttribute(handle_, name, &type, buffer, &size, outType);
     if (outSize != nullptr) *outSize = size;
     if (code == NOT_FOUND) return false;
-    HRES hres = code;
+    ThrowIfFailed(code);
     return true;
 }
 
@@ -239,7 +250,7 @@ bool ACNode::TryGetText(const WideChar* name, WideString& out) const {
     });
     out.clear();
     if (read.status == NOT_FOUND) return false;
-    HRES hres = read.status;
+    ThrowIfFailed(read.status);
     out = std::move(read.text);
     return true;
 }
@@ -270,7 +281,7 @@ bool ACNode::ReadRawAttribute(const TextRef& name, std::vector<std::uint8_t>& by
         code = AcnGetAttribute(handle_, name.Data(), nullptr, bytes.data(), &size, &outType);
         bytes.resize(size);
     }
-    if (code != NOT_FOUND) HRES hres = code;
+    ThrowUnlessNotFound(code);
     return Succeeded(code);
 }
 

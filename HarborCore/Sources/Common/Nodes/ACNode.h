@@ -21,9 +21,8 @@ inline constexpr std::uint32_t MustBeFound = 2;
 class ACNode {
 public:
     ACNode() noexcept = default;
-    // Adopts the handle with `attach`, else makes a handle of its own to the same node. A null handle gives an empty
-    // node.
-    ACNode(AcnHandle handle, bool attach);
+    // A handle of its own to the node of a borrowed handle. A null handle gives an empty node.
+    [[nodiscard]] static ACNode Borrow(AcnHandle handle);
     ACNode(const ACNode& other);
     ACNode(ACNode&& other) noexcept;
     ACNode& operator=(const ACNode& other);
@@ -49,10 +48,12 @@ public:
     void SetInt64(const WideChar* name, std::int64_t value);
     void SetBool(const WideChar* name, bool value);
 
-    // Moving in the tree. Without `mustExist` a missing child is an empty node.
+    // Moving in the tree. A missing child is an empty node for the Find forms, and not found as HRX for the Get forms.
     [[nodiscard]] std::uint64_t GetChildCount() const;
-    [[nodiscard]] ACNode GetChild(std::uint64_t index, bool mustExist) const;
-    [[nodiscard]] ACNode GetChild(const WideChar* name, bool mustExist) const;
+    [[nodiscard]] ACNode FindChild(std::uint64_t index) const;
+    [[nodiscard]] ACNode FindChild(const WideChar* name) const;
+    [[nodiscard]] ACNode GetChild(std::uint64_t index) const;
+    [[nodiscard]] ACNode GetChild(const WideChar* name) const;
     [[nodiscard]] ACNode GetParent() const;
     // The node at a path of elements separated by backslashes, from here or, if it begins with one, from the root.
     // An empty node if there is none, or not found as HRX with MustBeFound. A null text is E_POINTER.

@@ -1,12 +1,12 @@
 #include "Common/Nodes/CNodeSerializer.h"
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 
 namespace Harbor {
 
 CNodeSerializer::CNodeSerializer(std::int32_t type, std::uint32_t flags, std::string& out)
     : sink_([&out](const void* data, std::uint32_t length) { out.append(static_cast<const char*>(data), length); }) {
-    HRES hres = AcnStartSerialization(type, flags, &OnBlock, this, &context_);
+    ThrowIfFailed(AcnStartSerialization(type, flags, &OnBlock, this, &context_));
 }
 
 CNodeSerializer::~CNodeSerializer() {
@@ -14,11 +14,11 @@ CNodeSerializer::~CNodeSerializer() {
 }
 
 void CNodeSerializer::SerializeNodes(const AcnHandle* nodes, std::uint32_t count, std::uint32_t depth) {
-    HRES hres = AcnSerializeNodes(context_, nodes, count, depth);
+    ThrowIfFailed(AcnSerializeNodes(context_, nodes, count, depth));
 }
 
 void CNodeSerializer::Finalize() {
-    HRES hres = AcnFinalizeSerialization(context_);
+    ThrowIfFailed(AcnFinalizeSerialization(context_));
 }
 
 HRESULT CNodeSerializer::OnBlock(const void* data, std::uint32_t length, void* user) {

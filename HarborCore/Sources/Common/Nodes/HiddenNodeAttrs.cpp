@@ -1,9 +1,9 @@
 #include "Common/Nodes/HiddenNodeAttrs.h"
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/SingletonHolder.h"
+#include "Common/Base/Text.h"
 #include "Common/Settings/SettingsStore.h"
-#include "Common/SingletonHolder.h"
-#include "Common/Text.h"
 
 namespace Harbor {
 namespace {
@@ -19,7 +19,7 @@ constinit SingletonHolder<HiddenNodeAttrs> Holder;
 // Only a setting that surely isn't there means that there are no rules.
 WideString RequireSetting() {
     WideString setting;
-    if (const HRESULT code = GetSetting(Section, SettingKey, setting); code != NOT_FOUND) HRES hres = code;
+    if (const HRESULT code = GetSetting(Section, SettingKey, setting); code != NOT_FOUND) ThrowIfFailed(code);
     return setting;
 }
 
@@ -43,7 +43,7 @@ bool VisitTree(ACNode root, std::uint32_t depth, Visit visit) {
     while (goOn && !way.empty()) {
         Level& current = way.back();
         if (current.nextChild < current.childCount) {
-            goOn = enter(current.node.GetChild(current.nextChild++, true));
+            goOn = enter(current.node.GetChild(current.nextChild++));
         } else {
             way.pop_back();
         }

@@ -29,10 +29,10 @@ void FilterByPathNode::SetMaxDepth(std::int64_t depth) {
 
 ModifiedNode::ModifiedNode(AcnHandle notification) {
     if (notification == nullptr) ThrowError(E_POINTER);
-    const ACNode source(notification, false);
+    const ACNode source = ACNode::Borrow(notification);
     path = source.GetText(ModifiedNodePathAttribute);
     mask = static_cast<std::uint32_t>(source.GetInt64(ChangesMaskAttribute));
-    node = source.GetChild(std::uint64_t{0}, false);
+    node = source.FindChild(std::uint64_t{0});
 }
 
 }  // namespace Harbor

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/ACNode.h"
 #include "Harbor/ConfigService.h"
 
@@ -38,7 +38,7 @@ template <class Visitor>
 void ForEachModifiedNode(IACNodeModifyEnum* modifications, Visitor visitor) {
     if (modifications == nullptr) ThrowError(E_POINTER);
     ComponentPtr<IACNodeEnumerator> enumerator;
-    HRES hres = modifications->GetNodeEnumerator(enumerator.Address());
+    ThrowIfFailed(modifications->GetNodeEnumerator(enumerator.Address()));
     enumerator->Reset();
     // An end and a failure of Next are not told apart.
     for (ACNode notification; enumerator->Next(notification.Receive()) == 0;) {

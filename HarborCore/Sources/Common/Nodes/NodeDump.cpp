@@ -1,7 +1,7 @@
 #include "Common/Nodes/NodeDump.h"
 
-#include "Common/Format.h"
-#include "Common/HRes.h"
+#include "Common/Base/Format.h"
+#include "Common/Base/HRes.h"
 #include "Common/Nodes/CNodeSerializer.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Platform/Text.h"
@@ -38,7 +38,7 @@ WideString ToWide(std::string_view utf8) {
     WideString wide(utf8.size(), u'\0');
     const int length = Platform::MultiByteToWideChar(Platform::CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()),
                                                      wide.data(), static_cast<int>(wide.size()));
-    HRES::FromBool(length != 0);
+    ThrowLastErrorIfFalse(length != 0);
     wide.resize(static_cast<std::size_t>(length));
     return wide;
 }

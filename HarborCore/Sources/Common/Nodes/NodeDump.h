@@ -6,8 +6,8 @@
 // Dumps run on the thread of the log statement, and only when its severity is enabled.
 #pragma once
 
+#include "Common/Base/WideStream.h"
 #include "Common/Nodes/ACNode.h"
-#include "Common/WideStream.h"
 
 namespace Harbor {
 

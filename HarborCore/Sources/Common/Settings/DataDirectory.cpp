@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "Common/Base/SingletonHolder.h"
+#include "Common/Base/Text.h"
 #include "Common/Settings/ModuleInfo.h"
 #include "Common/Settings/Paths.h"
 #include "Common/Settings/Registry.h"
 #include "Common/Settings/SettingsStore.h"
-#include "Common/SingletonHolder.h"
-#include "Common/Text.h"
 
 namespace Harbor {
 namespace {

@@ -1,6 +1,6 @@
 #include "Common/Settings/ModuleInfo.h"
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Platform/Environment.h"
 #include "Platform/Errors.h"
 
@@ -18,7 +18,8 @@ Platform::HMODULE OwnModule() {
     constexpr Platform::DWORD flags =
         Platform::GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | Platform::GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     Platform::HMODULE module = nullptr;
-    HRES::FromBool(Platform::GetModuleHandleExW(flags, reinterpret_cast<const WideChar*>(&InsideThisModule), &module));
+    ThrowLastErrorIfFalse(
+        Platform::GetModuleHandleExW(flags, reinterpret_cast<const WideChar*>(&InsideThisModule), &module));
     return module;
 }
 
@@ -31,7 +32,7 @@ WideString ModuleFilePath(Platform::HMODULE module) {
     for (;;) {
         const auto size = static_cast<Platform::DWORD>(path.size());
         const Platform::DWORD length = Platform::GetModuleFileNameW(module, path.data(), size);
-        HRES::FromBool(length != 0);
+        ThrowLastErrorIfFalse(length != 0);
         if (length < size) {
             path.resize(length);
             return path;

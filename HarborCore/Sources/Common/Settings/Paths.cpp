@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Common/HRes.h"
-#include "Common/Text.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/Text.h"
 #include "Platform/Errors.h"
 #include "Platform/Files.h"
 
@@ -44,7 +44,7 @@ std::vector<WideString> SplitPath(std::u16string_view path) {
 WideString CombinePath(const WideString& base, const WideString& rest) {
     if (rest.empty()) return base;
     WideString combined(std::max(base.size() + rest.size() + 2, LongestPath), u'\0');
-    HRES::FromBool(Platform::PathCombineW(combined.data(), base.c_str(), rest.c_str()) != nullptr);
+    ThrowLastErrorIfFalse(Platform::PathCombineW(combined.data(), base.c_str(), rest.c_str()) != nullptr);
     combined.resize(combined.find(u'\0'));
     return combined;
 }

@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Settings/ModuleInfo.h"
 #include "Platform/Errors.h"
 #include "Platform/Registry.h"
@@ -44,7 +44,7 @@ public:
             const Platform::LONG error = Platform::RegEnumValueW(key_, index, value.name.data(), &length, nullptr,
                                                                  &value.type, nullptr, nullptr);
             if (error == Platform::ERROR_NO_MORE_ITEMS) return std::nullopt;
-            if (error != Platform::ERROR_MORE_DATA) HRES::FromWin32(static_cast<std::uint32_t>(error));
+            if (error != Platform::ERROR_MORE_DATA) ThrowIfWin32Error(static_cast<std::uint32_t>(error));
             if (error == 0) {
                 value.name.resize(length);
                 return value;
@@ -64,7 +64,7 @@ public:
 
 private:
     void Query(const WideString& name, WideChar* data, Platform::DWORD& bytes) const {
-        HRES::FromWin32(static_cast<std::uint32_t>(Platform::RegQueryValueExW(
+        ThrowIfWin32Error(static_cast<std::uint32_t>(Platform::RegQueryValueExW(
             key_, name.c_str(), nullptr, nullptr, reinterpret_cast<std::uint8_t*>(data), &bytes)));
     }
 

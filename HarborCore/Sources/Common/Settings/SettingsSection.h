@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Harbor/ResultCodes.h"
 
 namespace Harbor {

@@ -1,7 +1,7 @@
 #include "Common/Settings/SettingsSource.h"
 
+#include "Common/Base/Text.h"
 #include "Common/Settings/ModuleInfo.h"
-#include "Common/Text.h"
 #include "Platform/Environment.h"
 #include "Platform/Errors.h"
 

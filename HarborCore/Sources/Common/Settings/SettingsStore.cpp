@@ -1,7 +1,7 @@
 #include "Common/Settings/SettingsStore.h"
 
-#include "Common/HRes.h"
-#include "Common/SingletonHolder.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/SingletonHolder.h"
 
 namespace Harbor {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Common/Settings/SettingsSource.h"
 
 namespace Harbor {

@@ -1,7 +1,7 @@
 // A configuration service: a tree of nodes that its host writes and whose changes it reports to those who watch them.
 //
 //     const auto tree = ConfigServer::CreateConfigServer();
-//     HRES hres = MBSetNamedInstance(ConfigServiceInstanceName, tree.Get());
+//     ThrowIfFailed(MBSetNamedInstance(ConfigServiceInstanceName, tree.Get()));
 //     hres = tree->WriteNode(u"\\Commands\\Parent\\Leaf\\Command1", {{u"Command", u"Start"}});
 //
 // The object's other interface is IACConfigService. Any thread may call any operation at any time, a callback among

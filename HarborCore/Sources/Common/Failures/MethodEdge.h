@@ -9,7 +9,7 @@
 //     }
 #pragma once
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Common/Logging/FunctionTrace.h"
 
 namespace Harbor {

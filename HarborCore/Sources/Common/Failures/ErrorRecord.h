@@ -1,7 +1,7 @@
 // A failure in words: the text that HRES::ToText gives and that travels in the thread's error object.
 #pragma once
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 
 namespace Harbor {
 

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <map>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Harbor/Types.h"
 
 namespace Harbor {

@@ -1,4 +1,4 @@
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 
 #include <algorithm>
 #include <limits>

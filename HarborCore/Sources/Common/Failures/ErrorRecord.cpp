@@ -1,8 +1,8 @@
-#include "Common/ErrorRecord.h"
+#include "Common/Failures/ErrorRecord.h"
 
-#include "Common/ErrorHandling.h"
-#include "Common/Format.h"
-#include "Common/Text.h"
+#include "Common/Base/Format.h"
+#include "Common/Base/Text.h"
+#include "Common/Failures/ErrorHandling.h"
 
 namespace Harbor {
 namespace {

@@ -1,8 +1,8 @@
-#include "Subsystems/ActionManager/ActionManagerSettings.h"
+#include "Subsystems/ActionManager/GlobalSettings.h"
 
 #include <atomic>
 
-#include "Common/Guards.h"
+#include "Common/Base/Guards.h"
 #include "Common/Logging/FunctionTrace.h"
 
 namespace DataCollection::ActionManagement {

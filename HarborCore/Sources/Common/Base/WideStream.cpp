@@ -1,8 +1,8 @@
-#include "Common/WideStream.h"
+#include "Common/Base/WideStream.h"
 
 #include <cstdio>
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 
 namespace Harbor {
 

@@ -1,4 +1,4 @@
-#include "Common/ErrorTextCache.h"
+#include "Common/Failures/ErrorTextCache.h"
 
 namespace Harbor {
 

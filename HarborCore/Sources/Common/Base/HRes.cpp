@@ -1,4 +1,4 @@
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 
 #include <algorithm>
 
@@ -17,10 +17,6 @@ void HRES::Report(ErrorObject errorObject) noexcept {
 
 HRESULT HRES::LastErrorCode() noexcept {
     return HResultFromWin32(Platform::GetLastError());
-}
-
-void ThrowFailedCall(HRESULT code) {
-    throw HRX(HRES::Unchecked(Failed(code) ? code : E_FAIL, 1));
 }
 
 }  // namespace Harbor

@@ -1,4 +1,4 @@
-#include "Common/MethodEdge.h"
+#include "Common/Failures/MethodEdge.h"
 
 namespace Harbor {
 

@@ -27,6 +27,10 @@ inline constexpr std::uint16_t AcnTypeUInt32 = 4;
 inline constexpr std::uint16_t AcnTypeInt64 = 6;
 inline constexpr std::uint16_t AcnTypeBool = 7;  // one byte, 0 or 1
 
+// The kinds of a node's name.
+inline constexpr std::uint32_t AcnOwnName = 0;
+inline constexpr std::uint32_t AcnFullPath = 2;  // a backslash before each element
+
 inline constexpr std::uint32_t AcnWholeTree = 0x7FFFFFFF;  // the depth of a clone or a dump with every level
 
 extern "C" {
@@ -48,7 +52,7 @@ PLATFORM_EXPORT Platform::HRESULT AcnGetChildByIndex(AcnHandle node, std::uint64
 // The first of the children with that name, in constant time on average.
 PLATFORM_EXPORT Platform::HRESULT AcnGetChildByName(AcnHandle node, const Platform::WideChar* name, AcnHandle* out);
 
-// Kind 0: the node's name. Kind 2: its full path, a backslash before each element. Others are E_INVALIDARG.
+// Another kind than AcnOwnName and AcnFullPath is E_INVALIDARG.
 PLATFORM_EXPORT Platform::HRESULT AcnGetNodeName(AcnHandle node, std::uint32_t kind, Platform::WideChar* buffer,
                                                  std::uint32_t* size);
 PLATFORM_EXPORT Platform::HRESULT AcnGetNodeType(AcnHandle node, Platform::WideChar* buffer, std::uint32_t* size);

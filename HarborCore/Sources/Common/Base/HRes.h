@@ -1,7 +1,7 @@
 // The result of an operation, and the exception that a failed one becomes.
 //
-// The usual idiom is `HRES hres = SomeCall();` for a call that gives an HRESULT: a failed code leaves the statement as
-// HRX, with the words that the callee left in the thread's error object and the addresses of this statement and of its
+// The usual check is `ThrowIfFailed(SomeCall());` for a call that returns an HRESULT: a failed code is thrown as HRX,
+// with the text that the callee left in the thread's error object, the address of this statement and the address in its
 // caller. A success costs one test.
 //
 // | Form                                        | reads the thread's error object | throws on failure |
@@ -19,7 +19,7 @@
 #include <array>
 #include <concepts>
 
-#include "Common/WideStream.h"
+#include "Common/Base/WideStream.h"
 #include "Harbor/ComponentPtr.h"
 #include "Platform/ErrorObjects.h"
 
@@ -41,10 +41,8 @@ public:
     template <std::same_as<bool> Result>
     PLATFORM_FORCEINLINE HRES& operator=(Result result);
 
-    // `levels` more call levels than usual are left out of the addresses.
-    PLATFORM_FORCEINLINE static HRES Unchecked(HRESULT code, std::uint32_t levels = 0) {
+    PLATFORM_FORCEINLINE static HRES Unchecked(HRESULT code) {
         HRES result;
-        result.framesToSkip_ += levels;
         result.SetCode(code, ErrorObject::Take);
         return result;
     }
@@ -118,6 +116,30 @@ private:
 
 [[noreturn]] PLATFORM_FORCEINLINE void ThrowError(HRESULT code) {
     HRX::Throw(code);
+}
+
+// The usual check of a call: a failed code is thrown as HRX, with the text that the callee left in the thread's error
+// object.
+PLATFORM_FORCEINLINE void ThrowIfFailed(HRESULT code) {
+    const HRES checked(code);
+}
+
+// A false result is thrown as HRX with the code of the thread's last error.
+PLATFORM_FORCEINLINE void ThrowLastErrorIfFalse(bool result) {
+    const HRES checked = HRES::FromBool(result);
+}
+
+// A system code other than 0 is thrown as HRX.
+PLATFORM_FORCEINLINE void ThrowIfWin32Error(std::uint32_t error) {
+    const HRES checked = HRES::FromWin32(error);
+}
+
+// The object behind `pointer` by another interface. A failure of QueryTo is thrown as HRX.
+template <class Other, class I>
+[[nodiscard]] PLATFORM_FORCEINLINE ComponentPtr<Other> QueryOrThrow(const ComponentPtr<I>& pointer) {
+    ComponentPtr<Other> result;
+    ThrowIfFailed(pointer.QueryTo(result));
+    return result;
 }
 
 PLATFORM_FORCEINLINE void HRES::ThrowIfFailed() const {

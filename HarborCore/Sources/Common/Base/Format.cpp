@@ -1,4 +1,4 @@
-#include "Common/Format.h"
+#include "Common/Base/Format.h"
 
 #include <algorithm>
 #include <stdexcept>

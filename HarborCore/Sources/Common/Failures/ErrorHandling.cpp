@@ -1,17 +1,17 @@
-#include "Common/ErrorHandling.h"
+#include "Common/Failures/ErrorHandling.h"
 
 #include <array>
 #include <memory>
 #include <new>
 #include <optional>
 
-#include "Common/ErrorTextCache.h"
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
+#include "Common/Base/SingletonHolder.h"
+#include "Common/Base/Text.h"
+#include "Common/Failures/ErrorTextCache.h"
 #include "Common/Logging/Log.h"
 #include "Common/Settings/ModuleInfo.h"
 #include "Common/Settings/SettingsStore.h"
-#include "Common/SingletonHolder.h"
-#include "Common/Text.h"
 #include "Platform/Errors.h"
 #include "Platform/Messages.h"
 #include "Platform/Modules.h"

@@ -3,7 +3,7 @@
 
 #include <new>
 
-#include "Common/HRes.h"
+#include "Common/Base/HRes.h"
 #include "Platform/ErrorObjects.h"
 
 namespace Harbor {

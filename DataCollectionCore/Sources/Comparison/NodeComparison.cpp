@@ -1,6 +1,6 @@
-#include "Subsystems/ActionManager/NodeComparison.h"
+#include "Comparison/NodeComparison.h"
 
-#include "Common/Text.h"
+#include "Common/Base/Text.h"
 
 namespace DataCollection {
 
@@ -8,7 +8,6 @@ using namespace Harbor;
 
 namespace {
 
-constexpr std::uint32_t OwnName = 0;
 constexpr std::u16string_view NameEnd{u"\0", 1};
 
 struct RawAttribute {
@@ -42,7 +41,8 @@ bool AttributesEqual(const ACNode& a, const ACNode& b) {
 }
 
 bool NamesEqual(const ACNode& a, const ACNode& b, NodeLevel level) {
-    return level == NodeLevel::Top ? a.GetFullPath() == b.GetFullPath() : a.GetName(OwnName) == b.GetName(OwnName);
+    return level == NodeLevel::Top ? a.GetFullPath() == b.GetFullPath()
+                                   : a.GetName(AcnOwnName) == b.GetName(AcnOwnName);
 }
 
 // Two equal nodes whose children are being compared.
@@ -73,10 +73,10 @@ bool NodesEqual(const ACNode& topA, const ACNode& topB, NodeLevel level) {
             continue;
         }
         const std::uint64_t i = current.nextChild++;
-        ACNode childA = current.a.GetChild(i, true);
-        ACNode childB = current.b.GetChild(childA.GetName(OwnName).c_str(), false);
+        ACNode childA = current.a.GetChild(i);
+        ACNode childB = current.b.FindChild(childA.GetName(AcnOwnName).c_str());
         if (!childB) return false;
-        const bool sameOrder = current.b.GetChild(i, true).Handle() == childB.Handle();
+        const bool sameOrder = current.b.GetChild(i).Handle() == childB.Handle();
         if (!sameOrder || !enter(std::move(childA), std::move(childB))) return false;
     }
     return true;

@@ -1,0 +1,88 @@
+"""Checks every #include against the floors of the rooms: a room includes only itself and rooms on lower floors.
+
+    check_floors.py            reports each include that runs up, each pair of rooms that need each other, each room that
+                               the table lacks, and whether the documents show this table; exits 1 if there is one
+    check_floors.py --table    prints the table as Docs/Architecture.md shows it
+"""
+
+import pathlib
+import re
+import subprocess
+import sys
+
+COMMON = "HarborCore/Sources/Common"
+SOURCES = "DataCollectionCore/Sources"
+
+# From the ground up; rooms of one floor don't include each other. A room is a folder with all folders below it that
+# aren't rooms themselves.
+FLOORS = [
+    {"Platform": "the operating system's functions that the code calls"},
+    {"Neighbours": "the contracts of the two closed libraries"},
+    {"HarborCore/Include": "the base types that cross a component boundary"},
+    {"DataCollectionCore/Include": "what a client includes: interfaces, records, ids",
+     f"{COMMON}/Base": "codes and their exception, text, formats, streams, locks, threads"},
+    {f"{COMMON}/Settings": "settings, module paths, registry, data directory",
+     "StandIns/NodeFabric": "the node store", "StandIns/ModuleBroker": "the broker of named instances"},
+    {f"{COMMON}/Logging": "the log, its file, function traces"},
+    {f"{COMMON}/Failures": "the texts of failures, the edge of a method"},
+    {f"{COMMON}/Components": "component objects, the module object, the list of living objects",
+     f"{COMMON}/Nodes": "node handles, dumps, modification records"},
+    {f"{SOURCES}/Schedules": "the arithmetic of schedules",
+     f"{SOURCES}/Comparison": "the comparison of configuration trees"},
+    {f"{SOURCES}/Subsystems/ActionManager": "manager, worker, cycle, subscriptions, commands, strategies"},
+    {f"{SOURCES}/Module": "the export, the load order, the class table",
+     "StandIns/ConfigServer": "a configuration service for hosts and tests"},
+    {"Host": "the console host"},
+    {"Tests": "tests", "Benchmarks": "benchmarks", "Fuzz": "fuzzers", "Docs/Samples": "sample clients"},
+]
+LEVEL = {room: level for level, rooms in enumerate(FLOORS) for room in rooms}
+
+# An include is searched here, after the folder of the including file.
+ROOTS = ["Platform/Include", "Platform/Posix", "Neighbours/Include", "HarborCore/Include", "HarborCore/Sources",
+         "DataCollectionCore/Include", SOURCES, "StandIns/NodeFabric/Include", "StandIns/ModuleBroker/Include",
+         "StandIns/ConfigServer/Include", "Tests", "Benchmarks", "Fuzz", "."]
+
+
+def room_of(path):
+    return next((str(folder) for folder in path.parents if str(folder) in LEVEL), None)
+
+
+def table():
+    lines = ["| Floor | Rooms |", "|---|---|"]
+    for level, rooms in reversed(list(enumerate(FLOORS))):
+        names = "; ".join(f"`{name}`: {what}" for name, what in rooms.items())
+        lines.append(f"| {level} | {names} |")
+    return "\n".join(lines)
+
+
+def main():
+    if "--table" in sys.argv:
+        print(table())
+        return 0
+    listing = subprocess.run(["git", "ls-files", "*.h", "*.cpp"], check=True, capture_output=True, text=True)
+    files = {pathlib.Path(name) for name in listing.stdout.split()}
+    wrong, needs = [], set()
+    for file in sorted(files):
+        room = room_of(file)
+        if room is None:
+            wrong.append(f"{file}: its folder is no room of the table")
+            continue
+        for included in re.findall(r'^#include "([^"]+)"', file.read_text(), re.M):
+            target = next((path for path in [file.parent / included, *(pathlib.Path(root) / included for root in ROOTS)]
+                           if path in files), None)
+            other = room_of(target) if target else None
+            if target is None and not included.endswith("Version.h"):  # Version.h is made by the build
+                wrong.append(f"{file}: {included} is not found")
+            if other in (None, room):
+                continue
+            needs.add((room, other))
+            if LEVEL[other] >= LEVEL[room]:
+                wrong.append(f"{file}: {included} is on floor {LEVEL[other]}, its own room on floor {LEVEL[room]}")
+    wrong += [f"{a} and {b} include each other" for a, b in needs if a < b and (b, a) in needs]
+    if table() not in pathlib.Path("Docs/Architecture.md").read_text():
+        wrong.append("Docs/Architecture.md: the table of floors differs from check_floors.py --table")
+    print(*wrong, sep="\n", end="\n" if wrong else "")
+    return 1 if wrong else 0
+
+
+sys.exit(main())
