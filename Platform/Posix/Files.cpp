@@ -6,47 +6,37 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 
-#include <atomic>
 #include <memory>
 #include <string>
 
 #include "Descriptors.h"
 #include "Failure.h"
+#include "Handles.h"
 #include "Paths.h"
-#include "Platform/Process.h"
 
 namespace Platform {
 
 using namespace Posix;
 
-// An open file. It counts the handles that stand for it, so that a second one costs no system call.
-struct HandleOpaque {
-    HandleOpaque() noexcept = default;
-    HandleOpaque(const HandleOpaque&) = delete;
-    HandleOpaque& operator=(const HandleOpaque&) = delete;
-    ~HandleOpaque() {
+namespace {
+
+// An open file.
+struct File final : HandleOpaque {
+    static constexpr Kind ItsKind = Kind::File;
+
+    File() noexcept : HandleOpaque(ItsKind) {}
+    ~File() override {
         if (descriptor >= 0) close(descriptor);
     }
 
-    std::atomic<std::uint32_t> references{1};
     int descriptor = -1;
     bool isPipe = false;
 };
-
-namespace {
 
 constexpr DWORD ShareNothing = 0;
 constexpr DWORD ShareEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr mode_t NewFileMode = 0666;
 constexpr mode_t NewDirectoryMode = 0777;
-
-bool IsPseudoHandle(HANDLE handle) noexcept {
-    return handle == GetCurrentProcess() || handle == GetCurrentThread();
-}
-
-bool IsFile(HANDLE handle) noexcept {
-    return handle != nullptr && !IsPseudoHandle(handle);
-}
 
 // A process may have been started with its standard streams closed. The file must not become one of them: whatever the
 // process printed would land in it.
@@ -137,7 +127,7 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
     }
     return OrOutOfMemory(INVALID_HANDLE_VALUE, [&] {
         const std::string nativePath = NativePath(path);
-        auto file = std::make_unique<HandleOpaque>();
+        auto file = std::make_unique<File>();
         file->descriptor = OpenForAppending(nativePath.c_str());
         if (file->descriptor < 0) {
             // The file itself would have been made: it is the directory that is missing.
@@ -149,12 +139,13 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
             return FailByErrno(INVALID_HANDLE_VALUE);
         }
         file->isPipe = IsPipe(file->descriptor);
-        return file.release();
+        return HANDLE{file.release()};
     });
 }
 
-BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept {
-    if (!IsFile(file)) return Fail(ERROR_INVALID_HANDLE, FALSE);
+BOOL WriteFile(HANDLE handle, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept {
+    const auto* const file = ObjectOf<File>(handle);
+    if (file == nullptr) return Fail(ERROR_INVALID_HANDLE, FALSE);
     if (written == nullptr || overlapped != nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
     // Blocking signals costs two system calls, so regular files go without: each line of the log is such a write.
     const auto write = file->isPipe ? WriteWithoutSignals : WriteFully;
@@ -163,8 +154,9 @@ BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* 
     return errno == 0 ? Fail(ERROR_WRITE_FAULT, FALSE) : FailByErrno(FALSE);
 }
 
-DWORD GetFileSize(HANDLE file, DWORD* high) noexcept {
-    if (!IsFile(file)) return Fail(ERROR_INVALID_HANDLE, INVALID_FILE_SIZE);
+DWORD GetFileSize(HANDLE handle, DWORD* high) noexcept {
+    const auto* const file = ObjectOf<File>(handle);
+    if (file == nullptr) return Fail(ERROR_INVALID_HANDLE, INVALID_FILE_SIZE);
     struct stat status;
     if (fstat(file->descriptor, &status) != 0) return FailByErrno(INVALID_FILE_SIZE);
     const auto size = static_cast<std::uint64_t>(status.st_size);
@@ -174,8 +166,9 @@ DWORD GetFileSize(HANDLE file, DWORD* high) noexcept {
     return LowHalf(size);
 }
 
-BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) noexcept {
-    if (!IsFile(file)) return Fail(ERROR_INVALID_HANDLE, FALSE);
+BOOL GetFileInformationByHandle(HANDLE handle, BY_HANDLE_FILE_INFORMATION* information) noexcept {
+    const auto* const file = ObjectOf<File>(handle);
+    if (file == nullptr) return Fail(ERROR_INVALID_HANDLE, FALSE);
     if (information == nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
     struct statx status;
     if (statx(file->descriptor, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &status) != 0) return FailByErrno(FALSE);
@@ -187,7 +180,7 @@ BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* informa
 BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target, DWORD, BOOL inherit,
                      DWORD options) noexcept {
     const HANDLE process = GetCurrentProcess();
-    if (sourceProcess != process || targetProcess != process || !IsFile(source)) {
+    if (sourceProcess != process || targetProcess != process || ObjectOf<File>(source) == nullptr) {
         return Fail(ERROR_INVALID_HANDLE, FALSE);
     }
     if (target == nullptr || inherit != FALSE || options != DUPLICATE_SAME_ACCESS) {

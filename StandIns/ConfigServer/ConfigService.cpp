@@ -89,7 +89,7 @@ HRESULT ConfigService::WriteNode(std::u16string_view path, const std::vector<Tex
     return MethodEdge(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::WriteNode"), [&] {
         if (!IsNodePath(path) || !HasParent(path)) ThrowError(E_INVALIDARG);
         TryAttributes(attributes);
-        const std::lock_guard lock(writeLock_);
+        const LockGuard guard(writeLock_);
         auto [node, isNew] = OpenOrAdd(top_, path);
         SetAttributes(node, attributes);
         ReportWrite(node, WideString(path), AttributesWritten | (isNew ? NodeAdded : 0));

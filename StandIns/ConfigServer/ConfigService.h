@@ -2,8 +2,8 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 
+#include "Common/Base/Lock.h"
 #include "Common/Components/CComponentObject.h"
 #include "Common/Nodes/ACNode.h"
 #include "ConfigServer/ConfigServer.h"
@@ -29,8 +29,8 @@ private:
 
     const std::shared_ptr<Dispatcher> dispatcher_ = std::make_shared<Dispatcher>();
 
-    std::mutex writeLock_;  // held for a whole write, so that reports come in the order of the writes
-    Harbor::ACNode top_;    // the nameless node above the tree, no element of any path
+    Harbor::Lock writeLock_;  // held for a whole write, so that reports come in the order of the writes
+    Harbor::ACNode top_;      // the nameless node above the tree, no element of any path
 };
 
 }  // namespace ConfigServer

@@ -5,6 +5,7 @@
 #include "Common/Failures/CodeOfCall.h"
 #include "Common/Logging/Log.h"
 #include "ConfigServer/ConfigServer.h"
+#include "Platform/Process.h"
 
 namespace ConfigServer {
 
@@ -27,41 +28,45 @@ void Deliver(const Watch& watch, IACNodeModifyEnum* modifications) noexcept {
 }  // namespace
 
 void Dispatcher::Run() {
-    thread_ = std::thread(&Dispatcher::Serve, shared_from_this());
+    self_ = shared_from_this();
+    if (const HRESULT code = thread_.Start<&Dispatcher::Serve>(this); Failed(code)) {
+        self_.reset();
+        ThrowError(code);
+    }
 }
 
 void Dispatcher::Stop() noexcept {
     std::deque<PendingReport> dropped;
     bool onThread = false;
     {
-        const std::lock_guard lock(lock_);
+        const LockGuard guard(lock_);
         stopping_ = true;
         for (const auto& watch : watches_) watch->state = Watch::State::Ended;
         dropped.swap(reports_);
-        onThread = std::this_thread::get_id() == threadId_;
+        onThread = Platform::GetCurrentThreadId() == threadId_;
     }
-    workArrived_.notify_one();
+    workArrived_.NotifyOne();
     if (onThread) {
-        thread_.detach();
+        thread_.Detach();
     } else {
-        thread_.join();
+        thread_.Join();
     }
 }
 
 void Dispatcher::AddWatch(std::shared_ptr<Watch> watch) {
-    const std::lock_guard lock(lock_);
+    const LockGuard guard(lock_);
     watches_.push_back(std::move(watch));
 }
 
 HRESULT Dispatcher::StartWatch(Watch& watch) noexcept {
-    const std::lock_guard lock(lock_);
+    const LockGuard guard(lock_);
     if (watch.state == Watch::State::Ended) return WatchEnded;
     watch.state = Watch::State::Started;
     return S_OK;
 }
 
 HRESULT Dispatcher::EndWatch(const IACModifySubscription* subscription) noexcept {
-    Lock lock(lock_);
+    UniqueLock lock(lock_);
     const auto found = std::ranges::find(watches_, subscription, [](const auto& watch) { return watch->subscription; });
     if (found == watches_.end()) return NOT_FOUND;
     const std::shared_ptr<Watch> watch = *found;
@@ -71,7 +76,7 @@ HRESULT Dispatcher::EndWatch(const IACModifySubscription* subscription) noexcept
 }
 
 void Dispatcher::ForgetWatch(const Watch& watch) noexcept {
-    Lock lock(lock_);
+    UniqueLock lock(lock_);
     const auto found = std::ranges::find(watches_, &watch, [](const auto& known) { return known.get(); });
     if (found == watches_.end()) return;
     (*found)->state = Watch::State::Ended;
@@ -80,7 +85,7 @@ void Dispatcher::ForgetWatch(const Watch& watch) noexcept {
 }
 
 std::vector<std::shared_ptr<Watch>> Dispatcher::WatchesOf(std::u16string_view path, std::int64_t changes) {
-    const std::lock_guard lock(lock_);
+    const LockGuard guard(lock_);
     std::vector<std::shared_ptr<Watch>> found;
     std::ranges::copy_if(watches_, std::back_inserter(found), [&](const auto& watch) {
         return watch->state == Watch::State::Started && watch->scope.Covers(path, changes);
@@ -90,23 +95,24 @@ std::vector<std::shared_ptr<Watch>> Dispatcher::WatchesOf(std::u16string_view pa
 
 void Dispatcher::Post(std::vector<PendingReport> reports) {
     {
-        const std::lock_guard lock(lock_);
+        const LockGuard guard(lock_);
         reports_.insert(reports_.end(), std::move_iterator(reports.begin()), std::move_iterator(reports.end()));
     }
-    workArrived_.notify_one();
+    workArrived_.NotifyOne();
 }
 
-void Dispatcher::Serve() {
-    Lock lock(lock_);
-    threadId_ = std::this_thread::get_id();
+void Dispatcher::Serve() noexcept {
+    const std::shared_ptr<Dispatcher> self = std::move(self_);
+    UniqueLock lock(lock_);
+    threadId_ = Platform::GetCurrentThreadId();
     for (;;) {
-        workArrived_.wait(lock, [this] { return stopping_ || !reports_.empty(); });
+        workArrived_.Wait(lock, [this] { return stopping_ || !reports_.empty(); });
         if (stopping_) return;
         ServeOldest(lock);
     }
 }
 
-void Dispatcher::ServeOldest(Lock& lock) {
+void Dispatcher::ServeOldest(UniqueLock& lock) {
     PendingReport report = std::move(reports_.front());
     reports_.pop_front();
     const bool wanted = report.watch->state == Watch::State::Started;
@@ -116,12 +122,12 @@ void Dispatcher::ServeOldest(Lock& lock) {
     report.modifications.Reset();  // before whoever waits goes on: its nodes are closed then
     lock.lock();
     served_ = nullptr;
-    reportServed_.notify_all();
+    reportServed_.NotifyAll();
 }
 
-void Dispatcher::WaitForCallback(const Watch& watch, Lock& lock) noexcept {
-    if (std::this_thread::get_id() == threadId_) return;
-    reportServed_.wait(lock, [&] { return served_ != &watch; });
+void Dispatcher::WaitForCallback(const Watch& watch, UniqueLock& lock) noexcept {
+    if (Platform::GetCurrentThreadId() == threadId_) return;
+    reportServed_.Wait(lock, [&] { return served_ != &watch; });
 }
 
 }  // namespace ConfigServer

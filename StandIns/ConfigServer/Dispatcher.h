@@ -4,13 +4,12 @@
 // thread may call any operation. The lock is never held while a callback runs.
 #pragma once
 
-#include <condition_variable>
 #include <deque>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <vector>
 
+#include "Common/Base/ConditionVariable.h"
+#include "Common/Base/Thread.h"
 #include "Harbor/ComponentPtr.h"
 #include "Watch.h"
 
@@ -23,7 +22,7 @@ struct PendingReport {
 
 class Dispatcher : public std::enable_shared_from_this<Dispatcher> {
 public:
-    // Starts the thread, once. std::system_error if there is none to be had.
+    // Starts the thread, once. HRX if there is none to be had.
     void Run();
     // Ends every watch and drops all reports, once and after Run. The thread has ended when this returns, unless this
     // is the thread: it then ends on its own when the callback that led here has returned.
@@ -43,21 +42,20 @@ public:
     void Post(std::vector<PendingReport> reports);
 
 private:
-    using Lock = std::unique_lock<std::mutex>;
+    void Serve() noexcept;
+    void ServeOldest(Harbor::UniqueLock& lock);
+    void WaitForCallback(const Watch& watch, Harbor::UniqueLock& lock) noexcept;
 
-    void Serve();
-    void ServeOldest(Lock& lock);
-    void WaitForCallback(const Watch& watch, Lock& lock) noexcept;
+    Harbor::Thread thread_;
+    std::shared_ptr<Dispatcher> self_;  // for the thread, which takes it
 
-    std::thread thread_;
-
-    std::mutex lock_;  // guards all that follows
-    std::condition_variable workArrived_;
-    std::condition_variable reportServed_;
+    Harbor::Lock lock_;  // guards all that follows
+    Harbor::ConditionVariable workArrived_;
+    Harbor::ConditionVariable reportServed_;
     std::vector<std::shared_ptr<Watch>> watches_;  // of the subscriptions that live
     std::deque<PendingReport> reports_;            // oldest first
     const Watch* served_ = nullptr;                // whose report is under way
-    std::thread::id threadId_;                     // outlasts the detached thread_
+    Platform::DWORD threadId_ = 0;                 // of the thread, once it runs
     bool stopping_ = false;
 };
 

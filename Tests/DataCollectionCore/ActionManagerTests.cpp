@@ -1,6 +1,6 @@
-#include <cerrno>
 #include <thread>
 
+#include "Platform/Errors.h"
 #include "Subsystems/ActionManager/GlobalSettings.h"
 #include "TestSupport.h"
 
@@ -31,15 +31,16 @@ TEST_F(Manager, StaysWithoutAWorkerWhenItsConfigurationFails) {
     const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::Configure failed: ";
     const struct {
         const ACNode& node;
-        int threadRefusal;
+        Platform::DWORD threadRefusal;
         HRESULT code;
         Texts lines;
     } table[] = {
         {none, 0, E_FAIL, {"ERR ActionManager configuration is NULL", failed + "0x80004005 *"}},
         {without, 0, NOT_FOUND, {failed + "0x80070490 *"}},
         {wrongType, 0, DATATYPE_MISMATCH, {failed + "0x8007065D *"}},
-        {good, EAGAIN, HResultFromWin32(164), {failed + "0x800700A4 *"}},
-        {good, ENOMEM, E_OUTOFMEMORY, {failed + "0x8007000E *"}},
+        {good, Platform::ERROR_MAX_THRDS_REACHED, HResultFromWin32(164), {failed + "0x800700A4 *"}},
+        {good, Platform::ERROR_NOT_ENOUGH_MEMORY, E_OUTOFMEMORY, {failed + "0x8007000E *"}},
+        {good, Platform::ERROR_ACCESS_DENIED, HResultFromWin32(5), {failed + "0x80070005 *"}},
     };
     for (const auto& row : table) {
         const std::uint32_t interval = GlobalSettings::Instance()->PollingIntervalInMilliseconds();

@@ -1,8 +1,6 @@
 // Each function of the platform, of the node store and of the broker that can fail, so that a sweep may choose the call
 // that does. Functions whose failure nobody could answer (closing, freeing) and those that the tests replace are left
 // out.
-#include <dlfcn.h>
-
 #include <tuple>
 
 #include "ModuleBroker/ModuleBroker.h"
@@ -27,14 +25,6 @@ struct Signature<R(Arguments...) noexcept(NeverThrows)> {
     template <std::size_t I>
     using Argument = std::tuple_element_t<I, std::tuple<Arguments...>>;
 };
-
-// The definition behind the one that this program puts in front.
-template <class Function>
-Function* NextDefinitionOf(Function* own) {
-    Dl_info info{};
-    dladdr(reinterpret_cast<void*>(own), &info);
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, info.dli_sname));
-}
 
 }  // namespace
 

@@ -1,14 +1,11 @@
 #include "TestSupport.h"
 
-#include <dlfcn.h>
-#include <pthread.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdlib>
 
 #include "Platform/Errors.h"
+#include "Platform/Threads.h"
 
 namespace Platform {
 
@@ -26,18 +23,20 @@ DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcep
     return System.zoneResult;
 }
 
-}  // namespace Platform
-
-extern "C" PLATFORM_EXPORT int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
-                                              void* (*start)(void*), void* argument) {
-    static const auto create = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+HANDLE CreateThread(void* security, std::size_t stackSize, LPTHREAD_START_ROUTINE routine, void* argument, DWORD flags,
+                    DWORD* threadId) noexcept {
+    static const auto create = NextDefinitionOf(&CreateThread);
     ++System.threadsAsked;
-    if (InjectedFault.Strikes(Fallible::Call, __func__, HResultFromWin32(Platform::ERROR_MAX_THRDS_REACHED))) {
-        return EAGAIN;
+    DWORD refusal = System.threadRefusal;
+    if (InjectedFault.Strikes(Fallible::Call, __func__, HResultFromWin32(ERROR_MAX_THRDS_REACHED))) {
+        refusal = ERROR_MAX_THRDS_REACHED;
     }
-    const int refusal = System.threadRefusal;
-    return refusal != 0 ? refusal : create(thread, attributes, start, argument);
+    if (refusal == 0) return create(security, stackSize, routine, argument, flags, threadId);
+    SetLastError(refusal);
+    return nullptr;
 }
+
+}  // namespace Platform
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     ++Allocations;

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
+
 #include <functional>
 
 #include "NodeFabric/Authoring.h"
@@ -22,7 +24,7 @@ struct FakeSystem {
     std::atomic<TimePoint> clock{};  // the epoch: the real clock
     Platform::DYNAMIC_TIME_ZONE_INFORMATION zone{};
     Platform::DWORD zoneResult = Platform::TIME_ZONE_ID_UNKNOWN;  // beside it the last error is 5
-    std::atomic<int> threadRefusal{0};                            // instead of creating a thread
+    std::atomic<Platform::DWORD> threadRefusal{0};                // the last error, instead of creating a thread
     std::atomic<int> threadsAsked{0};
 };
 inline FakeSystem System;
@@ -48,6 +50,14 @@ struct Fault {
     }
 };
 inline Fault InjectedFault;
+
+// The definition behind the one that this program puts in front.
+template <class Function>
+Function* NextDefinitionOf(Function* own) {
+    Dl_info info{};
+    dladdr(reinterpret_cast<void*>(own), &info);
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, info.dli_sname));
+}
 
 bool IsLike(std::string_view text, std::string_view pattern);  // a "*" is any text
 std::string Narrow(std::u16string_view text);

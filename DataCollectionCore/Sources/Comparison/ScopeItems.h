@@ -16,8 +16,8 @@ enum class ScopeItemDifference {
 struct ScopeItemComparison {
     ScopeItemDifference difference = ScopeItemDifference::None;
     std::uint64_t itemCount = 0;  // of the new tree
-    Harbor::ACNode newItem{};       // ItemAdded and ItemChanged: the first item that differs
-    Harbor::ACNode oldItem{};       // ItemChanged: its counterpart
+    Harbor::ACNode newItem{};     // ItemAdded and ItemChanged: the first item that differs
+    Harbor::ACNode oldItem{};     // ItemChanged: its counterpart
 };
 
 // Compares the new items, in their order, with the old items of the same names and stops at the first difference. Items

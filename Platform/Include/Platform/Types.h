@@ -31,7 +31,7 @@ inline bool operator==(const GUID& a, const GUID& b) noexcept {
     return std::memcmp(&a, &b, sizeof(GUID)) == 0;
 }
 
-// A file, a token or the process. Which functions take it is told at the functions that give it.
+// A file, a thread, a token or the process. Which functions take it is told at the functions that give it.
 using HANDLE = struct HandleOpaque*;
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(~std::uintptr_t{0});
 

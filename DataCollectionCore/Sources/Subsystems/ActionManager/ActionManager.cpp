@@ -1,11 +1,9 @@
 #include "Subsystems/ActionManager/ActionManager.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include "Common/Failures/MethodEdge.h"
 #include "Common/Nodes/NodeDump.h"
-#include "Platform/Errors.h"
 #include "Subsystems/ActionManager/ActionSubscription.h"
 #include "Subsystems/ActionManager/Clock.h"
 #include "Subsystems/ActionManager/GlobalSettings.h"
@@ -15,25 +13,6 @@ namespace DataCollection::ActionManagement {
 using namespace Harbor;
 
 namespace {
-
-// The standard library tells a thread that the system refused as one of these; anything else is the system's own code.
-HRESULT CodeOfRefusedThread(const std::system_error& failure) noexcept {
-    if (failure.code() == std::errc::resource_unavailable_try_again) {
-        return HResultFromWin32(Platform::ERROR_MAX_THRDS_REACHED);
-    }
-    if (failure.code() == std::errc::not_enough_memory) return E_OUTOFMEMORY;
-    return HResultFromWin32(static_cast<std::uint32_t>(failure.code().value()));
-}
-
-std::thread StartThread(auto&&... body) {
-    try {
-        return std::thread(std::forward<decltype(body)>(body)...);
-    } catch (const std::system_error& failure) {
-        ThrowError(CodeOfRefusedThread(failure));
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
-}
 
 // By doubling, as an insertion at the end would.
 template <class Entry>
@@ -62,10 +41,10 @@ HRESULT ActionManager::Configure(AcnHandle config) {
 
 void ActionManager::Initialize() {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Initialize");
-    const std::lock_guard guard(stateLock_);
+    const LockGuard guard(stateLock_);
     if (running_) return;
     // True only when there is a worker to join; the worker doesn't look before it has the lock.
-    worker_ = StartThread(&ActionManager::Start, this);
+    if (const HRESULT code = worker_.Start<&ActionManager::Start>(this); Failed(code)) ThrowError(code);
     running_ = true;
 }
 
@@ -73,9 +52,9 @@ void ActionManager::Start() noexcept {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Start");
     const std::chrono::milliseconds interval{GlobalSettings::Instance()->PollingIntervalInMilliseconds()};
     for (;;) {
-        std::unique_lock lock(stateLock_);
-        const auto deadline = std::chrono::steady_clock::now() + interval;
-        if (stopSignal_.wait_until(lock, deadline, [this] { return !running_; })) return;
+        UniqueLock lock(stateLock_);
+        const auto deadline = MonotonicClock::now() + interval;
+        if (stopSignal_.WaitUntil(lock, deadline, [this] { return !running_; })) return;
         const TimePoint now = CurrentTime();
         OnTimerEvent(now);
     }
@@ -84,12 +63,12 @@ void ActionManager::Start() noexcept {
 void ActionManager::Stop() noexcept {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Stop");
     {
-        const std::lock_guard guard(stateLock_);
+        const LockGuard guard(stateLock_);
         if (!running_) return;
         running_ = false;
     }
-    stopSignal_.notify_all();
-    worker_.join();
+    stopSignal_.NotifyAll();
+    worker_.Join();
 }
 
 // The steps here can't fail, so that nothing keeps the worker from being joined: what their traces can't write is lost.
@@ -109,7 +88,7 @@ HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const T
                           const auto action = std::make_shared<TimedAction>(*schedule);
                           auto created = CreateSubscription(listener, {ComponentPtr(action->GetAction())});
                           try {
-                              const std::lock_guard guard(registryLock_);
+                              const LockGuard guard(registryLock_);
                               regularActions_.push_back(action);
                           } catch (...) {
                               // Nobody else could: the client never gets to see the subscription.
@@ -129,7 +108,7 @@ ComponentPtr<IActionSubscription> ActionManager::CreateSubscription(
     for (const auto& action : actions) ThrowIfFailed(control->SetAction(action.Get()));
     auto subscription = QueryOrThrow<IActionSubscription>(control);
     {
-        const std::lock_guard guard(registryLock_);
+        const LockGuard guard(registryLock_);
         ReserveForOneMore(subscriptions_);
         // The cycle must not allocate: the room for its snapshot grows here, in step with the registry.
         if (snapshotRoom_.capacity() < subscriptions_.capacity()) snapshotRoom_.reserve(subscriptions_.capacity());

@@ -4,13 +4,12 @@
 // regular actions) and ForcedCommands.cpp (commands of the configuration service).
 #pragma once
 
-#include <condition_variable>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <unordered_map>
 #include <vector>
 
+#include "Common/Base/ConditionVariable.h"
+#include "Common/Base/Thread.h"
 #include "Common/Components/CComponentObject.h"
 #include "DataCollection/ActionManager.h"
 #include "Harbor/ConfigService.h"
@@ -85,7 +84,7 @@ private:
     ConfigurationUpdateQueue updateQueue_;
 
     // The registry, each list in the order of creation. Taken step by step, never across a listener call.
-    std::mutex registryLock_;
+    Harbor::Lock registryLock_;
     std::vector<Harbor::ComponentPtr<IActionSubscriptionControl>> subscriptions_;
     Snapshot snapshotRoom_;  // memory for the next snapshot, reserved at registration
     std::vector<std::shared_ptr<TimedAction>> regularActions_;
@@ -96,10 +95,10 @@ private:
     std::vector<Harbor::ComponentPtr<Harbor::IACModifySubscription>> endedWatches_;
 
     // The worker's state. The worker holds the lock at all times except while it sleeps.
-    std::condition_variable stopSignal_;
-    std::mutex stateLock_;
+    Harbor::ConditionVariable stopSignal_;
+    Harbor::Lock stateLock_;
     bool running_ = false;
-    std::thread worker_;
+    Harbor::Thread worker_;
 };
 
 }  // namespace DataCollection::ActionManagement

@@ -30,7 +30,7 @@ HRESULT ActionSubscription::SetListener(IActionListener* listener) {
 HRESULT ActionSubscription::SetAction(IActionControl* action) {
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::SetAction"), [&] {
         if (action == nullptr) ThrowError(E_POINTER);
-        const std::lock_guard guard(actionsLock_);
+        const CriticalSectionGuard guard(actionsLock_);
         actions_.reserve(actions_.size() + 1);
         ThrowIfFailed(action->OnSubscriptionAttached());
         actions_.emplace_back(action);
@@ -52,7 +52,7 @@ HRESULT ActionSubscription::TriggerActionsIfNeeded() {
         TRACED_METHOD(Dbg2, "DataCollection::ActionManagement::ActionSubscription::TriggerActionsIfNeeded"), [&] {
             // The copy keeps the listener alive through the calls even if Unsubscribe lets it go meanwhile.
             const ComponentPtr<IActionListener> listener = [this] {
-                const std::lock_guard guard(listenerLock_);
+                const LockGuard guard(listenerLock_);
                 return listener_;
             }();
             const std::unique_lock lock(actionsLock_);
@@ -83,7 +83,7 @@ void ActionSubscription::Deliver(const ComponentPtr<IActionControl>& action, IAc
 
 HRESULT ActionSubscription::Start() {
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::Start"), [&] {
-        const std::lock_guard guard(actionsLock_);
+        const CriticalSectionGuard guard(actionsLock_);
         LOG(Dbg, LogPrefix() << u"'. starting.");
         if (alive_) {
             started_ = true;
@@ -100,7 +100,7 @@ HRESULT ActionSubscription::Unsubscribe() {
     // The listener is let go outside the lock: its end may come back to this subscription.
     ComponentPtr<IActionListener> dropped;
     {
-        const std::lock_guard guard(listenerLock_);
+        const LockGuard guard(listenerLock_);
         dropped = std::move(listener_);
     }
     dropped.Reset();
@@ -109,7 +109,7 @@ HRESULT ActionSubscription::Unsubscribe() {
     return S_OK;
 }
 
-void ActionSubscription::UnsubscribeInternal(const std::unique_lock<std::recursive_mutex>& lock) {
+void ActionSubscription::UnsubscribeInternal(const std::unique_lock<CriticalSection>& lock) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::UnsubscribeInternal");
     if (!lock.owns_lock() || lock.mutex() != &actionsLock_) ThrowError(E_INVALIDARG);
     LOG(Dbg, LogPrefix() << u"'. unsubscribed.");

@@ -1,9 +1,9 @@
 // The binding of actions to one listener, and the only place where a listener is called.
 #pragma once
 
-#include <mutex>
 #include <vector>
 
+#include "Common/Base/Guards.h"
 #include "Common/Components/CComponentObject.h"
 #include "DataCollection/ActionSubscription.h"
 
@@ -29,19 +29,19 @@ public:
     HRESULT TriggerActionsIfNeeded() override;
 
 private:
-    void UnsubscribeInternal(const std::unique_lock<std::recursive_mutex>& lock);
+    void UnsubscribeInternal(const std::unique_lock<Harbor::CriticalSection>& lock);
     void DeliverMarkedActions(IActionListener& listener);
     void Deliver(const Harbor::ComponentPtr<IActionControl>& action, IActionListener& listener);
     WideString LogPrefix();
 
-    std::mutex listenerLock_;  // guards listener_ against the worker's copy
+    Harbor::Lock listenerLock_;  // guards listener_ against the worker's copy
     Harbor::ComponentPtr<IActionListener> listener_;
 
     std::atomic<bool> unsubscribeRequested_{false};  // never goes back to false
 
     // Guards all below, and is held across a listener call, from inside which IsAlive may be asked: hence recursive.
     // Never taken together with listenerLock_.
-    std::recursive_mutex actionsLock_;
+    Harbor::CriticalSection actionsLock_;
     std::vector<Harbor::ComponentPtr<IActionControl>> actions_;
     bool alive_ = true;     // UnsubscribeInternal has not run yet
     bool started_ = false;  // Start was called while alive

@@ -8,13 +8,13 @@ using namespace Harbor;
 
 void ConfigurationUpdateQueue::Post(IACModifySubscription* key, ModifiedNode update) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Post");
-    const std::lock_guard guard(lock_);
+    const LockGuard guard(lock_);
     updates_.push_back({key, std::move(update)});
 }
 
 bool ConfigurationUpdateQueue::Peek(IACModifySubscription*& key, ModifiedNode& update) {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Peek");
-    const std::lock_guard guard(lock_);
+    const LockGuard guard(lock_);
     if (updates_.empty()) return false;
     TRY_LOG(Dbg, u"ConfigurationUpdateQueue::Peek modification");
     key = updates_.front().key;

@@ -2,8 +2,8 @@
 #pragma once
 
 #include <deque>
-#include <mutex>
 
+#include "Common/Base/Lock.h"
 #include "Common/Nodes/ModificationRecords.h"
 
 namespace DataCollection::ActionManagement {
@@ -22,7 +22,7 @@ private:
         Harbor::ModifiedNode update;
     };
 
-    std::mutex lock_;  // never nested with a lock of the manager
+    Harbor::Lock lock_;  // never nested with a lock of the manager
     std::deque<QueuedUpdate> updates_;
 };
 

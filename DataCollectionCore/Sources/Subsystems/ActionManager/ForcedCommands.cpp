@@ -63,7 +63,7 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
             const ForcedEntry entry = CreateForcedActions(*config);
             auto created = CreateSubscription(listener, {entry.actions->StartAction(), entry.actions->StopAction()});
             try {
-                const std::lock_guard guard(registryLock_);
+                const LockGuard guard(registryLock_);
                 forcedSubscriptions_.emplace(entry.subscription.Get(), entry);
             } catch (...) {
                 // As for a regular action: nobody else could.
@@ -124,7 +124,7 @@ void ActionManager::UpdateForcedActions() {
 // A command that has left the queue must not be lost to the log: what this method can't log, it does all the same.
 void ActionManager::TriggerForcedAction(IACModifySubscription* key, const ModifiedNode& update) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::TriggerForcedAction");
-    const std::lock_guard guard(registryLock_);
+    const LockGuard guard(registryLock_);
     const auto entry = forcedSubscriptions_.find(key);
     if (entry == forcedSubscriptions_.end()) {
         TRY_LOG(Err, u"Received unknown IACModifySubscription: '" << key << u"'.");

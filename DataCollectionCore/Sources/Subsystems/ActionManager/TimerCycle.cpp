@@ -51,7 +51,7 @@ void ActionManager::OnTimerEvent(const TimePoint& now) noexcept {
 
 ActionManager::Snapshot ActionManager::UpdateSubscriptions() noexcept {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateSubscriptions");
-    const std::lock_guard guard(registryLock_);
+    const LockGuard guard(registryLock_);
     Snapshot snapshot = std::exchange(snapshotRoom_, {});
     RetainInOrder(subscriptions_, [&](const ComponentPtr<IActionSubscriptionControl>& subscription) {
         bool alive = false;
@@ -69,7 +69,7 @@ ActionManager::Snapshot ActionManager::UpdateSubscriptions() noexcept {
 
 void ActionManager::EraseDisposedActions() {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::EraseDisposedActions");
-    const std::lock_guard guard(registryLock_);
+    const LockGuard guard(registryLock_);
     RetainInOrder(regularActions_, [this](const std::shared_ptr<TimedAction>& action) {
         if (!IsDisposed(*action)) return true;
         TRY_LOG(Dbg, u"TimedAction '" << action->GetAction() << u"' is disposed and will be deleted");
@@ -114,7 +114,7 @@ void ActionManager::RemoveForcedSubscription(IACModifySubscription* key, const F
 
 void ActionManager::UpdateRegularActions(const TimePoint& now) {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateRegularActions");
-    const std::lock_guard guard(registryLock_);
+    const LockGuard guard(registryLock_);
     for (const auto& action : regularActions_) {
         if (!action->ShouldBeTriggered(now)) continue;
         action->SetTriggeredTime(now);
@@ -133,7 +133,7 @@ void ActionManager::TriggerActions(const Snapshot& snapshot) noexcept {
 // The memory of the snapshot serves the next cycle, unless a registration has reserved more meanwhile.
 void ActionManager::GiveBack(Snapshot snapshot) noexcept {
     snapshot.clear();
-    const std::lock_guard guard(registryLock_);
+    const LockGuard guard(registryLock_);
     if (snapshot.capacity() > snapshotRoom_.capacity()) snapshotRoom_ = std::move(snapshot);
 }
 

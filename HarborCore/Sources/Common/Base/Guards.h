@@ -1,13 +1,12 @@
-// Scope guards over the locks of the standard library, under the names of what they stand for.
+// Scope guards over the locks.
 #pragma once
 
 #include <mutex>
 #include <shared_mutex>
 
-namespace Harbor {
+#include "Common/Base/Lock.h"
 
-using CriticalSection = std::recursive_mutex;
-using ReaderWriterLock = std::shared_mutex;
+namespace Harbor {
 
 using CriticalSectionGuard = std::lock_guard<CriticalSection>;
 using SharedGuard = std::shared_lock<ReaderWriterLock>;

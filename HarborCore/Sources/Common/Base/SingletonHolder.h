@@ -3,7 +3,8 @@
 #pragma once
 
 #include <atomic>
-#include <mutex>
+
+#include "Common/Base/Lock.h"
 
 namespace Harbor {
 
@@ -16,7 +17,7 @@ public:
     // again. Any thread may call it.
     T& Get() {
         if (T* published = pointer_.load(std::memory_order_acquire)) return *published;
-        const std::lock_guard guard(lock_);
+        const LockGuard guard(lock_);
         if (T* published = pointer_.load(std::memory_order_acquire)) return *published;
         static T instance;
         pointer_.store(&instance, std::memory_order_release);
@@ -24,7 +25,7 @@ public:
     }
 
 private:
-    std::mutex lock_;  // has a constant initialiser everywhere, unlike a recursive one
+    Lock lock_;
     std::atomic<T*> pointer_{nullptr};
 };
 

@@ -45,18 +45,18 @@ void DbgAliveObjectsTracker::AddRecord(const void* object, const char* tag) {
     record.tag = tag;
     Platform::RtlCaptureStackBackTrace(framesToSkip_ + 1, static_cast<Platform::DWORD>(record.frames.size()),
                                        record.frames.data(), nullptr);
-    const std::lock_guard guard(lock_);
+    const CriticalSectionGuard guard(lock_);
     records_.insert_or_assign(object, record);
 }
 
 void DbgAliveObjectsTracker::RemoveRecord(const void* object) {
-    const std::lock_guard guard(lock_);
+    const CriticalSectionGuard guard(lock_);
     records_.erase(object);
 }
 
 void DbgAliveObjectsTracker::Dump() {
     if (!enabled_.load()) return;
-    const std::lock_guard guard(lock_);
+    const CriticalSectionGuard guard(lock_);
     if (records_.empty()) return;
     // The listing is asked for through an interface that gives a code: what can't be logged is left out.
     TRY_LOG(Warn, u"Alive component objects: " << records_.size());

@@ -47,7 +47,7 @@ private:
 
     std::atomic<bool> enabled_{false};
     std::uint32_t framesToSkip_ = 0;
-    std::recursive_mutex lock_;  // guards records_
+    CriticalSection lock_;  // guards records_
     std::map<const void*, Record> records_;
 };
 
