@@ -1,5 +1,5 @@
-"""Holds the documents to the repository: links lead somewhere, tests that are named exist, commands are there, and what
-is shown as a run of the host works.
+"""Checks the documents against the repository: the targets of links, the tests and the commands that they name exist, and
+the runs of the host that they show succeed.
 
 Arguments: the file with the names of all tests, and the text of the host's help.
 """
@@ -9,7 +9,7 @@ import re
 import subprocess
 import sys
 
-# Of an instance of a test with parameters ("Of/Suite.Name/0") the test.
+# For an instance of a parameterised test ("Of/Suite.Name/0"), the name of the test.
 tests = {re.sub(r"^\w+/|/\w+$", "", name) for name in pathlib.Path(sys.argv[1]).read_text().split()}
 help_text = pathlib.Path(sys.argv[2]).read_text()
 wrong = []
@@ -19,7 +19,7 @@ for name in subprocess.run(["git", "ls-files", "*.md"], check=True, capture_outp
     text = document.read_text()
     for target in re.findall(r"\]\(([^)#]+)\)", text):
         if "://" not in target and not (document.parent / target).exists():
-            wrong.append(f"{name}: nothing at {target}")
+            wrong.append(f"{name}: the link target {target} does not exist")
     for command in re.findall(r"(?<![\w./])\./([a-z]\w*)\b", text):
         if not pathlib.Path(command).exists():
             wrong.append(f"{name}: there is no command ./{command}")

@@ -1,4 +1,5 @@
-"""Reads what llvm-cov export gives (standard input): which branches of the product no test takes, and the shares.
+"""Reads the output of llvm-cov export from standard input, and prints the branches of the product that no test takes and
+the percentages of lines and branches that the tests reach.
 
 A branch in a template or a macro counts once, and as taken if any of its instances took it. Exits 1 below a goal.
 """
@@ -13,7 +14,7 @@ PARTS = ("DataCollectionCore", "HarborCore")
 
 
 def branches_of(file):
-    """The place of each condition in the sources, and how often it was true and false."""
+    """Yields the place of each condition in the sources, and how often it was true and false."""
     for line, column, _, _, taken, not_taken, *_ in file["branches"]:
         yield (file["filename"], line, column), taken, not_taken
     for expansion in file["expansions"]:

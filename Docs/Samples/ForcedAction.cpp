@@ -1,4 +1,4 @@
-// Hears the commands of a command point, which an operator writes into the configuration service.
+// Receives the commands that an operator writes to a command point in the configuration service.
 //
 //     ForcedAction /path/to/OrvActionManager.so
 #include <cstdio>
@@ -12,8 +12,8 @@
 using namespace DataCollection::ActionManagement;
 
 int main(int, char** argv) try {
-    // A real installation has its configuration service. Here the host brings one, under the name at which the manager
-    // asks the broker for it.
+    // A real installation has a configuration service. Here the host creates one and publishes it at the broker, under
+    // the name that the manager uses.
     const auto service = ConfigServer::CreateConfigServer();
     Check(MBSetNamedInstance(Harbor::ConfigServiceInstanceName, service.Get()), "MBSetNamedInstance");
 
@@ -32,7 +32,7 @@ int main(int, char** argv) try {
     Check(manager->SubscribeForcedAction(&listener, &line1, subscription.Address()), "SubscribeForcedAction");
     Check(subscription->Start(), "Start");
 
-    // The operator. What several commands of one cycle would do, the last one does: so each waits for the one before.
+    // The operator. Of several commands in one cycle only the last is delivered, so each waits for the one before.
     for (const char16_t* const command : {u"Start", u"Stop"}) {
         Check(service->WriteNode(u"\\Commands\\ManagedObjectsDataCollectionCommand\\Plant\\Line1\\Order",
                                  {{u"Command", command}}),

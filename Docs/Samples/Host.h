@@ -1,4 +1,4 @@
-// What a host does, in a few lines: it loads the module, creates objects of its classes, and unloads it.
+// A minimal host: loads the module, creates objects of its classes, and unloads it.
 #pragma once
 
 #include <dlfcn.h>
@@ -11,7 +11,7 @@
 #include "Harbor/ComponentsModule.h"
 #include "Harbor/Configurable.h"
 
-// Every call gives a code; a negative one is a failure.
+// Throws if `code`, the result of `call`, is a failure. Negative codes are failures.
 inline void Check(Harbor::HRESULT code, const std::string& call) {
     if (Harbor::Failed(code)) throw std::runtime_error(call + " failed: " + std::to_string(code));
 }
@@ -30,12 +30,12 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
     ~Host() {
-        std::int32_t isLocked = 1;  // as long as an object of the module lives
+        std::int32_t isLocked = 1;  // while an object of the module is alive
         module_->IsModuleLocked(&isLocked);
         if (isLocked == 0) dlclose(library_);
     }
 
-    // An object of the class, seen through the interface I.
+    // Creates an object of the class and returns its interface I.
     template <class I>
     Harbor::ComponentPtr<I> Create(const Harbor::GUID& classId) const {
         void* object = nullptr;
@@ -48,7 +48,7 @@ private:
     Harbor::IComponentsModule* module_ = nullptr;
 };
 
-// The manager's worker looks every so many milliseconds what is due.
+// Configures the manager. Its worker checks every `pollingMilliseconds` what is due.
 template <class Manager>
 void Configure(const Harbor::ComponentPtr<Manager>& manager, std::uint32_t pollingMilliseconds) {
     AcnHandle node = nullptr;

@@ -1,4 +1,4 @@
-// A listener that does what it was given to do.
+// A listener that calls a function.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,8 @@
 
 class Listener final : public DataCollection::ActionManagement::IActionListener {
 public:
-    // Called with the name of the action, on the manager's worker thread: be quick, and let no exception out.
+    // `onAction` is called with the name of the action, on the manager's worker thread. It must return quickly and must
+    // not throw.
     explicit Listener(std::function<void(const std::u16string& action)> onAction) : onAction_(std::move(onAction)) {}
 
     Harbor::HRESULT OnActionTriggered(DataCollection::ActionManagement::IActionSubscription*,
@@ -20,11 +21,11 @@ public:
         return Harbor::S_OK;
     }
 
-    // Objects count who holds them. This one belongs to the function that made it, which outlives its subscription, so
-    // nothing happens at 0.
+    // This object belongs to the function that created it and lives longer than its subscription, so nothing happens at
+    // 0.
     std::uint32_t AddRef() override { return ++holders_; }
     std::uint32_t Release() override { return --holders_; }
-    // It has the base of all interfaces and no other that could be asked for.
+    // IActionListener has no id, so only the base of all interfaces can be queried.
     Harbor::HRESULT QueryInterface(const Harbor::GUID* iid, void** result) override {
         if (iid == nullptr || result == nullptr) return Harbor::E_INVALIDARG;
         if (!(*iid == IComponentUnknown::Id)) return Harbor::E_NOINTERFACE;

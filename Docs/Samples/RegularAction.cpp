@@ -37,7 +37,7 @@ int main(int, char** argv) try {
     calls.wait();
     Check(subscription->Unsubscribe(), "Unsubscribe");
     subscription.Reset();
-    manager.Reset();  // the last reference: after it no call runs or comes
+    manager.Reset();  // the last reference: after this no call runs or comes
     return 0;
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "%s\n", failure.what());

@@ -1,4 +1,4 @@
-// Asks whether a change of the configuration must trigger a run.
+// Asks whether a change of the configuration requires a run.
 //
 //     TriggerStrategy /path/to/OrvActionManager.so
 #include <cstdio>
@@ -8,7 +8,8 @@
 #include "Host.h"
 #include "NodeFabric/Authoring.h"
 
-// A configuration: a root with a child "ScopeItems", which has a child for each thing that is collected.
+// Returns a configuration: a root with a child "ScopeItems", which has a child for each thing that is collected. The
+// caller closes the handle.
 AcnHandle MakeConfiguration(std::initializer_list<const char16_t*> items) {
     AcnHandle root = nullptr, scope = nullptr;
     Check(AcnCreateNode(u"Configuration", nullptr, &root), "AcnCreateNode");
@@ -18,7 +19,7 @@ AcnHandle MakeConfiguration(std::initializer_list<const char16_t*> items) {
         AcnHandle item = nullptr;
         Check(AcnCreateNode(name, nullptr, &item), "AcnCreateNode");
         Check(AcnAppendChild(scope, item), "AcnAppendChild");
-        AcnCloseNodeHandle(item);  // the tree holds it
+        AcnCloseNodeHandle(item);  // the tree keeps the node
     }
     AcnCloseNodeHandle(scope);
     return root;
@@ -31,14 +32,14 @@ int main(int, char** argv) try {
     AcnHandle same = MakeConfiguration({u"Boiler", u"Pump"});
     AcnHandle after = MakeConfiguration({u"Boiler", u"Pump", u"Valve"});
 
-    // S_OK says yes, S_FALSE says no; anything negative is a failure.
-    const auto tell = [&](const char* what, AcnHandle newConfig) {
+    // S_OK means yes, S_FALSE no; a negative code is a failure.
+    const auto print = [&](const char* what, AcnHandle newConfig) {
         const Harbor::HRESULT answer = strategy->OnConfigurationUpdate(before, newConfig);
         Check(answer, "OnConfigurationUpdate");
         std::printf("%s: %s\n", what, answer == Harbor::S_OK ? "run" : "no run");
     };
-    tell("nothing changed", same);
-    tell("a valve was added", after);
+    print("nothing changed", same);
+    print("a valve was added", after);
 
     for (AcnHandle tree : {before, same, after}) AcnCloseNodeHandle(tree);
     return 0;
