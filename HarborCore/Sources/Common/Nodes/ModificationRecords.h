@@ -9,12 +9,19 @@
 
 namespace Harbor {
 
-// The filter of a watch.
+// Which nodes a watch covers, as the attribute IsParent of its filter says.
+enum class WatchedNodes {
+    PathAndBelow,  // IsParent is false: the node at the path and the nodes below it
+    BelowPath      // IsParent is true: only the nodes below the path
+};
+
+// The filter of a watch. Failures of the store are thrown as HRX.
 class FilterByPathNode : public ACNode {
 public:
-    FilterByPathNode(const TextRef& path, bool isParent, std::int64_t maxDepth);
+    // `maxDepth` counts the levels below the path that are watched. WatchFilter::EveryLevel means all of them.
+    FilterByPathNode(const TextRef& path, WatchedNodes nodes, std::int64_t maxDepth);
 
-    void SetPath(const TextRef& path, bool isParent);
+    void SetPath(const TextRef& path, WatchedNodes nodes);
     void SetMaxDepth(std::int64_t depth);
 };
 
