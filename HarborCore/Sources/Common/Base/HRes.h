@@ -18,6 +18,8 @@
 
 #include <array>
 #include <concepts>
+#include <new>
+#include <utility>
 
 #include "Common/Base/WideStream.h"
 #include "Harbor/ComponentPtr.h"
@@ -132,6 +134,16 @@ PLATFORM_FORCEINLINE void ThrowLastErrorIfFalse(bool result) {
 // A system code other than 0 is thrown as HRX.
 PLATFORM_FORCEINLINE void ThrowIfWin32Error(std::uint32_t error) {
     const HRES checked = HRES::FromWin32(error);
+}
+
+// Calls `body` and returns its result. A std::bad_alloc that leaves it is thrown as HRX with E_OUTOFMEMORY.
+template <class Body>
+PLATFORM_FORCEINLINE decltype(auto) ThrowIfOutOfMemory(Body&& body) {
+    try {
+        return std::forward<Body>(body)();
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
 }
 
 // The object behind `pointer` by another interface. A failure of QueryTo is thrown as HRX.

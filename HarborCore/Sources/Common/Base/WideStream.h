@@ -35,9 +35,9 @@ public:
     template <std::integral T>
     WideStream& operator<<(T value) {
         if constexpr (std::signed_integral<T>) {
-            if (base_ == 10) return AppendNumber(Magnitude(value), value < 0);
+            if (base_ == 10) return AppendDecimal(value);
         }
-        return AppendNumber(static_cast<std::make_unsigned_t<T>>(value), false);
+        return AppendNumber(static_cast<std::make_unsigned_t<T>>(value));
     }
 
     // 16 upper-case hexadecimal digits, whatever the base.
@@ -52,10 +52,8 @@ public:
 private:
     static constexpr std::size_t UsualLength = 200;  // of a line, so that most need one piece of memory
 
-    static std::uint64_t Magnitude(std::int64_t value) noexcept {
-        return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
-    }
-    WideStream& AppendNumber(std::uint64_t magnitude, bool negative);
+    WideStream& AppendDecimal(std::int64_t value);  // with its sign
+    WideStream& AppendNumber(std::uint64_t value);  // in the stream's base
 
     WideString text_;
     unsigned base_ = 10;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Common/Base/Format.h"
+#include "Common/Base/SingletonHolder.h"
 #include "Common/Logging/Log.h"
 #include "Common/Settings/SettingsStore.h"
 #include "Platform/Process.h"
@@ -13,6 +14,8 @@ namespace {
 constexpr WideChar Section[] = u"Debug";
 constexpr WideChar EnableKey[] = u"EnableAliveObjectsTracking";
 constexpr WideChar FramesToSkipKey[] = u"AliveObjectsTrackingFramesToSkip";
+
+constinit SingletonHolder<DbgAliveObjectsTracker> Holder;
 
 template <class Frames>
 WideString FormatFrames(const Frames& frames) {
@@ -25,8 +28,7 @@ WideString FormatFrames(const Frames& frames) {
 }  // namespace
 
 DbgAliveObjectsTracker& DbgAliveObjectsTracker::Instance() {
-    static DbgAliveObjectsTracker instance;
-    return instance;
+    return Holder.Get();
 }
 
 DbgAliveObjectsTracker::DbgAliveObjectsTracker() {

@@ -39,6 +39,8 @@ private:
         const char* tag = nullptr;
     };
 
+    template <class T>
+    friend class SingletonHolder;
     DbgAliveObjectsTracker();
     ~DbgAliveObjectsTracker();
 

@@ -8,7 +8,4 @@ namespace Harbor {
 // The text of a code, without full stop or line break at its end; "<no description>" if nobody knows it. Any thread.
 WideString DescribeError(std::uint32_t code);
 
-// Builds the memory of texts. Called at load, so that its end at unload comes after that of what is built later.
-void InitializeErrorTexts();
-
 }  // namespace Harbor

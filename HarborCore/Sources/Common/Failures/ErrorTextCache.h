@@ -18,12 +18,15 @@ public:
     bool Lookup(std::uint32_t code, WideString& text) const;
     void Store(std::uint32_t code, const WideString& text);
 
-    ErrorTextCache() noexcept = default;
     ErrorTextCache(const ErrorTextCache&) = delete;
     ErrorTextCache& operator=(const ErrorTextCache&) = delete;
-    ~ErrorTextCache();
 
 private:
+    template <class T>
+    friend class SingletonHolder;
+    ErrorTextCache() noexcept = default;
+    ~ErrorTextCache();
+
     std::atomic<bool> alive_{true};
     mutable ReaderWriterLock lock_;
     std::map<std::uint32_t, WideString> texts_;  // guarded by lock_

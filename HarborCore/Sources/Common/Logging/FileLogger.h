@@ -3,20 +3,12 @@
 #pragma once
 
 #include <array>
-#include <memory>
 
 #include "Common/Base/Guards.h"
+#include "Common/Base/OwnedHandle.h"
 #include "Common/Logging/LogManager.h"
-#include "Platform/Files.h"
 
 namespace Harbor {
-
-// Closes a platform handle at its end.
-struct HandleCloser {
-    using pointer = Platform::HANDLE;
-    void operator()(Platform::HANDLE handle) const noexcept { Platform::CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<Platform::HANDLE, HandleCloser>;
 
 class FileLogger final : public ILogger {
 public:
@@ -32,8 +24,8 @@ public:
 private:
     using FileId = std::array<Platform::DWORD, 3>;  // volume serial number, file index high, file index low
 
-    FileHandle GetHandle();
-    FileHandle OpenLogFile();
+    SystemHandle GetHandle();
+    SystemHandle OpenLogFile();
     bool IsTooBig(Platform::HANDLE file, std::uint32_t threshold, const WideString& path, Platform::DWORD& error);
     void WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error);
 
@@ -43,7 +35,7 @@ private:
 
     CriticalSection lock_;            // guards all below; not held for the write of a line
     std::uint32_t lastOpenTick_ = 0;  // 0: never
-    FileHandle cachedFile_;
+    SystemHandle cachedFile_;
     FileId lastFileId_{};  // of the file that received the last banner
     bool tooBigReported_ = false;
 };

@@ -71,11 +71,8 @@ void FunctionTrace::WriteExit(std::int64_t endCounter) {
 
 std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
                                                  const SourcePlace& place) {
-    try {
-        return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    return ThrowIfOutOfMemory(
+        [&] { return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place); });
 }
 
 std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept {

@@ -1,7 +1,7 @@
 // While it lives, the calling thread works under the process's own identity.
 #pragma once
 
-#include "Platform/Types.h"
+#include "Common/Base/OwnedHandle.h"
 
 namespace Harbor {
 
@@ -15,7 +15,7 @@ public:
     ~ImpersonationRevertGuard();
 
 private:
-    Platform::HANDLE token_ = nullptr;  // null: nothing is to be restored
+    SystemHandle token_;  // empty: there is nothing to restore
 };
 
 }  // namespace Harbor

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Common/Base/FileTime.h"
 #include "Platform/Process.h"
 
 namespace Harbor {
@@ -12,6 +13,7 @@ constexpr std::size_t SourceColumnWidth = 30;  // name and line number, without 
 constexpr std::size_t LeastLineNumberWidth = 4;
 constexpr std::int32_t DeepestIndentation = 30;
 constexpr std::size_t SeverityWidth = 4;
+constexpr std::uint64_t TicksPerMillisecond = 10000;
 constexpr std::size_t HeadRoom = 160;  // more than the head of any line
 
 // Appends at the end of a text that has room enough.
@@ -59,7 +61,6 @@ void PutTime(LineWriter& line, const Platform::FILETIME& time) noexcept {
     Platform::SYSTEMTIME fields{};
     Platform::FileTimeToLocalFileTime(&time, &local);
     Platform::FileTimeToSystemTime(&local, &fields);
-    const std::uint64_t ticks = (std::uint64_t{local.dwHighDateTime} << 32) | local.dwLowDateTime;
     line.PutRightAligned(fields.wYear, 4, u'0');
     line.Put(u"-");
     line.PutDigits(fields.wMonth, 2);
@@ -73,7 +74,7 @@ void PutTime(LineWriter& line, const Platform::FILETIME& time) noexcept {
     line.PutDigits(fields.wSecond, 2);
     line.Put(u".");
     line.PutDigits(fields.wMilliseconds, 3);
-    line.PutDigits(static_cast<std::uint32_t>(ticks % 10000), 4);
+    line.PutDigits(static_cast<std::uint32_t>(TicksOf(local) % TicksPerMillisecond), 4);
 }
 
 void PutSource(LineWriter& line, const SourcePlace& place) noexcept {

@@ -1,7 +1,5 @@
 #include "Common/Logging/LogManager.h"
 
-#include <new>
-
 #include "Common/Base/HRes.h"
 #include "Common/Base/SingletonHolder.h"
 #include "Common/Logging/DebugOutput.h"
@@ -96,19 +94,11 @@ WideString BuildLogText(const LogOperands& operands) {
 }
 
 void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
-    try {
-        LogManager::Instance().Write(severity, text, place);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, text, place); });
 }
 
 void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, const SourcePlace& place) {
-    try {
-        LogManager::Instance().Write(severity, BuildLogText(operands), place);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, BuildLogText(operands), place); });
 }
 
 }  // namespace Harbor

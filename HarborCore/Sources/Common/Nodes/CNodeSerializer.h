@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "Common/Base/OwnedHandle.h"
 #include "Common/Nodes/ACNode.h"
 
 namespace Harbor {
@@ -17,7 +18,6 @@ public:
     CNodeSerializer(std::int32_t type, std::uint32_t flags, std::string& out);
     CNodeSerializer(const CNodeSerializer&) = delete;
     CNodeSerializer& operator=(const CNodeSerializer&) = delete;
-    ~CNodeSerializer();
 
     void SerializeNodes(const AcnHandle* nodes, std::uint32_t count, std::uint32_t depth);
     void Finalize();
@@ -26,7 +26,7 @@ private:
     static HRESULT OnBlock(const void* data, std::uint32_t length, void* user);
 
     const std::function<void(const void* data, std::uint32_t length)> sink_;
-    AcnContext context_ = nullptr;
+    OwnedHandle<AcnContext, &AcnCloseSerializationContext> context_;
 };
 
 // The store's text of nodes down to a depth, in UTF-8.

@@ -17,7 +17,7 @@ constexpr std::u16string_view Blanks = u" \r\n\t";
 constinit SingletonHolder<HiddenNodeAttrs> Holder;
 
 // Only a setting that surely isn't there means that there are no rules.
-WideString RequireSetting() {
+WideString ReadSettingOrThrow() {
     WideString setting;
     if (const HRESULT code = GetSetting(Section, SettingKey, setting); code != NOT_FOUND) ThrowIfFailed(code);
     return setting;
@@ -57,7 +57,7 @@ const HiddenNodeAttrs& HiddenNodeAttrs::Instance() {
     return Holder.Get();
 }
 
-HiddenNodeAttrs::HiddenNodeAttrs() : HiddenNodeAttrs(ParseRules(RequireSetting())) {}
+HiddenNodeAttrs::HiddenNodeAttrs() : HiddenNodeAttrs(ParseRules(ReadSettingOrThrow())) {}
 
 HiddenNodeAttrs::HiddenNodeAttrs(Rules rules) : rules_(std::move(rules)) {}
 
@@ -74,7 +74,7 @@ HiddenNodeAttrs::Rules HiddenNodeAttrs::ParseRules(std::u16string_view setting) 
 
 std::vector<const WideChar*> HiddenNodeAttrs::HiddenAttributesOf(const ACNode& node) const {
     std::vector<const WideChar*> hidden;
-    for (const WideString& type : {node.RequireType(), WideString(EveryType)}) {
+    for (const WideString& type : {node.GetTypeOrThrow(), WideString(EveryType)}) {
         const auto rule = rules_.find(type);
         if (rule == rules_.end()) continue;
         for (const WideString& name : rule->second) {

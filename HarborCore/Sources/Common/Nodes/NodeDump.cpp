@@ -45,7 +45,8 @@ WideString ToWide(std::string_view utf8) {
 
 }  // namespace
 
-ACNodeLogView::ACNodeLogView(const ACNode& source, bool deep) : depth(deep ? AcnWholeTree : 0) {
+ACNodeLogView::ACNodeLogView(const ACNode& source, DumpDepth dumpDepth)
+    : depth(dumpDepth == DumpDepth::WholeTree ? AcnWholeTree : 0) {
     if (source) node = HiddenNodeAttrs::Instance().Mask(source, depth);
 }
 
@@ -57,7 +58,7 @@ WideString DumpNode(const ACNodeLogView& view) {
 }
 
 WideStream& operator<<(WideStream& stream, const ACNode& node) {
-    return stream << DumpNode(ACNodeLogView(node, true));
+    return stream << DumpNode(ACNodeLogView(node, DumpDepth::WholeTree));
 }
 
 }  // namespace Harbor

@@ -11,10 +11,13 @@
 
 namespace Harbor {
 
-// What a log statement prints: the node, or a masked clone, down to a depth.
+// How much of a tree a dump shows.
+enum class DumpDepth { NodeOnly, WholeTree };
+
+// What a log statement prints: the node or a masked clone, and the number of levels to print below it.
 struct ACNodeLogView {
-    // `deep` means the whole subtree, otherwise the node alone. The node is borrowed.
-    ACNodeLogView(const ACNode& source, bool deep);
+    // Masks `source`. Failures of the store, and a setting of hidden attributes that cannot be used, are thrown as HRX.
+    ACNodeLogView(const ACNode& source, DumpDepth dumpDepth);
 
     ACNode node;
     std::uint32_t depth;

@@ -23,7 +23,7 @@ std::size_t CommonPrefix(std::u16string_view own, std::u16string_view path) noex
     return StandsAtElementEnd(own, at) && StandsAtElementEnd(path, at) ? at : prefix;
 }
 
-std::u16string_view Behind(std::u16string_view path, std::size_t prefix) noexcept {
+std::u16string_view After(std::u16string_view path, std::size_t prefix) noexcept {
     path.remove_prefix(std::min(prefix, path.size()));
     if (path.starts_with(Separator)) path.remove_prefix(1);
     return path;
@@ -34,9 +34,9 @@ std::u16string_view Behind(std::u16string_view path, std::size_t prefix) noexcep
 NodePathWalk WalkBetween(std::u16string_view own, std::u16string_view path) noexcept {
     const std::size_t prefix = CommonPrefix(own, path);
     if (prefix < ShortestPrefix) return {};
-    const std::u16string_view up = Behind(own, prefix);
+    const std::u16string_view up = After(own, prefix);
     const auto separators = static_cast<std::size_t>(std::count(up.begin(), up.end(), Separator));
-    return {true, separators + (up.empty() ? 0 : 1), Behind(path, prefix)};
+    return {.exists = true, .levelsUp = separators + (up.empty() ? 0 : 1), .down = After(path, prefix)};
 }
 
 }  // namespace Harbor

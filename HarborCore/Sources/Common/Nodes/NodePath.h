@@ -19,7 +19,7 @@ struct NodePathWalk {
 // A path without a leading backslash only goes down, and doesn't ask for the own path.
 template <class OwnPath>
 [[nodiscard]] NodePathWalk WalkTo(std::u16string_view path, OwnPath ownPath) {
-    if (!path.starts_with(u'\\')) return {true, 0, path};
+    if (!path.starts_with(u'\\')) return {.exists = true, .levelsUp = 0, .down = path};
     return WalkBetween(ownPath(), path);
 }
 

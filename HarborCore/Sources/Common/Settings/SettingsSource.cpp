@@ -63,12 +63,12 @@ HRESULT ReadIniKey(const WideChar* section, const WideChar* key, const WideStrin
 std::vector<WideString> IniFiles() {
     const Platform::HMODULE own = OwnModule();
     const WideString exeDirectory = ModuleDirectory(nullptr);
-    std::vector<WideString> files{exeDirectory + ModuleName(nullptr, true) + u".ini"};
+    std::vector<WideString> files{exeDirectory + ModuleName(nullptr, Extension::Strip) + u".ini"};
     const bool isMain = IsMainModule(own);
-    if (!isMain) files.push_back(exeDirectory + ModuleName(own, true) + u".ini");
+    if (!isMain) files.push_back(exeDirectory + ModuleName(own, Extension::Strip) + u".ini");
     files.push_back(exeDirectory + GlobalIniName);
     if (const WideString directory = ModuleDirectory(own); !isMain && directory != exeDirectory) {
-        files.push_back(directory + ModuleName(own, true) + u".ini");
+        files.push_back(directory + ModuleName(own, Extension::Strip) + u".ini");
         files.push_back(directory + GlobalIniName);
     }
     return files;

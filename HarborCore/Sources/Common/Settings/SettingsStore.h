@@ -36,22 +36,24 @@ private:
     std::vector<ISettingsSource*> sources_;  // guarded by lock_
 };
 
-// A source that adds itself to a store, and takes itself out again at its end if it is asked to.
+// Whether a source removes itself from its store when it ends. The sources of this module stay: they end with the
+// store.
+enum class AtEnd { StayRegistered, Remove };
+
+// A source that adds itself to a store.
 template <class Source>
 class RegisteredSource : public Source {
 public:
-    RegisteredSource(SettingsStore& store, bool removeAtEnd) : store_(store), removeAtEnd_(removeAtEnd) {
-        store_.AddSource(*this);
-    }
+    RegisteredSource(SettingsStore& store, AtEnd atEnd) : store_(store), atEnd_(atEnd) { store_.AddSource(*this); }
     RegisteredSource(const RegisteredSource&) = delete;
     RegisteredSource& operator=(const RegisteredSource&) = delete;
     ~RegisteredSource() override {
-        if (removeAtEnd_) store_.RemoveSource(*this);
+        if (atEnd_ == AtEnd::Remove) store_.RemoveSource(*this);
     }
 
 private:
     SettingsStore& store_;
-    const bool removeAtEnd_;
+    const AtEnd atEnd_;
 };
 
 // Reading one setting. S_OK means that `value` is set.
