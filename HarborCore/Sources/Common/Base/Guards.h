@@ -1,4 +1,4 @@
-// Scope guards over the locks of the standard library, under the names of what they stand for.
+// Scope guards over the locks.
 #pragma once
 
 #include <mutex>

@@ -26,9 +26,9 @@ constexpr std::u16string_view ListSeparators = u",|;";
 constexpr std::u16string_view TextEnd = u" .\r\n";
 constexpr WideChar NoDescription[] = u"<no description>";
 
-// The codes that interfaces define for themselves: facility 4, from 0x200 on.
+// The range of the codes that each interface defines for itself: facility 4, from 0x200 on.
 constexpr std::uint32_t FirstInterfaceCode = 0x80040200;
-constexpr std::uint32_t BehindInterfaceCodes = 0x80050000;
+constexpr std::uint32_t EndOfInterfaceCodes = 0x80050000;
 constexpr std::uint32_t FacilityWin32 = 7;
 
 using ModuleHandle = OwnedHandle<Platform::HMODULE, &Platform::FreeLibrary>;
@@ -50,8 +50,8 @@ std::optional<WideString> AskSystem(std::uint32_t code) {
     return AskSource(Platform::FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code);
 }
 
-// Set on a thread that is loading message modules. What it has to describe meanwhile, a load failure above all, gets
-// the words of the system alone, since the lists aren't there yet.
+// True on a thread that is loading message modules. Codes that it describes during that time, such as that of a failed
+// load, are described only by the system, since the lists of modules do not exist yet.
 thread_local bool LoadingModules = false;
 
 class LoadingModulesScope {
@@ -62,10 +62,10 @@ public:
     ~LoadingModulesScope() { LoadingModules = false; }
 };
 
-// The files that carry texts for codes. Loaded when the first code needs them.
+// The files that contain the texts of codes. They are loaded when the first code needs them.
 class ErrorMessageModules {
 public:
-    using List = std::array<ModuleHandle, 5>;  // filled from the first; null ends it
+    using List = std::array<ModuleHandle, 5>;  // filled from the front; an empty handle ends it
 
     static ErrorMessageModules& Instance();
 
@@ -86,7 +86,7 @@ private:
     template <class T>
     friend class Harbor::SingletonHolder;
 
-    // Where a file is searched whose name has no directory.
+    // Where a file is searched if its name has no directory.
     enum class BareNames { BesideThisModule, BySystemSearch };
 
     ErrorMessageModules() {
@@ -103,7 +103,7 @@ private:
         }
     }
 
-    // What the log can't take is lost: it is no reason to leave out the modules behind.
+    // A line that cannot be logged is lost, so that the remaining modules are still loaded.
     static void Load(List& list, const WideString& names, BareNames bareNames) {
         std::size_t count = 0;
         for (const std::u16string_view item : Split(names, ListSeparators)) {
@@ -134,7 +134,7 @@ ErrorMessageModules& ErrorMessageModules::Instance() {
 }
 
 std::optional<WideString> AskMessageModules(std::uint32_t code) {
-    if (LoadingModules || code < FirstInterfaceCode || code >= BehindInterfaceCodes) return std::nullopt;
+    if (LoadingModules || code < FirstInterfaceCode || code >= EndOfInterfaceCodes) return std::nullopt;
     return ErrorMessageModules::Ask(ErrorMessageModules::Instance().MessageModules(), code);
 }
 
@@ -164,7 +164,7 @@ WideString DescribeError(std::uint32_t code) {
     if (cache.Lookup(code, text)) return text;
     const auto found = AskAllSources(code);
     text = found ? WideString(TrimEnd(*found, TextEnd)) : WideString(NoDescription);
-    // A search that had to leave the modules out is no answer for good.
+    // A text that was found without the modules must not be kept: the modules may have a better one.
     if (!LoadingModules) cache.Store(code, text);
     return text;
 }

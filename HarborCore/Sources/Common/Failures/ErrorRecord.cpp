@@ -23,7 +23,8 @@ WideString DescriptionOf(Platform::IErrorInfo& errorInfo) {
     return Failed(code) ? WideString() : WideString(text, Platform::SysStringLen(text));
 }
 
-// Takes over what the error object says, an own one's text in its parts and a foreign one's as it stands.
+// Stores the description of the error object in the record. A description that this framework wrote is parsed; any
+// other one is stored unchanged.
 void ReadErrorInfo(Platform::IErrorInfo& errorInfo, ErrorRecord& record) {
     WideString description = DescriptionOf(errorInfo);
     if (description.empty()) return;
@@ -64,7 +65,7 @@ ErrorRecord ErrorRecord::Of(const HRES& failure) {
     ErrorRecord record;
     record.code = code;
     if (failure.ErrorInfo()) ReadErrorInfo(*failure.ErrorInfo().Get(), record);
-    if (record.code != code) record = {};  // the words belong to some other failure
+    if (record.code != code) record = {};  // the error object describes another failure
     record.code = code;
     if (record.description.empty()) record.description = DescribeError(code);
     AppendFrames(failure.CodeAddresses(), record.details);
@@ -105,7 +106,7 @@ HRESULT HRES::PublishErrorInfo() const {
     try {
         object = MakeErrorInfo(ToText());
     } catch (...) {
-        // The caller gets the code without words rather than an exception in place of the code.
+        // The caller must receive the code, not another exception; it receives the code without a text.
     }
     Platform::SetErrorInfo(0, object.Get());
     return code_;

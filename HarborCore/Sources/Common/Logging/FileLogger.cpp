@@ -76,7 +76,7 @@ SystemHandle FileLogger::GetHandle() {
         return OpenLogFile();
     }
     if (const std::uint32_t now = Platform::GetTickCount(); lastOpenTick_ == 0 || now - lastOpenTick_ >= keepOpen) {
-        // Noted before the open, so that a failing one is tried again only after the interval.
+        // Stored before the open, so that a failed open is tried again only after the interval.
         lastOpenTick_ = now;
         cachedFile_.reset();
         cachedFile_ = OpenLogFile();
@@ -158,7 +158,7 @@ WideString MakeLogBanner(const WideChar* moduleDescription, const ModuleVersion&
 }
 
 FileLogger& GetFileLogger(const WideString& fileName, const WideString& banner) {
-    // The manager must outlive the logger.
+    // Creates the manager first, so that it outlives the logger.
     LogManager::Instance();
     static FileLogger logger(fileName, banner);
     static LogRegistration registration(logger);

@@ -1,4 +1,5 @@
-// While it lives, the calling thread works under the process's own identity.
+// While it lives, the calling thread has the identity of the process instead of one that it impersonates. It must end
+// on the thread that made it.
 #pragma once
 
 #include "Common/Base/OwnedHandle.h"
@@ -7,11 +8,12 @@ namespace Harbor {
 
 class ImpersonationRevertGuard {
 public:
-    // Inactive it does nothing at all.
+    // Does nothing if `active` is false. Failures are reported on the debugger's output.
     explicit ImpersonationRevertGuard(bool active);
     ImpersonationRevertGuard(const ImpersonationRevertGuard&) = delete;
     ImpersonationRevertGuard& operator=(const ImpersonationRevertGuard&) = delete;
-    // An identity that can't be restored ends the process: the thread must not go on with rights that aren't its own.
+    // Restores the thread's identity. If that fails, the process is aborted: the thread must not continue with the
+    // rights of the process.
     ~ImpersonationRevertGuard();
 
 private:

@@ -14,9 +14,9 @@ constexpr std::size_t LeastLineNumberWidth = 4;
 constexpr std::int32_t DeepestIndentation = 30;
 constexpr std::size_t SeverityWidth = 4;
 constexpr std::uint64_t TicksPerMillisecond = 10000;
-constexpr std::size_t HeadRoom = 160;  // more than the head of any line
+constexpr std::size_t HeadRoom = 160;  // at least the length of a line without its message
 
-// Appends at the end of a text that has room enough.
+// Writes into a buffer that is large enough.
 class LineWriter {
 public:
     explicit LineWriter(WideChar* at) noexcept : at_(at) {}
@@ -24,12 +24,12 @@ public:
     void Put(std::u16string_view text) noexcept { at_ = std::copy(text.begin(), text.end(), at_); }
     void Fill(WideChar c, std::size_t count) noexcept { at_ = std::fill_n(at_, count, c); }
 
-    // A number that has no more than `width` digits.
+    // `number` must have at most `width` digits.
     void PutDigits(std::uint32_t number, std::size_t width) noexcept {
         for (std::size_t i = width; i > 0; --i, number /= 10) at_[i - 1] = static_cast<WideChar>(u'0' + number % 10);
         at_ += width;
     }
-    // The width is the least one: a longer number is not cut.
+    // `width` is a minimum: a longer number is not cut.
     void PutRightAligned(std::uint32_t number, std::size_t width, WideChar padding = u' ') noexcept {
         const std::u16string_view digits = Digits(number);
         Fill(padding, width - std::min(width, digits.size()));

@@ -16,8 +16,8 @@ namespace Harbor {
 inline constexpr std::uint32_t MeasureText = 0xFFFFFFFF;  // a length: up to the terminator
 
 // Flags of FindByPath.
-inline constexpr std::uint32_t NotAboveThisNode = 1;
-inline constexpr std::uint32_t MustBeFound = 2;
+inline constexpr std::uint32_t NotAboveThisNode = 1;  // find only this node and the nodes below it
+inline constexpr std::uint32_t MustBeFound = 2;       // throw NOT_FOUND instead of returning an empty ACNode
 
 class ACNode {
 public:

@@ -19,7 +19,7 @@ void TrimEndOf(std::string_view& text, std::string_view set) noexcept {
     text = text.substr(0, text.find_last_not_of(set) + 1);
 }
 
-// The store's text without its outer element.
+// Returns the store's text without its outer element.
 std::string_view WithoutMarkers(std::string_view text) noexcept {
     TrimEndOf(text, Blanks);
     std::size_t start = 0;

@@ -1,9 +1,9 @@
-// A node as text for the log, hidden attributes masked:
+// Prints a node as text for the log, with hidden attributes masked:
 //
 //     ACNode[0x00007F0012345678]:
 //     <node name="Start" ...>
 //
-// Dumps run on the thread of the log statement, and only when its severity is enabled.
+// A dump is made on the thread of the log statement, and only if its severity is enabled.
 #pragma once
 
 #include "Common/Base/WideStream.h"
@@ -23,7 +23,7 @@ struct ACNodeLogView {
     std::uint32_t depth;
 };
 
-// "ACNode[<null>]" for an empty node. Failures of the store are thrown as HRX.
+// Returns "ACNode[<null>]" for an empty node. Failures of the store are thrown as HRX.
 [[nodiscard]] WideString DumpNode(const ACNodeLogView& view);
 
 // Inserts the dump of the whole subtree.

@@ -8,19 +8,19 @@ namespace {
 constexpr WideChar Separator = u'\\';
 constexpr std::size_t ShortestPrefix = 2;  // a backslash and one character
 
-bool StandsAtElementEnd(std::u16string_view path, std::size_t at) noexcept {
+bool IsElementEnd(std::u16string_view path, std::size_t at) noexcept {
     return at >= path.size() || path[at] == Separator;
 }
 
-// Where what the two paths have in common ends: at the last backslash seen in common, or at the first difference if
-// both stand at the end of an element there.
+// Returns the length of the common prefix of the two paths. It ends at the first difference if an element ends there in
+// both paths, otherwise at the last backslash before it.
 std::size_t CommonPrefix(std::u16string_view own, std::u16string_view path) noexcept {
     std::size_t prefix = 0;
     std::size_t at = 1;
     for (; at < own.size() && at < path.size() && own[at] == path[at]; ++at) {
         if (own[at] == Separator) prefix = at;
     }
-    return StandsAtElementEnd(own, at) && StandsAtElementEnd(path, at) ? at : prefix;
+    return IsElementEnd(own, at) && IsElementEnd(path, at) ? at : prefix;
 }
 
 std::u16string_view After(std::u16string_view path, std::size_t prefix) noexcept {
