@@ -72,7 +72,7 @@ BENCHMARK(DumpToText)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kM
 
 // As a log statement inserts it, in 16-bit text.
 void DumpForLog(benchmark::State& state) {
-    MeasureDump(state, [](const ACNode& tree) { return DumpNode(ACNodeLogView(tree, true)); });
+    MeasureDump(state, [](const ACNode& tree) { return DumpNode(ACNodeLogView(tree, DumpDepth::WholeTree)); });
 }
 BENCHMARK(DumpForLog)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 

@@ -11,7 +11,7 @@ namespace {
 
 // The dump without its heading, which names the handle.
 std::string Dump(const Harbor::ACNode& node) {
-    const std::string dump = Harbor::ToUtf8(Harbor::DumpNode({node, true}));
+    const std::string dump = Harbor::ToUtf8(Harbor::DumpNode({node, Harbor::DumpDepth::WholeTree}));
     return dump.substr(dump.find('\n'));
 }
 

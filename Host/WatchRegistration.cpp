@@ -7,8 +7,8 @@ namespace Host {
 using namespace DataCollection::ActionManagement;
 
 Harbor::WideString CommandPointPath(std::u16string_view parent, std::u16string_view leaf) {
-    Harbor::WideString path = u"\\Commands\\ManagedObjectsDataCollectionCommand\\";
-    return path.append(parent).append(u"\\").append(leaf);
+    Harbor::WideString path = CommandPointRoot;
+    return path.append(u"\\").append(parent).append(u"\\").append(leaf);
 }
 
 WatchRegistration::WatchRegistration(std::string label, ForcedActionConfig config, Report& report)

@@ -10,9 +10,6 @@ using namespace Harbor;
 
 namespace {
 
-constexpr WideChar ModifiedNodePathAttribute[] = u"ModifiedNodePath";
-constexpr WideChar ChangesMaskAttribute[] = u"ChangesMask";
-
 class NodeEnumerator : public ComponentRoot, public IACNodeEnumerator {
 public:
     static constexpr const char* Tag = "CComponentObject<class ConfigServer::NodeEnumerator>::CComponentObject";
@@ -65,8 +62,8 @@ ACNode MakeNotification(const ACNode& changed, const WideString& path, std::int6
     const WideString parentPath = path.substr(1, path.rfind(u'\\') - 1);
     ACNode notification;
     notification.Create(parentPath.c_str(), nullptr);
-    notification.SetText(ModifiedNodePathAttribute, path.c_str(), static_cast<std::uint32_t>(path.size()));
-    notification.SetInt64(ChangesMaskAttribute, changes);
+    notification.SetText(ChangeNotification::ModifiedNodePath, path.c_str(), static_cast<std::uint32_t>(path.size()));
+    notification.SetInt64(ChangeNotification::ChangesMask, changes);
     const ACNode snapshot = changed.Clone(AcnWholeTree, 0);
     ThrowIfFailed(AcnAppendChild(notification.Handle(), snapshot.Handle()));
     return notification;

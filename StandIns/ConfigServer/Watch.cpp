@@ -11,12 +11,6 @@ using namespace Harbor;
 
 namespace {
 
-constexpr WideChar NodePathAttribute[] = u"NodePath";
-constexpr WideChar IsParentAttribute[] = u"IsParent";
-constexpr WideChar MaxDepthAttribute[] = u"MaxDepth";
-constexpr WideChar ChangesMaskAttribute[] = u"ChangesMask";
-constexpr WideChar SubscribeOptionsAttribute[] = u"SubscribeOptions";
-
 constexpr WideChar Separator = u'\\';
 
 }  // namespace
@@ -28,12 +22,12 @@ bool IsNodePath(std::u16string_view path) noexcept {
 
 WatchScope::WatchScope(AcnHandle filterHandle, AcnHandle parametersHandle) {
     const ACNode filter = ACNode::Borrow(filterHandle);
-    path_ = filter.GetText(NodePathAttribute);
-    isParent_ = filter.GetInt64(IsParentAttribute) != 0;
-    maxDepth_ = filter.GetInt64(MaxDepthAttribute);
+    path_ = filter.GetText(WatchFilter::NodePath);
+    isParent_ = filter.GetInt64(WatchFilter::IsParent) != 0;
+    maxDepth_ = filter.GetInt64(WatchFilter::MaxDepth);
     const ACNode parameters = ACNode::Borrow(parametersHandle);
-    changesMask_ = parameters.GetInt64(ChangesMaskAttribute);
-    (void)parameters.GetInt64(SubscribeOptionsAttribute);
+    changesMask_ = parameters.GetInt64(WatchParameters::ChangesMask);
+    (void)parameters.GetInt64(WatchParameters::SubscribeOptions);
     if (!IsNodePath(path_) || maxDepth_ < 0) ThrowError(E_INVALIDARG);
 }
 

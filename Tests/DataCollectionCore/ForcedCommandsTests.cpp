@@ -68,7 +68,8 @@ TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
         CapturedLog log("DBG");
         std::string asked;
         service_.onAdd = [&](AcnHandle filter, AcnHandle parameters) {
-            asked = Narrow(DumpNode({ACNode::Borrow(filter), true}) + DumpNode({ACNode::Borrow(parameters), true}));
+            asked = Narrow(DumpNode({ACNode::Borrow(filter), DumpDepth::WholeTree}) +
+                           DumpNode({ACNode::Borrow(parameters), DumpDepth::WholeTree}));
         };
         const SubscriptionPtr subscription = SubscribeForced(listener_, withOptionBit0);
         EXPECT_TRUE(IsLike(asked, wanted + (withOptionBit0 ? "\"7\"*" : "\"6\"*"))) << asked;

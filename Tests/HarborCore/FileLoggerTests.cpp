@@ -140,8 +140,8 @@ TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
 
 TEST_F(LogFile, WaitsForAHolderThatSharesNothingInFourTries) {
     for (const int releasedAt : {3, 5}) {
-        FileHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
-                                                Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
+        SystemHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
+                                                  Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
         int sleeps = 0;
         Stage::OnSleep = [&] {
             if (++sleeps == releasedAt) holder.reset();

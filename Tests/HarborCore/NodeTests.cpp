@@ -129,7 +129,7 @@ TEST_F(Node, IsDumpedWithMaskedValuesAsTheRulesSay) {
         for (const bool deep : {true, false}) {
             SCOPED_TRACE(ToUtf8(rules) + (deep ? " deep" : " shallow"));
             const std::size_t expected = deep ? masked : maskedInRoot;
-            ACNodeLogView view(ACNode(), deep);
+            ACNodeLogView view(ACNode(), deep ? DumpDepth::WholeTree : DumpDepth::NodeOnly);
             view.node = HiddenNodeAttrs(HiddenNodeAttrs::ParseRules(rules)).Mask(tree.root, view.depth);
             const std::string text = ToUtf8(DumpNode(view));
             EXPECT_EQ(Count(text, "\"********\""), expected);

@@ -95,7 +95,7 @@ TEST_F(Settings, EndTheirSearchAtAnAbort) {
     SetKey("1");
     WideString value;
     {
-        RegisteredSource<FailingSource> source(SettingsStore::Instance(), true);
+        RegisteredSource<FailingSource> source(SettingsStore::Instance(), AtEnd::Remove);
         EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
         source.code = E_UNEXPECTED;
         EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
@@ -109,15 +109,15 @@ TEST_F(Settings, OfASectionStayAsTheyWereUntilTheirCacheIsClearedOrExpires) {
     Stage::Ticks = 0xFFFFFFF0;  // the clock wraps within the interval
     WideString text;
     std::uint32_t number = 0;
-    EXPECT_FALSE(section.GetString(u"Key", text, true));
+    EXPECT_FALSE(section.GetString(u"Key", text, UseCache::Yes));
     SetKey("1");
-    EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "texts and numbers share what is missing";
-    EXPECT_TRUE(section.GetNumber(u"Key", number, false));
-    EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "an uncached read is not remembered";
+    EXPECT_FALSE(section.GetNumber(u"Key", number, UseCache::Yes)) << "texts and numbers share what is missing";
+    EXPECT_TRUE(section.GetNumber(u"Key", number, UseCache::No));
+    EXPECT_FALSE(section.GetNumber(u"Key", number, UseCache::Yes)) << "an uncached read is not remembered";
     section.Clear();
     // What is read, what the setting then becomes, and how long after that it is read again.
     for (const auto& [expected, next, pause] : {std::tuple(1u, "3", 100u), {1u, "4", 1u}, {4u, "5", 0u}}) {
-        EXPECT_TRUE(section.GetString(u"Key", text, true) && section.GetNumber(u"Key", number, true));
+        EXPECT_TRUE(section.GetString(u"Key", text, UseCache::Yes) && section.GetNumber(u"Key", number, UseCache::Yes));
         EXPECT_EQ(number, expected);
         EXPECT_EQ(ToUtf8(text), std::to_string(expected));
         SetKey(next);

@@ -95,7 +95,7 @@ protected:
     }
 
     Subscription Add(Listener& listener, const WideString& path, std::int64_t maxDepth = EveryLevel) {
-        const FilterByPathNode filter(path, false, maxDepth);
+        const FilterByPathNode filter(path, WatchedNodes::PathAndBelow, maxDepth);
         Subscription subscription;
         EXPECT_EQ(service_->AddSubscription(filter.Handle(), Parameters().Handle(), &listener, subscription.Address()),
                   S_OK);
@@ -183,7 +183,8 @@ TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
     int number = 0;
     for (const auto& [watched, isParent, maxDepth, changes, path, covered] : cases) {
         Listener listener;
-        const FilterByPathNode filter(watched, isParent, maxDepth);
+        const auto nodes = isParent ? WatchedNodes::BelowPath : WatchedNodes::PathAndBelow;
+        const FilterByPathNode filter(watched, nodes, maxDepth);
         Subscription subscription;
         ASSERT_EQ(
             service_->AddSubscription(filter.Handle(), Parameters(changes).Handle(), &listener, subscription.Address()),

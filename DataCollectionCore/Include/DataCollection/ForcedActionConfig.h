@@ -5,7 +5,10 @@
 
 namespace DataCollection::ActionManagement {
 
-// Names the path "\Commands\ManagedObjectsDataCollectionCommand\<ParentName>\<LeafName>" of the configuration service.
+// The node of the configuration service below which all command points are.
+inline constexpr Harbor::WideChar CommandPointRoot[] = u"\\Commands\\ManagedObjectsDataCollectionCommand";
+
+// Names the command point with the path CommandPointRoot + "\<ParentName>\<LeafName>".
 struct ForcedActionConfig {
     Harbor::WideString LeafName;
     Harbor::WideString ParentName;

@@ -2,7 +2,7 @@
 // it is unloaded. The lazily built singletons (data directory, message modules, hidden attributes) have their holders
 // among the constants of their own sources and come at the first use. No log file is opened here.
 #include "Common/Components/CComponentObject.h"
-#include "Common/Failures/ErrorHandling.h"
+#include "Common/Failures/ErrorTextCache.h"
 #include "Common/Logging/FileLogger.h"
 #include "Module/Version.h"
 #include "Subsystems/ActionManager/ActionManager.h"
@@ -20,7 +20,7 @@ constexpr WideChar ModuleDescription[] = u"OrvActionManager64";
 
 // The log manager brings the settings store with its two sources.
 [[maybe_unused]] const LogManager& TheLogManager = LogManager::Instance();
-[[maybe_unused]] const bool TheErrorTexts = (InitializeErrorTexts(), true);
+[[maybe_unused]] const ErrorTextCache& TheErrorTexts = ErrorTextCache::Instance();
 [[maybe_unused]] const FileLogger& TheFileLogger =
     GetFileLogger(MakeLogFileName(), MakeLogBanner(ModuleDescription, Version));
 [[maybe_unused]] const DbgAliveObjectsTracker& TheAliveObjectsTracker = DbgAliveObjectsTracker::Instance();

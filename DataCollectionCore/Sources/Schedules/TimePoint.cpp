@@ -1,18 +1,17 @@
 #include "Schedules/TimePoint.h"
 
+#include "Common/Base/FileTime.h"
 #include "Common/Base/Format.h"
 
 namespace DataCollection::ActionManagement {
 
 TimePoint FromFileTime(const Platform::FILETIME& fileTime) noexcept {
-    const std::uint64_t ticks = (std::uint64_t{fileTime.dwHighDateTime} << 32) | fileTime.dwLowDateTime;
-    return TimePoint{Ticks{static_cast<std::int64_t>(ticks)} - FileTimeEpoch};
+    return TimePoint{Ticks{static_cast<std::int64_t>(Harbor::TicksOf(fileTime))} - FileTimeEpoch};
 }
 
 Platform::FILETIME ToFileTime(const TimePoint& time) noexcept {
-    const std::uint64_t ticks =
-        static_cast<std::uint64_t>(time.time_since_epoch().count()) + static_cast<std::uint64_t>(FileTimeEpoch.count());
-    return {static_cast<Platform::DWORD>(ticks), static_cast<Platform::DWORD>(ticks >> 32)};
+    return Harbor::FileTimeOf(static_cast<std::uint64_t>(time.time_since_epoch().count()) +
+                              static_cast<std::uint64_t>(FileTimeEpoch.count()));
 }
 
 TimePoint UtcDayStart(const TimePoint& time) noexcept {

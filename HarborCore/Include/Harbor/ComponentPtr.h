@@ -1,4 +1,5 @@
-// A counted reference to a component, one pointer wide.
+// A counted reference to a component. It has the size of one pointer. A ComponentPtr has no lock: each thread uses its
+// own, or a lock guards it. No operation throws.
 #pragma once
 
 #include <utility>
@@ -12,11 +13,11 @@ class ComponentPtr {
 public:
     constexpr ComponentPtr() noexcept = default;
 
-    // Holds `pointer` and counts a reference of its own.
+    // Holds `pointer` and counts a new reference to it.
     explicit ComponentPtr(I* pointer) noexcept : pointer_(pointer) {
         if (pointer_ != nullptr) pointer_->AddRef();
     }
-    // Takes over the reference that `pointer` carries.
+    // Returns a ComponentPtr that takes over the reference of `pointer`: none is counted.
     [[nodiscard]] static ComponentPtr Attach(I* pointer) noexcept {
         ComponentPtr attached;
         attached.pointer_ = pointer;
@@ -37,33 +38,35 @@ public:
         if (pointer_ != nullptr) pointer_->Release();
     }
 
-    // Becomes null, releases the old object, then holds `pointer` and counts a reference. While the old object ends,
-    // this is null. `pointer` must not depend on the old object to stay alive. The same pointer changes nothing.
+    // Sets this to null, releases the old object, then stores `pointer` and counts a reference to it. This is null
+    // while the old object ends. `pointer` must not need the old object to stay alive. Does nothing if `pointer` is the
+    // pointer that is held.
     void Reset(I* pointer = nullptr) noexcept {
         if (pointer == pointer_) return;
         if (I* old = std::exchange(pointer_, nullptr)) old->Release();
-        // An object that ends may have stored another pointer here.
+        // The destructor of the old object may have stored another pointer here.
         if (I* stored = std::exchange(pointer_, pointer)) stored->Release();
         if (pointer_ != nullptr) pointer_->AddRef();
     }
 
-    // The place where a call stores a counted pointer. What was held is released first.
+    // Releases the object and returns the address at which a call may store a pointer that carries a reference.
     I** Address() noexcept {
         Reset();
         return &pointer_;
     }
 
+    // Moves the pointer of `other` here, then releases the old object.
     void Assign(ComponentPtr&& other) noexcept {
         if (this == &other) return;
         std::swap(pointer_, other.pointer_);
         other.Reset();
     }
 
-    // Gives the reference to the caller and becomes null.
+    // Returns the pointer with its reference, which the caller must release, and sets this to null.
     [[nodiscard]] I* Detach() noexcept { return std::exchange(pointer_, nullptr); }
 
-    // Queries the object for another interface. Returns E_POINTER if this is null, otherwise the code of
-    // QueryInterface. `target` changes only on success.
+    // Queries the object for another interface and stores it in `target`. Returns E_POINTER if this is null, otherwise
+    // the code of QueryInterface. A failure leaves `target` unchanged.
     template <class Other>
     [[nodiscard]] HRESULT QueryTo(ComponentPtr<Other>& target, const GUID& iid = Other::Id) const {
         if (pointer_ == nullptr) return E_POINTER;

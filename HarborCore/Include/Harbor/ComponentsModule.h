@@ -1,29 +1,33 @@
-// What a component library gives to its host.
+// What a component library offers to its host: the module object and the export that returns it.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
 
 namespace Harbor {
 
-// The module object. AddRef and Release always give 0xFFFFFFFF: it lives as long as the library is loaded. Any thread
-// may call any operation.
+// The module object. It lives as long as the library is loaded; AddRef and Release count nothing and always return
+// 0xFFFFFFFF. Any thread may call any function.
 struct IComponentsModule : IComponentUnknown {
     static constexpr GUID Id{0x989524A9, 0x625D, 0x48C8, {0xAB, 0x03, 0x7C, 0x08, 0x4E, 0xB5, 0x26, 0x5D}};
 
+    // Returns S_OK.
     virtual HRESULT NoOperation() = 0;
-    // Logs the objects that are still alive, if tracking is on.
+    // Logs the objects that are alive, if the setting EnableAliveObjectsTracking is on. Returns S_OK.
     virtual HRESULT DumpAliveObjects() = 0;
-    // Hold the library without an object. Both give the new count.
+    // Add and remove a lock that keeps the library in use without an object. Both return the new count of objects and
+    // locks.
     virtual std::uint32_t LockModule() = 0;
     virtual std::uint32_t UnlockModule() = 0;
-    // Writes 1 while objects or locks remain, else 0. E_POINTER for null.
+    // Stores 1 while objects or locks exist, otherwise 0. The host may unload the library only after 0. Returns
+    // E_POINTER for null.
     virtual HRESULT IsModuleLocked(std::int32_t* flag) = 0;
-    // Creates an object of a class. `classId` must not be null. REGDB_E_CLASSNOTREG for an unknown class, E_NOINTERFACE
-    // for an interface that it doesn't have, E_INVALIDARG for another null. The result carries one reference.
+    // Creates an object of a class and stores the interface with one reference, which the caller releases. `classId`
+    // must not be null. Returns REGDB_E_CLASSNOTREG for an unknown class, E_NOINTERFACE for an interface that the class
+    // does not have, and E_INVALIDARG if another argument is null. If memory runs out, std::bad_alloc is thrown.
     virtual HRESULT CreateInstance(const GUID* classId, const GUID* iid, void** result) = 0;
 };
 
-// The library's one export. Stores the module object; no reference is counted. E_INVALIDARG for null.
+// The only export of the library. Stores the module object and counts no reference. Returns E_INVALIDARG for null.
 using GetComponentsModuleObjectFunction = HRESULT (*)(IComponentsModule** out);
 inline constexpr char GetComponentsModuleObjectName[] = "GetComponentsModuleObject";
 

@@ -1,4 +1,4 @@
-// The configuration service, as the module calls it and is called by it.
+// The configuration service: what a client calls, what it implements, and the nodes that both sides exchange.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
@@ -6,40 +6,74 @@
 
 namespace Harbor {
 
-// The name under which the broker has the service.
+// The name under which the broker of named instances holds the service.
 inline constexpr WideChar ConfigServiceInstanceName[] = u"ConfigServer.Proxy";
 
-// The walk over the notification nodes of one report.
+// The filter of a watch: a node of the type `NodeType` with the three attributes below. All are required.
+namespace WatchFilter {
+inline constexpr WideChar NodeType[] = u"FilterByPath";
+inline constexpr WideChar NodePath[] = u"NodePath";  // text: a full path, with a backslash before each element
+inline constexpr WideChar IsParent[] = u"IsParent";  // boolean: true if only the nodes below the path are watched
+inline constexpr WideChar MaxDepth[] = u"MaxDepth";  // 64-bit number: levels below the path that are watched
+inline constexpr std::int64_t EveryLevel = 0x7FFFFFFF;
+}  // namespace WatchFilter
+
+// The parameters of a watch: a node of the name `NodeName` with the two attributes below. Both are required. The
+// meaning of the bits belongs to the service.
+namespace WatchParameters {
+inline constexpr WideChar NodeName[] = u"SubscribeConfig";
+inline constexpr WideChar ChangesMask[] = u"ChangesMask";  // 32-bit number: the kinds of change that are reported
+inline constexpr std::int32_t AllChanges = 31;
+inline constexpr WideChar SubscribeOptions[] = u"SubscribeOptions";  // 32-bit number
+inline constexpr std::int32_t DefaultOptions = 6;
+inline constexpr std::int32_t OptionBit0 = 1;  // added to the default if the client asks for it
+}  // namespace WatchParameters
+
+// The report of one change: a node with the two attributes below, both required. Its first child is the changed node;
+// it is missing if the service has none to show.
+namespace ChangeNotification {
+inline constexpr WideChar ModifiedNodePath[] = u"ModifiedNodePath";  // text: the full path of the changed node
+inline constexpr WideChar ChangesMask[] = u"ChangesMask";            // 64-bit number: the kinds of this change
+}  // namespace ChangeNotification
+
+// Enumerates the notification nodes of one report. The thread that received the report calls it.
 struct IACNodeEnumerator : IComponentUnknown {
+    // Starts again before the first node.
     virtual HRESULT Reset() = 0;
-    // Stores a handle, which the caller closes, and gives 0; anything else means that none is left.
+    // Stores the next node and returns 0. The caller closes the handle. Any other code means that no node is left; a
+    // failure cannot be told from the end.
     virtual HRESULT Next(AcnHandle* node) = 0;
 };
 
+// One report.
 struct IACNodeModifyEnum : IComponentUnknown {
+    // Stores an enumerator with one reference.
     virtual HRESULT GetNodeEnumerator(IACNodeEnumerator** out) = 0;
 };
 
-// A watch.
+// A watch, as its client holds it.
 struct IACModifySubscription : IComponentUnknown {
-    // Changes are reported from now on.
+    // Begins the reports. Before this call no change is reported.
     virtual HRESULT Start() = 0;
 };
 
 // Implemented by the client of a watch.
 struct IACModifyCallback : IComponentUnknown {
-    // May come on any thread of the service, with the pointer that AddSubscription gave.
+    // Reports changes. `subscription` is the pointer that AddSubscription returned. The arguments are borrowed. The
+    // service calls on threads of its own.
     virtual HRESULT OnTriggered(IACModifySubscription* subscription, int kind, IACNodeModifyEnum* modifications) = 0;
 };
 
+// The service. Any thread may call it.
 struct IACConfigService : IComponentUnknown {
     static constexpr GUID Id{0xB3BE9604, 0x1352, 0x4DAB, {0xB4, 0x13, 0xD3, 0x77, 0x64, 0xC0, 0xCE, 0x97}};
 
-    // Both nodes stay the caller's. The callback isn't counted. The result carries a reference, and nothing is
-    // reported before its Start.
+    // Makes a watch and stores it with one reference. `filter` and `parameters` are borrowed for the call. The service
+    // counts no reference on `callback`: it must live until the watch has ended.
     virtual HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* callback,
                                     IACModifySubscription** subscription) = 0;
-    // After this has returned no report runs or comes.
+    // Ends a watch, as the last Release of its subscription does. After either has returned, no report is running and
+    // none follows.
     virtual HRESULT RemoveSubscription(IACModifySubscription* subscription) = 0;
 };
 

@@ -1,4 +1,4 @@
-// A component that takes its configuration as a node.
+// A component that is configured by a node.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
@@ -9,7 +9,7 @@ namespace Harbor {
 struct IConfigurable : IComponentUnknown {
     static constexpr GUID Id{0x9FD0681A, 0xA35D, 0x48EF, {0xA2, 0x26, 0xDE, 0x38, 0x46, 0xE1, 0x9D, 0x38}};
 
-    // The node is borrowed: the component duplicates what it keeps.
+    // Configures the component. `config` is borrowed: the component duplicates the handles that it keeps.
     virtual HRESULT Configure(AcnHandle config) = 0;
 };
 

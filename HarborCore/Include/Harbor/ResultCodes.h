@@ -1,4 +1,4 @@
-// The result codes that components exchange, as the platform publishes them. A negative code is a failure.
+// The result codes that components exchange, with the values that the platform publishes. A negative code is a failure.
 #pragma once
 
 #include "Harbor/Types.h"
@@ -20,15 +20,15 @@ inline constexpr HRESULT REGDB_E_CLASSNOTREG = MakeHResult(0x80040154);
 inline constexpr HRESULT E_OUTOFMEMORY = MakeHResult(0x8007000E);
 inline constexpr HRESULT E_INVALIDARG = MakeHResult(0x80070057);
 
-// A system error as a result code: 0 and what is negative already stay as they are, a positive number gives
-// 0x80070000 with its low 16 bits.
+// Returns a system error as a result code: 0x80070000 with the low 16 bits of a positive number. 0 and negative numbers
+// are returned unchanged.
 constexpr HRESULT HResultFromWin32(std::uint32_t error) noexcept {
     return static_cast<HRESULT>(error) <= 0 ? static_cast<HRESULT>(error) : MakeHResult(0x80070000u | (error & 0xFFFF));
 }
 
-// The two failures of the node store that have a meaning of their own, and the one of a typed read.
+// The failures of the node store that its callers tell apart.
 inline constexpr HRESULT NOT_FOUND = HResultFromWin32(1168);          // 0x80070490: no such attribute or child
-inline constexpr HRESULT BUFFER_TOO_SMALL = HResultFromWin32(122);    // 0x8007007A: the size needed was stored
+inline constexpr HRESULT BUFFER_TOO_SMALL = HResultFromWin32(122);    // 0x8007007A: the needed size was stored
 inline constexpr HRESULT DATATYPE_MISMATCH = HResultFromWin32(1629);  // 0x8007065D: stored as another type
 
 constexpr bool Failed(HRESULT code) noexcept {

@@ -1,4 +1,4 @@
-// The base types that cross a component boundary.
+// The basic types that cross a component boundary.
 #pragma once
 
 #include "Platform/Types.h"

@@ -12,15 +12,6 @@ using namespace Harbor;
 
 namespace {
 
-constexpr WideChar WatchedRoot[] = u"\\Commands\\ManagedObjectsDataCollectionCommand";
-constexpr WideChar ParameterNodeName[] = u"SubscribeConfig";
-constexpr WideChar ChangesMaskAttribute[] = u"ChangesMask";
-constexpr WideChar SubscribeOptionsAttribute[] = u"SubscribeOptions";
-constexpr std::int32_t AllChanges = 31;  // the service's bits, passed as they are
-constexpr std::int32_t WatchOptions = 6;
-constexpr std::int32_t OptionBit0 = 1;
-constexpr std::int64_t EveryLevel = 0x7FFFFFFF;
-
 constexpr WideChar CommandAttribute[] = u"Command";
 constexpr WideChar StartCommand[] = u"Start";
 constexpr WideChar StopCommand[] = u"Stop";
@@ -38,9 +29,10 @@ bool IsForcedCommandValid(const ACNode& node) {
 
 ACNode MakeParameterNode(bool withOptionBit0) {
     ACNode parameters;
-    parameters.Create(ParameterNodeName, nullptr);
-    parameters.SetInt32(ChangesMaskAttribute, AllChanges);
-    parameters.SetInt32(SubscribeOptionsAttribute, withOptionBit0 ? WatchOptions | OptionBit0 : WatchOptions);
+    parameters.Create(WatchParameters::NodeName, nullptr);
+    parameters.SetInt32(WatchParameters::ChangesMask, WatchParameters::AllChanges);
+    const std::int32_t extraOptions = withOptionBit0 ? WatchParameters::OptionBit0 : 0;
+    parameters.SetInt32(WatchParameters::SubscribeOptions, WatchParameters::DefaultOptions | extraOptions);
     return parameters;
 }
 
@@ -79,7 +71,7 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
 
 ActionManager::ForcedEntry ActionManager::CreateForcedActions(const ForcedActionConfig& config) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::CreateForcedActions");
-    const WideString path = WideString(WatchedRoot) + u"\\" + config.ParentName + u"\\" + config.LeafName;
+    const WideString path = WideString(CommandPointRoot) + u"\\" + config.ParentName + u"\\" + config.LeafName;
     ForcedEntry entry;
     SubscribeToConfigurationChanges(path, entry.subscription, config.WithOptionBit0);
     LOG(Dbg, u"Create forced action. IACModifySubscription: '" << entry.subscription.Get() << u"' .");
@@ -91,7 +83,7 @@ void ActionManager::SubscribeToConfigurationChanges(const WideString& path,
                                                     ComponentPtr<IACModifySubscription>& subscription,
                                                     bool withOptionBit0) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::SubscribeToConfigurationChanges");
-    const FilterByPathNode filter(path, false, EveryLevel);
+    const FilterByPathNode filter(path, WatchedNodes::PathAndBelow, WatchFilter::EveryLevel);
     const ACNode parameters = MakeParameterNode(withOptionBit0);
     const ComponentPtr<IACConfigService> service = GetConfigService();
     ThrowIfFailed(service->AddSubscription(filter.Handle(), parameters.Handle(), this, subscription.Address()));

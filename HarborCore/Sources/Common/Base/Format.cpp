@@ -13,7 +13,7 @@ struct Conversion {
     WideChar type = 0;
 };
 
-// Takes the arguments one after the other while the format is read.
+// Reads the format once, from left to right, and uses the arguments in their order.
 class Formatter {
 public:
     Formatter(std::u16string_view format, std::initializer_list<FormatArgument> arguments)

@@ -1,6 +1,6 @@
-// printf for 16-bit text, type-safe, with the conversions that this code uses: %u %d %x %X with the flag "0", a width
-// and the size prefix I64; %s; and %p, which gives 16 upper-case hexadecimal digits, with "0X" before them as "%#p". A
-// null text prints "(null)".
+// A type-safe printf for 16-bit text. It has the conversions that this code uses: %u, %d, %x and %X, with the flag "0",
+// a width and the size prefix I64; %s; and %p, which prints 16 upper-case hexadecimal digits, and prints "0X" before
+// them in the form "%#p". A null text prints "(null)".
 #pragma once
 
 #include <concepts>
@@ -20,8 +20,8 @@ public:
     FormatArgument(const void* pointer) noexcept
         : bits_(reinterpret_cast<std::uintptr_t>(pointer)), size_(sizeof(pointer)) {}
 
-    std::uint64_t Unsigned() const noexcept;  // cut to the size of the value that was given
-    std::int64_t Signed() const noexcept;     // with its sign
+    std::uint64_t Unsigned() const noexcept;  // cut to the size of the argument
+    std::int64_t Signed() const noexcept;
     std::u16string_view Text() const noexcept { return text_; }
 
 private:
@@ -30,7 +30,8 @@ private:
     std::u16string_view text_;
 };
 
-// The formats are constants of this code: one that asks for more arguments than there are throws std::out_of_range.
+// Throws std::out_of_range for an unknown conversion and for a format with more conversions than arguments: formats are
+// constants of this code. If memory runs out, std::bad_alloc is thrown.
 [[nodiscard]] WideString FormatWideArguments(std::u16string_view format,
                                              std::initializer_list<FormatArgument> arguments);
 

@@ -1,8 +1,8 @@
 // The result of an operation, and the exception that a failed one becomes.
 //
-// The usual check is `ThrowIfFailed(SomeCall());` for a call that returns an HRESULT: a failed code is thrown as HRX,
-// with the text that the callee left in the thread's error object, the address of this statement and the address in its
-// caller. A success costs one test.
+// A call that returns an HRESULT is usually checked by `ThrowIfFailed(SomeCall());`. A failed code is thrown as HRX.
+// The HRX carries the text that the callee left in the thread's error object, the address of this statement and the
+// address in its caller. A success costs one test.
 //
 // | Form                                        | reads the thread's error object | throws on failure |
 // |---------------------------------------------|---------------------------------|-------------------|
@@ -13,11 +13,14 @@
 // | HRES::FromWin32(error)                      | no                              | yes               |
 // | HRES::FromWin32Unchecked(error)             | no                              | no                |
 //
-// A platform function's boolean has the same type as a result code here: hand it over by FromBool, or as a real bool.
+// Platform::BOOL is the same type as HRESULT. So a platform function's boolean must be passed to FromBool or converted
+// to bool: assigned as it is, it would be taken for a code.
 #pragma once
 
 #include <array>
 #include <concepts>
+#include <new>
+#include <utility>
 
 #include "Common/Base/WideStream.h"
 #include "Harbor/ComponentPtr.h"
@@ -25,13 +28,14 @@
 
 namespace Harbor {
 
-using Frames = std::array<const void*, 2>;  // the place that reported a failure and its caller; null if not captured
+// The statement that reported a failure and its caller; null if not captured.
+using Frames = std::array<const void*, 2>;
 
 class HRES {
 public:
     HRES() noexcept = default;
 
-    // Not explicit: a call's result becomes an HRES by assignment.
+    // Not explicit, so that the result of a call can initialise an HRES.
     template <std::same_as<HRESULT> Number>
     PLATFORM_FORCEINLINE HRES(Number code) {
         *this = code;
@@ -46,14 +50,14 @@ public:
         result.SetCode(code, ErrorObject::Take);
         return result;
     }
-    // False means the failure that the thread's last error tells.
+    // The result of a platform function. False means that it failed with the thread's last error.
     PLATFORM_FORCEINLINE static HRES FromBool(Platform::BOOL result);
     PLATFORM_FORCEINLINE static HRES FromBoolUnchecked(Platform::BOOL result) {
         HRES checked;
         checked.SetCode(result != 0 ? S_OK : LastErrorCode(), ErrorObject::Leave);
         return checked;
     }
-    // A code of the system, 0 being success.
+    // A system error code. 0 means success.
     PLATFORM_FORCEINLINE static HRES FromWin32(std::uint32_t error);
     PLATFORM_FORCEINLINE static HRES FromWin32Unchecked(std::uint32_t error) {
         HRES result;
@@ -69,16 +73,17 @@ public:
     const ComponentPtr<Platform::IErrorInfo>& ErrorInfo() const noexcept { return errorInfo_; }
     const Frames& CodeAddresses() const noexcept { return frames_; }
 
-    // The failure's text: "0x80070490 Element not found [0x...,0x...]". Defined with the texts of codes.
+    // Returns the text of the failure: "0x80070490 Element not found [0x...,0x...]". Defined in Failures.
     WideString ToText() const;
-    // Leaves the failure's text in the thread's error object, for the caller of a component. Gives the code.
+    // Stores the text of the failure in the thread's error object, from which the caller of the component reads it.
+    // Returns the code. Defined in Failures.
     HRESULT PublishErrorInfo() const;
 
 protected:
     enum class ErrorObject { Take, Leave };
 
-    // Every form ends here. The capture happens in Report, one call below the statement that made the HRES, so this
-    // and the forms above are always inlined.
+    // Every form calls this. Report captures the addresses and must be exactly one call below the statement that made
+    // the HRES; so this function and the forms above are always inlined.
     PLATFORM_FORCEINLINE void SetCode(HRESULT code, ErrorObject errorObject) {
         code_ = code;
         if (Harbor::Failed(code)) [[unlikely]] {
@@ -93,17 +98,17 @@ private:
     static HRESULT LastErrorCode() noexcept;
 
     HRESULT code_ = S_OK;
-    std::uint32_t framesToSkip_ = 1;  // Report itself
+    std::uint32_t framesToSkip_ = 1;  // the frame of Report
     ComponentPtr<Platform::IErrorInfo> errorInfo_;
     Frames frames_{};
 };
 
-// The one exception that this framework throws on its own, and the one that a method edge catches.
+// The only exception type that this framework throws itself, and the only one that a method edge catches.
 class HRX : public HRES {
 public:
     explicit HRX(const HRES& failure) noexcept : HRES(failure) {}
 
-    // Throws `code`, or E_FAIL if it is no failure. The thread's error object stays as it is.
+    // Throws an HRX with `code`, or with E_FAIL if `code` is a success. Leaves the thread's error object unchanged.
     [[noreturn]] PLATFORM_FORCEINLINE static void Throw(HRESULT code) {
         HRX failure;
         failure.SetCode(Harbor::Failed(code) ? code : E_FAIL, ErrorObject::Leave);
@@ -118,23 +123,32 @@ private:
     HRX::Throw(code);
 }
 
-// The usual check of a call: a failed code is thrown as HRX, with the text that the callee left in the thread's error
-// object.
+// Throws a failed code as HRX, with the text that the callee left in the thread's error object.
 PLATFORM_FORCEINLINE void ThrowIfFailed(HRESULT code) {
     const HRES checked(code);
 }
 
-// A false result is thrown as HRX with the code of the thread's last error.
+// Throws HRX with the code of the thread's last error if `result` is false.
 PLATFORM_FORCEINLINE void ThrowLastErrorIfFalse(bool result) {
     const HRES checked = HRES::FromBool(result);
 }
 
-// A system code other than 0 is thrown as HRX.
+// Throws HRX with the code of a system error other than 0.
 PLATFORM_FORCEINLINE void ThrowIfWin32Error(std::uint32_t error) {
     const HRES checked = HRES::FromWin32(error);
 }
 
-// The object behind `pointer` by another interface. A failure of QueryTo is thrown as HRX.
+// Calls `body` and returns its result. Throws HRX with E_OUTOFMEMORY if `body` throws std::bad_alloc.
+template <class Body>
+PLATFORM_FORCEINLINE decltype(auto) ThrowIfOutOfMemory(Body&& body) {
+    try {
+        return std::forward<Body>(body)();
+    } catch (const std::bad_alloc&) {
+        ThrowError(E_OUTOFMEMORY);
+    }
+}
+
+// Returns another interface of the object. Throws HRX with the code of QueryTo if that fails.
 template <class Other, class I>
 [[nodiscard]] PLATFORM_FORCEINLINE ComponentPtr<Other> QueryOrThrow(const ComponentPtr<I>& pointer) {
     ComponentPtr<Other> result;

@@ -1,5 +1,6 @@
-// Double-checked creation of a long-lived object, for those that are needed early or read settings. The holder is a
-// global that exists from load; the object is a function-local static that ends at unload.
+// Creates a long-lived object at its first use. This is the one way in which this code makes singletons. The holder is
+// a constant-initialised global, so it is usable from the start of loading. The object is a function-local static: it
+// is destroyed at unload, in reverse order of creation.
 #pragma once
 
 #include <atomic>
@@ -13,8 +14,8 @@ class SingletonHolder {
 public:
     constexpr SingletonHolder() noexcept = default;
 
-    // Creates the object at the first call. An exception of its constructor leaves it unbuilt, and the next call tries
-    // again. Any thread may call it.
+    // Returns the object. The first call creates it. If its constructor throws, the exception is passed on, and the
+    // next call tries again. Any thread may call this.
     T& Get() {
         if (T* published = pointer_.load(std::memory_order_acquire)) return *published;
         const LockGuard guard(lock_);

@@ -1,4 +1,4 @@
-// Small operations on 16-bit text. Out of memory leaves them as std::bad_alloc.
+// Small operations on 16-bit text. If memory runs out, they throw std::bad_alloc.
 #pragma once
 
 #include <string>
@@ -11,27 +11,27 @@ namespace Harbor {
 
 inline constexpr std::u16string_view WhiteSpace = u" \r\n\t\v\f";
 
-// The text without the characters of `set` at both ends, or at its end.
+// Trim removes the characters of `set` from both ends, TrimEnd from the end. The result borrows from `text`.
 [[nodiscard]] std::u16string_view Trim(std::u16string_view text, std::u16string_view set = WhiteSpace) noexcept;
 [[nodiscard]] std::u16string_view TrimEnd(std::u16string_view text, std::u16string_view set = WhiteSpace) noexcept;
 
-// The pieces between the characters of `separators`; empty pieces are left out. The pieces borrow from `text`.
+// Returns the pieces between the characters of `separators`, without the empty ones. The pieces borrow from `text`.
 [[nodiscard]] std::vector<std::u16string_view> Split(std::u16string_view text, std::u16string_view separators);
 
-// Compares letter by letter, ASCII letters without case.
+// Both compare character by character and ignore the case of ASCII letters. CompareIgnoreCase returns a number below,
+// equal to or above 0.
 [[nodiscard]] bool EqualsIgnoreCase(std::u16string_view a, std::u16string_view b) noexcept;
-// Below, equal or above 0 in the order of that comparison.
 [[nodiscard]] int CompareIgnoreCase(std::u16string_view a, std::u16string_view b) noexcept;
 
 struct ParsedNumber {
     std::uint32_t value = 0;
-    std::size_t consumed = 0;  // characters read; 0 if there is no number
+    std::size_t consumed = 0;  // characters that were read; 0 if there is no number
 };
-// Reads a number at the beginning of a text as wcstoul does at base 0: white space, a sign and the prefixes 0x and 0
-// are understood, and what exceeds 32 bits gives 0xFFFFFFFF.
+// Reads a number at the beginning of a text as wcstoul does with base 0: after white space, with an optional sign and
+// the prefix 0x or 0. A number of more than 32 bits is read as 0xFFFFFFFF.
 [[nodiscard]] ParsedNumber ParseNumber(std::u16string_view text) noexcept;
 
-// UTF-8 to 16-bit text and back. Malformed input becomes U+FFFD.
+// Convert between UTF-8 and 16-bit text. Malformed input becomes U+FFFD.
 [[nodiscard]] WideString FromUtf8(std::string_view text);
 [[nodiscard]] std::string ToUtf8(std::u16string_view text);
 

@@ -30,15 +30,20 @@ WideStream& WideStream::operator<<(std::ios_base& (*manipulator)(std::ios_base&)
     return *this;
 }
 
-WideStream& WideStream::AppendNumber(std::uint64_t magnitude, bool negative) {
+WideStream& WideStream::AppendDecimal(std::int64_t value) {
+    const auto magnitude = static_cast<std::uint64_t>(value);
+    if (value < 0) text_.push_back(u'-');
+    return AppendNumber(value < 0 ? 0 - magnitude : magnitude);
+}
+
+WideStream& WideStream::AppendNumber(std::uint64_t value) {
     WideChar digits[24];
     WideChar* at = std::end(digits);
     do {
-        const auto digit = static_cast<unsigned>(magnitude % base_);
+        const auto digit = static_cast<unsigned>(value % base_);
         *--at = static_cast<WideChar>(digit < 10 ? u'0' + digit : u'a' + digit - 10);
-        magnitude /= base_;
-    } while (magnitude != 0);
-    if (negative) *--at = u'-';
+        value /= base_;
+    } while (value != 0);
     text_.append(at, std::end(digits));
     return *this;
 }

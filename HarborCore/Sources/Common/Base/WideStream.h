@@ -1,5 +1,5 @@
-// The stream of a log statement: 16-bit text with the default formatting of the standard library's streams. Out of
-// memory leaves an insertion as std::bad_alloc.
+// The stream of a log statement: 16-bit text with the default formatting of the standard library's streams. If memory
+// runs out, an insertion throws std::bad_alloc.
 #pragma once
 
 #include <concepts>
@@ -35,27 +35,25 @@ public:
     template <std::integral T>
     WideStream& operator<<(T value) {
         if constexpr (std::signed_integral<T>) {
-            if (base_ == 10) return AppendNumber(Magnitude(value), value < 0);
+            if (base_ == 10) return AppendDecimal(value);
         }
-        return AppendNumber(static_cast<std::make_unsigned_t<T>>(value), false);
+        return AppendNumber(static_cast<std::make_unsigned_t<T>>(value));
     }
 
-    // 16 upper-case hexadecimal digits, whatever the base.
+    // Prints 16 upper-case hexadecimal digits in every base.
     WideStream& operator<<(const void* pointer);
 
-    // std::dec, std::hex and std::oct set the base of the numbers behind them.
+    // std::dec, std::hex and std::oct set the base of the numbers that are inserted after them.
     WideStream& operator<<(std::ios_base& (*manipulator)(std::ios_base&)) noexcept;
 
     const WideString& Text() const& noexcept { return text_; }
     WideString Text() && noexcept { return std::move(text_); }
 
 private:
-    static constexpr std::size_t UsualLength = 200;  // of a line, so that most need one piece of memory
+    static constexpr std::size_t UsualLength = 200;  // most lines are shorter and need one allocation
 
-    static std::uint64_t Magnitude(std::int64_t value) noexcept {
-        return value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
-    }
-    WideStream& AppendNumber(std::uint64_t magnitude, bool negative);
+    WideStream& AppendDecimal(std::int64_t value);  // with its sign
+    WideStream& AppendNumber(std::uint64_t value);  // in the stream's base
 
     WideString text_;
     unsigned base_ = 10;

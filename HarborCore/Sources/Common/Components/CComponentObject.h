@@ -1,4 +1,5 @@
-// The final class of every component: counting, querying, creation, and the module's lock.
+// The final class of every component object. It counts references, answers QueryInterface, creates objects and keeps
+// the module in use while an object is alive.
 #pragma once
 
 #include <memory>
@@ -30,7 +31,8 @@ public:
         return code;
     }
 
-    // Stores an object with its one reference. Out of memory leaves it as std::bad_alloc.
+    // Creates an object and stores it with one reference. Returns the code of FinalConstruct; a failure destroys the
+    // object. If memory runs out, std::bad_alloc is thrown.
     static HRESULT CreateObject(CComponentObject** out) {
         std::unique_ptr<CComponentObject> object(new CComponentObject);
         const HRESULT code = object->FinalConstruct();
@@ -38,7 +40,7 @@ public:
         return code;
     }
 
-    // The factory of the class map: the reference of the new object becomes that of the interface.
+    // The factory of the class table. Stores an interface with the one reference of the new object.
     static HRESULT CreateInstance(const GUID* iid, void** result) {
         CComponentObject* object = nullptr;
         if (const HRESULT code = CreateObject(&object); Failed(code)) return code;
@@ -60,7 +62,7 @@ private:
 
     friend std::default_delete<CComponentObject>;
 
-    // The inner layer of QueryInterface: counts nothing.
+    // QueryInterface without counting a reference.
     HRESULT FindInterface(const GUID* iid, void** result) noexcept {
         if (iid == nullptr || result == nullptr) return E_INVALIDARG;
         void* found = nullptr;
@@ -75,7 +77,7 @@ private:
     }
 };
 
-// A new T by its interface I, for this module's own code. Failures are thrown as HRX.
+// Creates a T and returns its interface I. For the module's own code. Failures are thrown as HRX.
 template <class T, class I>
 [[nodiscard]] ComponentPtr<I> Create() {
     CComponentObject<T>* created = nullptr;

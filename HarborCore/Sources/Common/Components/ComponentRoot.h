@@ -1,4 +1,4 @@
-// The first base of every component class: its identity and its reference count.
+// The first base of every component class. It holds the reference count, and its address is the identity of the object.
 #pragma once
 
 #include <array>
@@ -8,12 +8,13 @@
 
 namespace Harbor {
 
-// A component class derives from ComponentRoot and then from its interfaces. It names itself and what can be queried:
+// A component class derives from ComponentRoot and then from its interfaces. It defines its name and the interfaces
+// that can be queried:
 //
 //     static constexpr const char* Tag = "CComponentObject<class ...>::CComponentObject";
 //     using Queryable = InterfaceList<IAction, IActionControl>;
 //
-// and may have a FinalConstruct and a FinalRelease of its own, which take the place of those here.
+// It may define FinalConstruct and FinalRelease, which are then called instead of those of this class.
 class ComponentRoot : public IComponentUnknown {
 public:
     virtual ~ComponentRoot() = default;
@@ -21,9 +22,9 @@ public:
     ComponentRoot(const ComponentRoot&) = delete;
     ComponentRoot& operator=(const ComponentRoot&) = delete;
 
-    // The second phase of construction. A failure ends the object, and creation gives that code.
+    // The second phase of construction. If it returns a failure, the object is destroyed and that code is returned.
     HRESULT FinalConstruct() noexcept { return S_OK; }
-    // Runs on the thread of the last Release, while the object is still whole.
+    // Called on the thread of the last Release, before the destructor.
     void FinalRelease() noexcept {}
 
 protected:
@@ -34,7 +35,7 @@ protected:
 
 template <class... Interfaces>
 struct InterfaceList {
-    // The view of `object` for an id, its interfaces asked in the order of the list; null if there is none.
+    // Returns the first interface of the list that has the id, or null if there is none.
     template <class T>
     static IComponentUnknown* Find(T* object, const GUID& iid) noexcept {
         IComponentUnknown* found = nullptr;

@@ -8,7 +8,7 @@ namespace {
 
 constinit SingletonHolder<ComponentsModule> Holder;
 
-// What AddRef and Release answer: the object lives as long as the library is loaded.
+// The result of AddRef and Release: the object lives as long as the library is loaded.
 constexpr std::uint32_t NotCounted = 0xFFFFFFFF;
 
 }  // namespace

@@ -1,4 +1,5 @@
-// The module object: the table of creatable classes and the count of what keeps the library in use.
+// The module object: the table of the classes that can be created, and the count of objects and locks that keep the
+// library in use.
 #pragma once
 
 #include <atomic>
@@ -12,17 +13,17 @@ namespace Harbor {
 
 using ClassFactoryFunction = std::function<HRESULT(const GUID* iid, void** result)>;
 
-// The first base of the module object: the root view, with a destructor slot behind the three.
+// The first base of the module object. It has the slots of IComponentUnknown and a destructor after them.
 struct ComponentsModuleRoot : IComponentUnknown {
     virtual ~ComponentsModuleRoot() = default;
 };
 
 class ComponentsModule final : public ComponentsModuleRoot, public IComponentsModule {
 public:
-    // Created at the first call, in practice by the first ClassRegistrar.
+    // Returns the module object. The first call, by the first ClassRegistrar, creates it.
     static ComponentsModule& Instance();
 
-    // For ClassRegistrar, at load and unload.
+    // Called by ClassRegistrar at load and unload.
     void RegisterClass(const GUID& classId, ClassFactoryFunction factory);
     void UnregisterClass(const GUID& classId);
 
@@ -44,17 +45,17 @@ private:
     friend class SingletonHolder;
     ComponentsModule() = default;
 
-    // By the bytes of the ids as they lie in memory.
+    // Orders ids by their bytes in memory.
     struct LessById {
         bool operator()(const GUID& a, const GUID& b) const noexcept { return std::memcmp(&a, &b, sizeof(GUID)) < 0; }
     };
 
-    std::atomic<std::uint32_t> lockCount_{0};  // living objects and explicit locks
-    CriticalSection classLock_;                // guards classes_; not held while a factory runs
+    std::atomic<std::uint32_t> lockCount_{0};  // objects and explicit locks
+    CriticalSection classLock_;                // guards classes_; not held while a factory is called
     std::map<GUID, ClassFactoryFunction, LessById> classes_;
 };
 
-// Enters a class at load and takes it out at unload.
+// Registers a class at load and unregisters it at unload.
 class ClassRegistrar {
 public:
     ClassRegistrar(const GUID& classId, ClassFactoryFunction factory);

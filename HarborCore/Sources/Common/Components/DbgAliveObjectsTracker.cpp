@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "Common/Base/Format.h"
+#include "Common/Base/SingletonHolder.h"
 #include "Common/Logging/Log.h"
 #include "Common/Settings/SettingsStore.h"
 #include "Platform/Process.h"
@@ -13,6 +14,8 @@ namespace {
 constexpr WideChar Section[] = u"Debug";
 constexpr WideChar EnableKey[] = u"EnableAliveObjectsTracking";
 constexpr WideChar FramesToSkipKey[] = u"AliveObjectsTrackingFramesToSkip";
+
+constinit SingletonHolder<DbgAliveObjectsTracker> Holder;
 
 template <class Frames>
 WideString FormatFrames(const Frames& frames) {
@@ -25,13 +28,12 @@ WideString FormatFrames(const Frames& frames) {
 }  // namespace
 
 DbgAliveObjectsTracker& DbgAliveObjectsTracker::Instance() {
-    static DbgAliveObjectsTracker instance;
-    return instance;
+    return Holder.Get();
 }
 
 DbgAliveObjectsTracker::DbgAliveObjectsTracker() {
     if (GetSettingNumberOr(Section, EnableKey, 0) == 0) return;
-    // One less than the most, since this module's own frame comes on top.
+    // AddRecord adds 1 for its own frame, which must not overflow.
     framesToSkip_ = std::min(GetSettingNumberOr(Section, FramesToSkipKey, 0), 0xFFFFFFFEu);
     enabled_.store(true);
 }
@@ -58,7 +60,8 @@ void DbgAliveObjectsTracker::Dump() {
     if (!enabled_.load()) return;
     const CriticalSectionGuard guard(lock_);
     if (records_.empty()) return;
-    // The listing is asked for through an interface that gives a code: what can't be logged is left out.
+    // This is called through an interface that returns a code, so nothing may be thrown. A line that cannot be logged
+    // is left out.
     TRY_LOG(Warn, u"Alive component objects: " << records_.size());
     for (const auto& entry : records_) {
         const Record& record = entry.second;

@@ -1,5 +1,5 @@
-// A debugging aid: which component objects are still alive, and where each was created. The setting
-// EnableAliveObjectsTracking of the section Debug turns it on, for the life of the loaded module.
+// A debugging aid that records which component objects are alive and where each was created. The setting
+// EnableAliveObjectsTracking of the section Debug turns it on. The setting is read once, at load.
 #pragma once
 
 #include <array>
@@ -14,10 +14,10 @@ namespace Harbor {
 
 class DbgAliveObjectsTracker {
 public:
-    // Built at load, when it reads its settings.
+    // Returns the tracker. The first call, at load, creates it.
     static DbgAliveObjectsTracker& Instance();
 
-    // With tracking off both cost one read of a flag. The tag is a static text. Any thread.
+    // If tracking is off, each costs one read of a flag. `tag` must be a static text. Any thread may call them.
     PLATFORM_FORCEINLINE void Track(const void* object, const char* tag) {
         if (enabled_.load()) [[unlikely]]
             AddRecord(object, tag);
@@ -27,7 +27,8 @@ public:
             RemoveRecord(object);
     }
 
-    // Logs at WARN how many objects live and a line for each. Objects don't come or go during the listing.
+    // Logs at WARN the number of objects that are alive and one line for each. A thread that creates or destroys an
+    // object waits until the listing has ended. Logs nothing if tracking is off or no object is alive.
     void Dump();
 
     DbgAliveObjectsTracker(const DbgAliveObjectsTracker&) = delete;
@@ -35,10 +36,13 @@ public:
 
 private:
     struct Record {
-        std::array<void*, 4> frames{};  // return addresses of the creating call; null where the stack was shallower
+        // Return addresses of the call that created the object; null if the stack had fewer.
+        std::array<void*, 4> frames{};
         const char* tag = nullptr;
     };
 
+    template <class T>
+    friend class SingletonHolder;
     DbgAliveObjectsTracker();
     ~DbgAliveObjectsTracker();
 

@@ -1,4 +1,4 @@
-// A call to a neighbour that may throw what it shouldn't.
+// Calls a neighbour whose function may throw although its contract returns a code.
 #pragma once
 
 #include <new>
@@ -8,8 +8,9 @@
 
 namespace Harbor {
 
-// The code of the call. An exception counts as a failure: HRX as its code, others as E_OUTOFMEMORY or E_UNEXPECTED,
-// without the words that an earlier failure may have left on this thread.
+// Returns the code of the call. An exception becomes a code: HRX becomes its own code and is stored in the thread's
+// error object; std::bad_alloc becomes E_OUTOFMEMORY and any other exception E_UNEXPECTED. These two clear the error
+// object, so that it does not describe an earlier failure.
 template <class Call>
 [[nodiscard]] HRESULT CodeOfCall(Call&& call) noexcept {
     try {

@@ -1,11 +1,10 @@
 #include "Common/Failures/ErrorHandling.h"
 
 #include <array>
-#include <memory>
-#include <new>
 #include <optional>
 
 #include "Common/Base/HRes.h"
+#include "Common/Base/OwnedHandle.h"
 #include "Common/Base/SingletonHolder.h"
 #include "Common/Base/Text.h"
 #include "Common/Failures/ErrorTextCache.h"
@@ -27,10 +26,13 @@ constexpr std::u16string_view ListSeparators = u",|;";
 constexpr std::u16string_view TextEnd = u" .\r\n";
 constexpr WideChar NoDescription[] = u"<no description>";
 
-// The codes that interfaces define for themselves: facility 4, from 0x200 on.
+// The range of the codes that each interface defines for itself: facility 4, from 0x200 on.
 constexpr std::uint32_t FirstInterfaceCode = 0x80040200;
-constexpr std::uint32_t BehindInterfaceCodes = 0x80050000;
+constexpr std::uint32_t EndOfInterfaceCodes = 0x80050000;
 constexpr std::uint32_t FacilityWin32 = 7;
+
+using ModuleHandle = OwnedHandle<Platform::HMODULE, &Platform::FreeLibrary>;
+using LocalText = OwnedHandle<WideChar*, &Platform::LocalFree>;
 
 std::optional<WideString> AskSource(Platform::DWORD origin, Platform::HMODULE module, std::uint32_t code) {
     for (const Platform::DWORD language : {Platform::DWORD{Platform::GetUserDefaultLangID()}, Platform::DWORD{0}}) {
@@ -38,9 +40,8 @@ std::optional<WideString> AskSource(Platform::DWORD origin, Platform::HMODULE mo
         const Platform::DWORD length = Platform::FormatMessageW(
             Platform::FORMAT_MESSAGE_ALLOCATE_BUFFER | Platform::FORMAT_MESSAGE_IGNORE_INSERTS | origin, module, code,
             language, reinterpret_cast<WideChar*>(&buffer), 0, nullptr);
-        if (length == 0 || buffer == nullptr) continue;
-        const std::unique_ptr<WideChar, decltype(&Platform::LocalFree)> owner(buffer, &Platform::LocalFree);
-        return WideString(buffer, length);
+        const LocalText text(buffer);
+        if (length != 0 && text) return WideString(text.get(), length);
     }
     return std::nullopt;
 }
@@ -49,8 +50,8 @@ std::optional<WideString> AskSystem(std::uint32_t code) {
     return AskSource(Platform::FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code);
 }
 
-// Set on a thread that is loading message modules. What it has to describe meanwhile, a load failure above all, gets
-// the words of the system alone, since the lists aren't there yet.
+// True on a thread that is loading message modules. Codes that it describes during that time, such as that of a failed
+// load, are described only by the system, since the lists of modules do not exist yet.
 thread_local bool LoadingModules = false;
 
 class LoadingModulesScope {
@@ -61,16 +62,16 @@ public:
     ~LoadingModulesScope() { LoadingModules = false; }
 };
 
-// The files that carry texts for codes. Loaded when the first code needs them.
+// The files that contain the texts of codes. They are loaded when the first code needs them.
 class ErrorMessageModules {
 public:
-    using List = std::array<Platform::HMODULE, 5>;  // filled from the first; null ends it
+    using List = std::array<ModuleHandle, 5>;  // filled from the front; an empty handle ends it
 
     static ErrorMessageModules& Instance();
 
     static std::optional<WideString> Ask(const List& modules, std::uint32_t code) {
-        for (auto module = modules.begin(); module != modules.end() && *module != nullptr; ++module) {
-            if (auto text = AskSource(Platform::FORMAT_MESSAGE_FROM_HMODULE, *module, code)) return text;
+        for (auto module = modules.begin(); module != modules.end() && *module; ++module) {
+            if (auto text = AskSource(Platform::FORMAT_MESSAGE_FROM_HMODULE, module->get(), code)) return text;
         }
         return std::nullopt;
     }
@@ -85,47 +86,39 @@ private:
     template <class T>
     friend class Harbor::SingletonHolder;
 
+    // Where a file is searched if its name has no directory.
+    enum class BareNames { BesideThisModule, BySystemSearch };
+
     ErrorMessageModules() {
         const LoadingModulesScope loading;
         try {
-            Load(messageModules_, GetSettingOr(Section, MessageFileKey, MessageFileDefault), true);
-            Load(fallbackMessageModules_, GetSettingOr(Section, FallbackMessageFileKey, u""), false);
+            ThrowIfOutOfMemory([this] {
+                Load(messageModules_, GetSettingOr(Section, MessageFileKey, MessageFileDefault),
+                     BareNames::BesideThisModule);
+                Load(fallbackMessageModules_, GetSettingOr(Section, FallbackMessageFileKey, u""),
+                     BareNames::BySystemSearch);
+            });
         } catch (const HRX& failure) {
-            LogLoadFailure(failure.Code());
-        } catch (const std::bad_alloc&) {
-            LogLoadFailure(E_OUTOFMEMORY);
+            TRY_LOG(Err, u"Loading error message module(s)" << u" failed: " << failure.Code());
         }
     }
 
-    ~ErrorMessageModules() {
-        for (const List* list : {&messageModules_, &fallbackMessageModules_}) {
-            for (const Platform::HMODULE module : *list) {
-                if (module != nullptr) Platform::FreeLibrary(module);
-            }
-        }
-    }
-
-    static void LogLoadFailure(HRESULT code) noexcept {
-        TRY_LOG(Err, u"Loading error message module(s)" << u" failed: " << code);
-    }
-
-    // What the log can't take is lost: it is no reason to leave out the modules behind.
-    static void Load(List& list, const WideString& names, bool besideThisModule) {
+    // A line that cannot be logged is lost, so that the remaining modules are still loaded.
+    static void Load(List& list, const WideString& names, BareNames bareNames) {
         std::size_t count = 0;
         for (const std::u16string_view item : Split(names, ListSeparators)) {
             WideString name(item);
-            if (besideThisModule && name.find_first_of(u"\\/") == name.npos)
-                name.insert(0, ModuleDirectory(OwnModule()));
-            const Platform::HMODULE module = Platform::LoadLibraryExW(
-                name.c_str(), nullptr, Platform::LOAD_LIBRARY_AS_DATAFILE | Platform::LOAD_LIBRARY_AS_IMAGE_RESOURCE);
-            if (module == nullptr) {
+            const bool isBare = name.find_first_of(u"\\/") == name.npos;
+            if (isBare && bareNames == BareNames::BesideThisModule) name.insert(0, ModuleDirectory(OwnModule()));
+            ModuleHandle module(Platform::LoadLibraryExW(
+                name.c_str(), nullptr, Platform::LOAD_LIBRARY_AS_DATAFILE | Platform::LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+            if (!module) {
                 const HRES failure = HRES::FromWin32Unchecked(Platform::GetLastError());
                 TRY_LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << failure);
             } else if (count < list.size()) {
-                list[count++] = module;
+                list[count++] = std::move(module);
             } else {
                 TRY_LOG(Err, u"Loading errormsg module '" << name << u"'" << u" failed: " << u"No more slots");
-                Platform::FreeLibrary(module);
             }
         }
     }
@@ -141,7 +134,7 @@ ErrorMessageModules& ErrorMessageModules::Instance() {
 }
 
 std::optional<WideString> AskMessageModules(std::uint32_t code) {
-    if (LoadingModules || code < FirstInterfaceCode || code >= BehindInterfaceCodes) return std::nullopt;
+    if (LoadingModules || code < FirstInterfaceCode || code >= EndOfInterfaceCodes) return std::nullopt;
     return ErrorMessageModules::Ask(ErrorMessageModules::Instance().MessageModules(), code);
 }
 
@@ -171,13 +164,9 @@ WideString DescribeError(std::uint32_t code) {
     if (cache.Lookup(code, text)) return text;
     const auto found = AskAllSources(code);
     text = found ? WideString(TrimEnd(*found, TextEnd)) : WideString(NoDescription);
-    // A search that had to leave the modules out is no answer for good.
+    // A text that was found without the modules must not be kept: the modules may have a better one.
     if (!LoadingModules) cache.Store(code, text);
     return text;
-}
-
-void InitializeErrorTexts() {
-    ErrorTextCache::Instance();
 }
 
 }  // namespace Harbor

@@ -1,14 +1,12 @@
-// Words for bare codes: from message modules, from the system, and remembered.
+// Descriptions of codes, from message modules and from the system. Each description is cached.
 #pragma once
 
 #include "Harbor/Types.h"
 
 namespace Harbor {
 
-// The text of a code, without full stop or line break at its end; "<no description>" if nobody knows it. Any thread.
+// Returns the text of a code without a full stop or line break at its end, or "<no description>" if no source has one.
+// Any thread may call it.
 WideString DescribeError(std::uint32_t code);
-
-// Builds the memory of texts. Called at load, so that its end at unload comes after that of what is built later.
-void InitializeErrorTexts();
 
 }  // namespace Harbor

@@ -1,39 +1,38 @@
 #include "Common/Failures/ErrorRecord.h"
 
 #include "Common/Base/Format.h"
+#include "Common/Base/OwnedHandle.h"
 #include "Common/Base/Text.h"
 #include "Common/Failures/ErrorHandling.h"
 
 namespace Harbor {
 namespace {
 
-// A text of the platform that ends with its scope.
-class OwnedBstr {
-public:
-    OwnedBstr() = default;
-    explicit OwnedBstr(std::u16string_view text)
-        : text_(Platform::SysAllocStringLen(text.data(), static_cast<std::uint32_t>(text.size()))) {}
-    OwnedBstr(const OwnedBstr&) = delete;
-    OwnedBstr& operator=(const OwnedBstr&) = delete;
-    ~OwnedBstr() { Platform::SysFreeString(text_); }
+using OwnedBstr = OwnedHandle<Platform::BSTR, &Platform::SysFreeString>;
 
-    Platform::BSTR* Address() noexcept { return &text_; }
-    Platform::BSTR Get() const noexcept { return text_; }
-    std::u16string_view Text() const noexcept { return {text_, Platform::SysStringLen(text_)}; }
+// Null if memory runs out.
+OwnedBstr MakeBstr(std::u16string_view text) noexcept {
+    return OwnedBstr(Platform::SysAllocStringLen(text.data(), static_cast<std::uint32_t>(text.size())));
+}
 
-private:
-    Platform::BSTR text_ = nullptr;
-};
+// Empty if the object has no description or fails to return it.
+WideString DescriptionOf(Platform::IErrorInfo& errorInfo) {
+    Platform::BSTR text = nullptr;
+    const HRESULT code = errorInfo.GetDescription(&text);
+    const OwnedBstr owner(text);
+    return Failed(code) ? WideString() : WideString(text, Platform::SysStringLen(text));
+}
 
-// Takes over what the error object says, an own one's text in its parts and a foreign one's as it stands.
+// Stores the description of the error object in the record. A description that this framework wrote is parsed; any
+// other one is stored unchanged.
 void ReadErrorInfo(Platform::IErrorInfo& errorInfo, ErrorRecord& record) {
-    OwnedBstr description;
-    if (Failed(errorInfo.GetDescription(description.Address())) || description.Text().empty()) return;
+    WideString description = DescriptionOf(errorInfo);
+    if (description.empty()) return;
     GUID source{};
     if (Succeeded(errorInfo.GetGUID(&source)) && source == OwnErrorGuid) {
-        record.Parse(description.Text());
+        record.Parse(description);
     } else {
-        record.description = description.Text();
+        record.description = std::move(description);
     }
 }
 
@@ -51,8 +50,8 @@ void AppendFrames(const Frames& frames, WideString& details) {
 ComponentPtr<Platform::IErrorInfo> MakeErrorInfo(const WideString& text) {
     ComponentPtr<Platform::ICreateErrorInfo> creation;
     if (Failed(Platform::CreateErrorInfo(creation.Address()))) return {};
-    const OwnedBstr description(text);
-    if (description.Get() == nullptr || Failed(creation->SetDescription(description.Get()))) return {};
+    const OwnedBstr description = MakeBstr(text);
+    if (!description || Failed(creation->SetDescription(description.get()))) return {};
     if (Failed(creation->SetGUID(&OwnErrorGuid))) return {};
     ComponentPtr<Platform::IErrorInfo> object;
     if (Failed(creation.QueryTo(object))) return {};
@@ -66,7 +65,7 @@ ErrorRecord ErrorRecord::Of(const HRES& failure) {
     ErrorRecord record;
     record.code = code;
     if (failure.ErrorInfo()) ReadErrorInfo(*failure.ErrorInfo().Get(), record);
-    if (record.code != code) record = {};  // the words belong to some other failure
+    if (record.code != code) record = {};  // the error object describes another failure
     record.code = code;
     if (record.description.empty()) record.description = DescribeError(code);
     AppendFrames(failure.CodeAddresses(), record.details);
@@ -107,7 +106,7 @@ HRESULT HRES::PublishErrorInfo() const {
     try {
         object = MakeErrorInfo(ToText());
     } catch (...) {
-        // The caller gets the code without words rather than an exception in place of the code.
+        // The caller must receive the code, not another exception; it receives the code without a text.
     }
     Platform::SetErrorInfo(0, object.Get());
     return code_;

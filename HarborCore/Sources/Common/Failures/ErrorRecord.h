@@ -1,24 +1,26 @@
-// A failure in words: the text that HRES::ToText gives and that travels in the thread's error object.
+// The text of a failure, which HRES::ToText returns and which crosses component boundaries in the thread's error
+// object.
 #pragma once
 
 #include "Common/Base/HRes.h"
 
 namespace Harbor {
 
-// Marks the error objects whose description has the form of ErrorRecord::Text.
+// Identifies error objects whose description has the form of ErrorRecord::Text.
 inline constexpr GUID OwnErrorGuid{0x64107A4E, 0x9383, 0x4398, {0x97, 0xFF, 0xEE, 0x55, 0xF0, 0xDA, 0x7F, 0xDF}};
 
 struct ErrorRecord {
     std::uint32_t code = 0;
     WideString description;
-    WideString details;  // code addresses of the failure and of earlier ones down the chain, oldest first
+    WideString details;  // code addresses of the failure and of the failures that caused it, oldest first
 
-    // The words that the failure's error object carries, or else the text of its code; its own addresses come last.
+    // Returns the record of a failure: the description of its error object, or the text of its code if there is none,
+    // and the code addresses of the error object followed by those of the failure.
     static ErrorRecord Of(const HRES& failure);
 
-    // "0x80004005 Unspecified error [0x00007FF612340000,0x00007FF612350000]"
+    // Returns a text such as "0x80004005 Unspecified error [0x00007FF612340000,0x00007FF612350000]".
     WideString Text() const;
-    // Reads that text back. False leaves the record as it was.
+    // Reads such a text into this record. Returns false, and changes nothing, if the text does not begin with a number.
     bool Parse(std::u16string_view text);
 };
 

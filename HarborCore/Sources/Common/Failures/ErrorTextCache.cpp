@@ -1,10 +1,17 @@
 #include "Common/Failures/ErrorTextCache.h"
 
+#include "Common/Base/SingletonHolder.h"
+
 namespace Harbor {
 
+namespace {
+
+constinit SingletonHolder<ErrorTextCache> Holder;
+
+}  // namespace
+
 ErrorTextCache& ErrorTextCache::Instance() {
-    static ErrorTextCache instance;
-    return instance;
+    return Holder.Get();
 }
 
 ErrorTextCache::~ErrorTextCache() {

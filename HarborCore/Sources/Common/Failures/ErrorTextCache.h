@@ -1,4 +1,4 @@
-// The texts of codes that were asked for before. It has no limit, and entries never change or leave.
+// The cache of the texts of codes. It has no size limit, and its entries are never changed or removed.
 #pragma once
 
 #include <atomic>
@@ -11,19 +11,24 @@ namespace Harbor {
 
 class ErrorTextCache {
 public:
-    // Created at load. Once its end at unload has begun, nothing is found and nothing stored.
+    // Returns the cache. The first call, at load, creates it. When its destruction at unload has begun, Lookup finds
+    // nothing and Store does nothing.
     static ErrorTextCache& Instance();
 
-    // Any thread. Store leaves a known code as it is.
+    // Lookup returns true and copies the text if the code is known. Store does nothing for a known code. Any thread may
+    // call both.
     bool Lookup(std::uint32_t code, WideString& text) const;
     void Store(std::uint32_t code, const WideString& text);
 
-    ErrorTextCache() noexcept = default;
     ErrorTextCache(const ErrorTextCache&) = delete;
     ErrorTextCache& operator=(const ErrorTextCache&) = delete;
-    ~ErrorTextCache();
 
 private:
+    template <class T>
+    friend class SingletonHolder;
+    ErrorTextCache() noexcept = default;
+    ~ErrorTextCache();
+
     std::atomic<bool> alive_{true};
     mutable ReaderWriterLock lock_;
     std::map<std::uint32_t, WideString> texts_;  // guarded by lock_

@@ -1,5 +1,5 @@
-// The edge of a component: the one place where a failure, which travels as HRX inside, becomes a code and an error
-// object for the caller.
+// The edge of a component. Inside a component a failure is an HRX; here it becomes a code and an error object for the
+// caller. Every method that is called from outside its component has this form:
 //
 //     HRESULT ActionImpl::GetType(GUID* type) {
 //         return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionImpl::GetType"), [&] {
@@ -14,18 +14,18 @@
 
 namespace Harbor {
 
-// What an edge says of its method in the log.
+// The method, as the log names it.
 struct TracedMethod {
     std::uint32_t severity;  // of the trace
     const WideChar* name;    // qualified
     SourcePlace place;
 };
 
-// Logs the failure of a method at ERR. Nothing is thrown: a failure of the log is no reason to lose the code.
+// Logs the failure of a method at ERR. If the log fails, the line is lost, and the caller still receives the code.
 void LogMethodFailure(const TracedMethod& method, const HRX& failure) noexcept;
 
-// Runs the body under the method's trace and gives its code. HRX is logged, left in the thread's error object and
-// turned into its code; exceptions of other types pass.
+// Calls the body inside the method's trace and returns its code. An HRX is logged and stored in the thread's error
+// object, and its code is returned. Exceptions of other types pass through.
 template <class Body>
 HRESULT MethodEdge(const TracedMethod& method, Body&& body) {
     try {

@@ -1,14 +1,14 @@
-// The channel for troubles of the log itself. It never touches the log.
+// Reports failures of the log itself on the debugger's output. Never writes to the log.
 #pragma once
 
 #include "Common/Base/Format.h"
 
 namespace Harbor {
 
-// Passes the text and a line feed to the debugger's output.
+// Writes the text and a line feed to the debugger's output.
 void WriteDebugText(WideString text);
 
-// Formats as printf does for wide text.
+// Formats as FormatWide does, then writes the result.
 template <class... Arguments>
 void WriteDebugOutput(std::u16string_view format, const Arguments&... arguments) {
     WriteDebugText(FormatWide(format, arguments...));

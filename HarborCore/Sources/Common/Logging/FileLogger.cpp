@@ -30,7 +30,7 @@ Platform::DWORD ByteSize(std::u16string_view text) noexcept {
     return static_cast<Platform::DWORD>(text.size() * sizeof(WideChar));
 }
 
-Platform::DWORD OpenForAppending(const WideString& path, FileHandle& file) {
+Platform::DWORD OpenForAppending(const WideString& path, SystemHandle& file) {
     constexpr Platform::DWORD shareAll =
         Platform::FILE_SHARE_READ | Platform::FILE_SHARE_WRITE | Platform::FILE_SHARE_DELETE;
     Platform::DWORD error = Platform::ERROR_SUCCESS;
@@ -57,7 +57,7 @@ FileLogger::FileLogger(WideString fileName, WideString banner)
       hasDirectory_(fileName_.find_first_of(u"/\\") != WideString::npos) {}
 
 void FileLogger::Write(const WideChar* text, std::int32_t length) {
-    const FileHandle file = GetHandle();
+    const SystemHandle file = GetHandle();
     if (!file) return;
     const std::u16string_view line =
         length < 0 ? std::u16string_view(text) : std::u16string_view(text, static_cast<std::size_t>(length));
@@ -67,7 +67,7 @@ void FileLogger::Write(const WideChar* text, std::int32_t length) {
     }
 }
 
-FileHandle FileLogger::GetHandle() {
+SystemHandle FileLogger::GetHandle() {
     const std::uint32_t keepOpen =
         LogManager::Instance().Settings().GetNumberOr(KeepOpenKey, LogDefaults.keepOpenIntervalMs);
     const CriticalSectionGuard guard(lock_);
@@ -76,12 +76,12 @@ FileHandle FileLogger::GetHandle() {
         return OpenLogFile();
     }
     if (const std::uint32_t now = Platform::GetTickCount(); lastOpenTick_ == 0 || now - lastOpenTick_ >= keepOpen) {
-        // Noted before the open, so that a failing one is tried again only after the interval.
+        // Stored before the open, so that a failed open is tried again only after the interval.
         lastOpenTick_ = now;
         cachedFile_.reset();
         cachedFile_ = OpenLogFile();
     }
-    FileHandle file;
+    SystemHandle file;
     if (cachedFile_) {
         const Platform::HANDLE process = Platform::GetCurrentProcess();
         Platform::HANDLE duplicate = nullptr;
@@ -96,12 +96,12 @@ FileHandle FileLogger::GetHandle() {
     return file;
 }
 
-FileHandle FileLogger::OpenLogFile() {
+SystemHandle FileLogger::OpenLogFile() {
     const ImpersonationRevertGuard identity(LogDefaults.revertImpersonation);
     LogSettings& settings = LogManager::Instance().Settings();
     const WideString path = hasDirectory_ ? fileName_ : settings.GetLogDirectory() + fileName_;
     const std::uint32_t threshold = settings.GetNumberOr(ThresholdKey, LogDefaults.fileSizeThresholdMB);
-    FileHandle file;
+    SystemHandle file;
     Platform::DWORD error = OpenForAppending(path, file);
     if (file && threshold != 0 && IsTooBig(file.get(), threshold, path, error)) file.reset();
     if (file && !banner_.empty()) WriteBannerIfNew(file.get(), error);
@@ -147,7 +147,7 @@ void FileLogger::WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error)
 }
 
 WideString MakeLogFileName() {
-    return ModuleName(OwnModule(), true) + u".log";
+    return ModuleName(OwnModule(), Extension::Strip) + u".log";
 }
 
 WideString MakeLogBanner(const WideChar* moduleDescription, const ModuleVersion& version) {
@@ -158,7 +158,7 @@ WideString MakeLogBanner(const WideChar* moduleDescription, const ModuleVersion&
 }
 
 FileLogger& GetFileLogger(const WideString& fileName, const WideString& banner) {
-    // The manager must outlive the logger.
+    // Creates the manager first, so that it outlives the logger.
     LogManager::Instance();
     static FileLogger logger(fileName, banner);
     static LogRegistration registration(logger);

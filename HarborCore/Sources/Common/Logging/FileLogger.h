@@ -1,39 +1,33 @@
-// The module's log file: UTF-16 little-endian without a byte-order mark, opened for appending with all sharing allowed
-// and reopened every few seconds, so that an outside tool may rename, remove or empty it at any time.
+// The module's log file: UTF-16 little-endian without a byte-order mark. It is opened for appending with all sharing
+// allowed and reopened every few seconds, so that another program may rename, remove or empty it at any time.
 #pragma once
 
 #include <array>
-#include <memory>
 
 #include "Common/Base/Guards.h"
+#include "Common/Base/OwnedHandle.h"
 #include "Common/Logging/LogManager.h"
-#include "Platform/Files.h"
 
 namespace Harbor {
 
-// Closes a platform handle at its end.
-struct HandleCloser {
-    using pointer = Platform::HANDLE;
-    void operator()(Platform::HANDLE handle) const noexcept { Platform::CloseHandle(handle); }
-};
-using FileHandle = std::unique_ptr<Platform::HANDLE, HandleCloser>;
-
 class FileLogger final : public ILogger {
 public:
-    // `banner` heads each file that this logger writes to. A file name with a directory in it is used as it stands, one
-    // without lies in the log directory.
+    // `banner` is written to each file before the first line of this logger; an empty one is not written. A file name
+    // with a directory is used unchanged; one without a directory names a file in the log directory. The first line
+    // opens the file.
     FileLogger(WideString fileName, WideString banner);
     FileLogger(const FileLogger&) = delete;
     FileLogger& operator=(const FileLogger&) = delete;
 
-    // One write for a line. A line that can't be written is lost, with a message on the debugger's output.
+    // Writes a line in one write. A line that cannot be written is lost and reported on the debugger's output. Throws
+    // HRX if the log directory cannot be determined. Any thread may call it.
     void Write(const WideChar* text, std::int32_t length) override;
 
 private:
     using FileId = std::array<Platform::DWORD, 3>;  // volume serial number, file index high, file index low
 
-    FileHandle GetHandle();
-    FileHandle OpenLogFile();
+    SystemHandle GetHandle();
+    SystemHandle OpenLogFile();
     bool IsTooBig(Platform::HANDLE file, std::uint32_t threshold, const WideString& path, Platform::DWORD& error);
     void WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error);
 
@@ -41,14 +35,14 @@ private:
     const WideString banner_;
     const bool hasDirectory_;
 
-    CriticalSection lock_;            // guards all below; not held for the write of a line
-    std::uint32_t lastOpenTick_ = 0;  // 0: never
-    FileHandle cachedFile_;
+    CriticalSection lock_;            // guards all members below; not held while a line is written
+    std::uint32_t lastOpenTick_ = 0;  // 0: never opened
+    SystemHandle cachedFile_;
     FileId lastFileId_{};  // of the file that received the last banner
     bool tooBigReported_ = false;
 };
 
-// Keeps a logger registered while it lives.
+// Registers a logger and unregisters it at the end of its own life. `logger` is not owned.
 class LogRegistration {
 public:
     explicit LogRegistration(ILogger& logger) : logger_(logger) { LogManager::Instance().Register(&logger_); }
@@ -64,11 +58,12 @@ struct ModuleVersion {
     std::int32_t major, minor, patch, build;
 };
 
-// This module's name without extension, and ".log".
+// Returns the name of this module without extension, followed by ".log".
 [[nodiscard]] WideString MakeLogFileName();
+// Returns the seven lines that describe the module and the process.
 [[nodiscard]] WideString MakeLogBanner(const WideChar* moduleDescription, const ModuleVersion& version);
 
-// The module's file logger, created and registered at the first call; later calls ignore their arguments.
+// Returns the module's file logger. The first call creates and registers it; later calls ignore their arguments.
 FileLogger& GetFileLogger(const WideString& fileName, const WideString& banner);
 
 }  // namespace Harbor

@@ -42,7 +42,7 @@ FunctionTrace::FunctionTrace(std::uint32_t severity, std::uint32_t exceptionSeve
       name_(std::move(name)),
       place_(place),
       uncaughtAtEntry_(std::uncaught_exceptions()) {
-    // The limit may have changed since the statement's own test.
+    // The severity limit may have changed since the test of the statement.
     if (IsLogEnabled(severity_)) {
         WriteLogLine(severity_, u"Entering: " + name_, place_);
         indentation_.Add(1);
@@ -55,7 +55,7 @@ FunctionTrace::~FunctionTrace() {
     try {
         WriteExit(endCounter);
     } catch (...) {
-        // A trace can't fail its method, least of all while an exception is passing.
+        // A trace must not throw into its method, above all not while another exception unwinds the stack.
     }
 }
 
@@ -71,15 +71,12 @@ void FunctionTrace::WriteExit(std::int64_t endCounter) {
 
 std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
                                                  const SourcePlace& place) {
-    try {
-        return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    return ThrowIfOutOfMemory(
+        [&] { return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place); });
 }
 
 std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept {
-    // Ticks in 10 microseconds, at least one.
+    // Ticks in 10 microseconds, at least 1.
     const std::int64_t scale = std::max<std::int64_t>(frequency / 100000, 1);
     return counterTicks * 10 / scale;
 }

@@ -1,11 +1,11 @@
-// The trace of a method: one line when it is entered, one with the elapsed time when it is left, and everything that
-// the thread logs in between two spaces further in.
+// The trace of a method. It logs one line when the method is entered and one line with the elapsed time when it is
+// left. Lines that the thread logs in between are indented by two more spaces.
 //
 //     TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::OnTimerEvent");
 //
-// It is the first statement of the method, and its end is the end of the scope. A trace that was off at entry stays
-// off. Like a log statement, it can throw HRX at entry; TRY_TRACE_FUNCTION, for methods that can't fail, goes on
-// without the trace.
+// The macro is the first statement of the method; the trace ends with the scope. If the severity is off at entry, the
+// exit is not traced either. Like a log statement, the macro can throw HRX. TRY_TRACE_FUNCTION does not throw: if the
+// trace fails, the method runs without it.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,8 @@
 
 namespace Harbor {
 
-// Adds levels to the thread's depth, and takes back at its end what it has added.
+// Adds levels to the indentation of the thread's lines and removes them at the end of its own life, which must be on
+// the same thread.
 class IndentationGuard {
 public:
     IndentationGuard() noexcept = default;
@@ -22,7 +23,7 @@ public:
     IndentationGuard& operator=(const IndentationGuard&) = delete;
     ~IndentationGuard() { TakeBack(); }
 
-    void Add(std::int32_t levels) noexcept;
+    void Add(std::int32_t levels) noexcept;  // may be negative
     void TakeBack() noexcept { Add(-static_cast<std::int32_t>(added_)); }
 
 private:
@@ -31,6 +32,8 @@ private:
 
 class FunctionTrace {
 public:
+    // `exceptionSeverity` is the severity of the exit line if an exception leaves the method. Every trace of this
+    // module passes the same number for both.
     FunctionTrace(std::uint32_t severity, std::uint32_t exceptionSeverity, WideString name, const SourcePlace& place);
     FunctionTrace(const FunctionTrace&) = delete;
     FunctionTrace& operator=(const FunctionTrace&) = delete;
@@ -48,11 +51,11 @@ private:
     const int uncaughtAtEntry_;
 };
 
-// Whatever the severity. Throws HRX as a log statement does.
+// Creates a trace without a test of the severity. Throws HRX as a log statement does.
 [[nodiscard]] std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
                                                                const SourcePlace& place);
 
-// Null when the severity is off.
+// Returns null if the severity is off.
 template <class Name>
 std::unique_ptr<FunctionTrace> OpenFunctionTrace(std::uint32_t severity, const Name& name, const SourcePlace& place) {
     if (!IsLogEnabled(severity)) return nullptr;
@@ -60,7 +63,7 @@ std::unique_ptr<FunctionTrace> OpenFunctionTrace(std::uint32_t severity, const N
         severity, [&](WideStream& stream) { stream << name; }, place);
 }
 
-// Null also when the trace fails.
+// Returns null also if the trace fails.
 template <class Name>
 std::unique_ptr<FunctionTrace> TryOpenFunctionTrace(std::uint32_t severity, const Name& name,
                                                     const SourcePlace& place) noexcept {
@@ -71,9 +74,9 @@ std::unique_ptr<FunctionTrace> TryOpenFunctionTrace(std::uint32_t severity, cons
     }
 }
 
-// " [1 234.567 ms]" for a number of microseconds.
+// Returns a number of microseconds as " [1 234.567 ms]".
 [[nodiscard]] WideString FormatElapsed(std::int64_t microseconds);
-// By a counter of that frequency.
+// Converts ticks of a counter; `frequency` is its number of ticks in a second.
 [[nodiscard]] std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept;
 
 }  // namespace Harbor

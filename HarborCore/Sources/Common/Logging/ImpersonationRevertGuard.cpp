@@ -5,7 +5,6 @@
 #include "Common/Logging/DebugOutput.h"
 #include "Harbor/ResultCodes.h"
 #include "Platform/Errors.h"
-#include "Platform/Files.h"
 #include "Platform/Process.h"
 
 namespace Harbor {
@@ -19,29 +18,29 @@ HRESULT LastFailure() noexcept {
 
 ImpersonationRevertGuard::ImpersonationRevertGuard(bool active) {
     if (!active) return;
-    Platform::HANDLE token = nullptr;
-    if (!Platform::OpenThreadToken(Platform::GetCurrentThread(), Platform::TOKEN_IMPERSONATE, Platform::TRUE, &token)) {
+    Platform::HANDLE opened = nullptr;
+    if (!Platform::OpenThreadToken(Platform::GetCurrentThread(), Platform::TOKEN_IMPERSONATE, Platform::TRUE,
+                                   &opened)) {
         if (Platform::GetLastError() != Platform::ERROR_NO_TOKEN) {
             WriteDebugOutput(u"ImpersonationRevertGuard: cannot get current thread token (error: 0x%08x)\n",
                              LastFailure());
         }
         return;
     }
+    SystemHandle token(opened);
     if (!Platform::SetThreadToken(nullptr, nullptr)) {
         WriteDebugOutput(u"ImpersonationRevertGuard: cannot revert thread token (error: 0x%08x)\n", LastFailure());
-        Platform::CloseHandle(token);
         return;
     }
-    token_ = token;
+    token_ = std::move(token);
 }
 
 ImpersonationRevertGuard::~ImpersonationRevertGuard() {
-    if (token_ == nullptr) return;
-    if (!Platform::SetThreadToken(nullptr, token_)) {
+    if (!token_) return;
+    if (!Platform::SetThreadToken(nullptr, token_.get())) {
         WriteDebugOutput(u"ImpersonationRevertGuard: cannot restore token back (error: 0x%08x)\n", LastFailure());
         std::abort();
     }
-    Platform::CloseHandle(token_);
 }
 
 }  // namespace Harbor

@@ -1,21 +1,23 @@
-// While it lives, the calling thread works under the process's own identity.
+// While it lives, the calling thread has the identity of the process instead of one that it impersonates. It must end
+// on the thread that made it.
 #pragma once
 
-#include "Platform/Types.h"
+#include "Common/Base/OwnedHandle.h"
 
 namespace Harbor {
 
 class ImpersonationRevertGuard {
 public:
-    // Inactive it does nothing at all.
+    // Does nothing if `active` is false. Failures are reported on the debugger's output.
     explicit ImpersonationRevertGuard(bool active);
     ImpersonationRevertGuard(const ImpersonationRevertGuard&) = delete;
     ImpersonationRevertGuard& operator=(const ImpersonationRevertGuard&) = delete;
-    // An identity that can't be restored ends the process: the thread must not go on with rights that aren't its own.
+    // Restores the thread's identity. If that fails, the process is aborted: the thread must not continue with the
+    // rights of the process.
     ~ImpersonationRevertGuard();
 
 private:
-    Platform::HANDLE token_ = nullptr;  // null: nothing is to be restored
+    SystemHandle token_;  // empty: there is nothing to restore
 };
 
 }  // namespace Harbor

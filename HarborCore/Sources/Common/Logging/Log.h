@@ -2,11 +2,12 @@
 //
 //     LOG(Dbg, u"Action creation time: " << FormatTimePoint(now));
 //
-// The operands are those of a WideStream, inserted one after the other. They aren't evaluated unless the severity is
-// enabled: a disabled statement costs one tick read and one atomic load. An exception of an operand leaves the text so
-// far and a mark behind it. The line is written when the statement returns, on the calling thread. A statement can
-// throw HRX: when memory runs out while the line is formatted, or when the log directory can't be worked out. TRY_LOG,
-// for places that can't fail or that already deal with a failure, loses the line instead.
+// The operands are inserted into a WideStream, from left to right. They are evaluated only if the severity is enabled:
+// a disabled statement costs one read of the tick count and one atomic load. If an operand throws, the line has the
+// text that was inserted until then, and a mark. The line is written on the calling thread, before the statement ends.
+//
+// LOG throws HRX if memory runs out while the line is formatted or if the log directory cannot be determined. TRY_LOG
+// loses the line instead. It is for code that must not throw and for code that handles another failure.
 #pragma once
 
 #include "Common/Base/WideStream.h"
@@ -14,20 +15,20 @@
 
 namespace Harbor {
 
-// A place in the source, fixed at build time.
+// A place in the source code. `file` is a static text.
 struct SourcePlace {
     const WideChar* file;
     std::uint32_t line;
 };
 
-// Whether a statement of that severity is live. Looks at the settings again when the last look is more than five
-// seconds old.
+// Returns whether lines of that severity are written. Reads the settings again if the last read is more than five
+// seconds old. Any thread may call it.
 [[nodiscard]] bool IsLogEnabled(std::uint32_t severity);
 
-// What marks a statement that an exception of an operand cut short.
+// Ends the text of a statement in which an operand threw an exception.
 inline constexpr std::u16string_view LogExceptionMark = u"... (***EXCEPTION***)";
 
-// The operands of one statement: a callable that inserts them into a stream, borrowed for the call.
+// The operands of one statement: a borrowed callable that inserts them into a stream.
 class LogOperands {
 public:
     template <class Insert>
@@ -42,24 +43,24 @@ private:
     void (*insert_)(const void* context, WideStream& stream);
 };
 
-// The text of the operands; whatever an insertion throws becomes the mark.
+// Returns the text of the operands. If an insertion throws any exception, the mark ends the text.
 [[nodiscard]] WideString BuildLogText(const LogOperands& operands);
 
-// Formats one line and hands it to the loggers. The severity isn't tested again.
+// Format one line and pass it to the loggers, without a test of the severity. They throw HRX as LOG does.
 void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place);
 void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, const SourcePlace& place);
 
 }  // namespace Harbor
 
-// In parentheses, since it stands among the arguments of other macros.
+// In parentheses, since it is passed to other macros.
 #define HARBOR_SOURCE_PLACE (::Harbor::SourcePlace{u"" __FILE__, __LINE__})
 
-// The severity is a name of Harbor::LogSeverity; the operands stand with "<<" between them.
+// `severity` is a name in Harbor::LogSeverity. The operands are separated by "<<".
 #define LOG(severity, ...) LOG_AT(HARBOR_SOURCE_PLACE, severity, __VA_ARGS__)
 
 #define TRY_LOG(severity, ...) TRY_LOG_AT(HARBOR_SOURCE_PLACE, severity, __VA_ARGS__)
 
-// The same for a place that the caller was given.
+// The same with the source place as an argument.
 #define LOG_AT(place, severity, ...)                                                                           \
     do {                                                                                                       \
         if (::Harbor::IsLogEnabled(::Harbor::LogSeverity::severity)) {                                         \

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Common/Base/FileTime.h"
 #include "Platform/Process.h"
 
 namespace Harbor {
@@ -12,9 +13,10 @@ constexpr std::size_t SourceColumnWidth = 30;  // name and line number, without 
 constexpr std::size_t LeastLineNumberWidth = 4;
 constexpr std::int32_t DeepestIndentation = 30;
 constexpr std::size_t SeverityWidth = 4;
-constexpr std::size_t HeadRoom = 160;  // more than the head of any line
+constexpr std::uint64_t TicksPerMillisecond = 10000;
+constexpr std::size_t HeadRoom = 160;  // at least the length of a line without its message
 
-// Appends at the end of a text that has room enough.
+// Writes into a buffer that is large enough.
 class LineWriter {
 public:
     explicit LineWriter(WideChar* at) noexcept : at_(at) {}
@@ -22,12 +24,12 @@ public:
     void Put(std::u16string_view text) noexcept { at_ = std::copy(text.begin(), text.end(), at_); }
     void Fill(WideChar c, std::size_t count) noexcept { at_ = std::fill_n(at_, count, c); }
 
-    // A number that has no more than `width` digits.
+    // `number` must have at most `width` digits.
     void PutDigits(std::uint32_t number, std::size_t width) noexcept {
         for (std::size_t i = width; i > 0; --i, number /= 10) at_[i - 1] = static_cast<WideChar>(u'0' + number % 10);
         at_ += width;
     }
-    // The width is the least one: a longer number is not cut.
+    // `width` is a minimum: a longer number is not cut.
     void PutRightAligned(std::uint32_t number, std::size_t width, WideChar padding = u' ') noexcept {
         const std::u16string_view digits = Digits(number);
         Fill(padding, width - std::min(width, digits.size()));
@@ -59,7 +61,6 @@ void PutTime(LineWriter& line, const Platform::FILETIME& time) noexcept {
     Platform::SYSTEMTIME fields{};
     Platform::FileTimeToLocalFileTime(&time, &local);
     Platform::FileTimeToSystemTime(&local, &fields);
-    const std::uint64_t ticks = (std::uint64_t{local.dwHighDateTime} << 32) | local.dwLowDateTime;
     line.PutRightAligned(fields.wYear, 4, u'0');
     line.Put(u"-");
     line.PutDigits(fields.wMonth, 2);
@@ -73,7 +74,7 @@ void PutTime(LineWriter& line, const Platform::FILETIME& time) noexcept {
     line.PutDigits(fields.wSecond, 2);
     line.Put(u".");
     line.PutDigits(fields.wMilliseconds, 3);
-    line.PutDigits(static_cast<std::uint32_t>(ticks % 10000), 4);
+    line.PutDigits(static_cast<std::uint32_t>(TicksOf(local) % TicksPerMillisecond), 4);
 }
 
 void PutSource(LineWriter& line, const SourcePlace& place) noexcept {

@@ -1,4 +1,4 @@
-// The exact text of a log line.
+// The text of a log line.
 #pragma once
 
 #include "Common/Logging/Log.h"
@@ -8,7 +8,7 @@ namespace Harbor {
 
 class ILogFormatter {
 public:
-    // Puts the line, line end included, into `result`. A null `time` means now.
+    // Stores the line with its line end in `result`. A null `time`, which nobody passes yet, means the current time.
     virtual void Format(WideString& result, std::uint32_t severity, const SourcePlace& place,
                         std::u16string_view message, std::int32_t indentation,
                         const Platform::FILETIME* time) const = 0;
@@ -17,7 +17,7 @@ protected:
     ~ILogFormatter() = default;
 };
 
-// As this printf format gives it, local time and file name first:
+// Formats the local time and then the severity, process, thread, source and message, as this printf format does:
 // "%04u-%02u-%02u %02u:%02u:%02u.%03u%04u | %-4.4s |%5u %5u | %.*s:%-*u| %*s%s\r\n"
 class DefaultLogFormatter final : public ILogFormatter {
 public:
@@ -25,7 +25,7 @@ public:
                 std::int32_t indentation, const Platform::FILETIME* time) const override;
 };
 
-// The wall clock in the finest resolution there is.
+// Returns the time of the wall clock in its finest resolution.
 [[nodiscard]] Platform::FILETIME LogTimeStamp() noexcept;
 
 }  // namespace Harbor

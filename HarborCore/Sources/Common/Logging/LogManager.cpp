@@ -1,7 +1,5 @@
 #include "Common/Logging/LogManager.h"
 
-#include <new>
-
 #include "Common/Base/HRes.h"
 #include "Common/Base/SingletonHolder.h"
 #include "Common/Logging/DebugOutput.h"
@@ -15,7 +13,7 @@ constinit SingletonHolder<LogManager> Holder;
 
 thread_local std::uint32_t Indentation = 0;
 
-// Version 6.0 of the system or later.
+// Returns true for version 6.0 of the system and later ones.
 bool SystemSupportsIndentation() noexcept {
     Platform::OSVERSIONINFOEXW wanted{.dwMajorVersion = 6, .dwMinorVersion = 0, .wServicePackMajor = 0};
     std::uint64_t mask = 0;
@@ -37,14 +35,12 @@ void ThreadIndentation::Add(std::int32_t levels) noexcept {
     if (LogManager::Instance().IsIndentationSupported()) Indentation += static_cast<std::uint32_t>(levels);
 }
 
-// Through a holder rather than a plain static: the test of each log statement begins here, and the pointer costs one
-// load.
 LogManager& LogManager::Instance() {
     return Holder.Get();
 }
 
 LogManager::LogManager() : indentationSupported_(SystemSupportsIndentation()) {
-    // The store must outlive the manager.
+    // Creates the store first, so that it outlives the manager.
     SettingsStore::Instance();
 }
 
@@ -96,19 +92,11 @@ WideString BuildLogText(const LogOperands& operands) {
 }
 
 void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
-    try {
-        LogManager::Instance().Write(severity, text, place);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, text, place); });
 }
 
 void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, const SourcePlace& place) {
-    try {
-        LogManager::Instance().Write(severity, BuildLogText(operands), place);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, BuildLogText(operands), place); });
 }
 
 }  // namespace Harbor

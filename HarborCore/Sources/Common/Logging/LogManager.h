@@ -1,4 +1,4 @@
-// Where a log statement's text becomes a line and reaches the loggers. One for each loaded module.
+// Formats the text of a log statement as a line and passes it to the loggers. There is one LogManager in each module.
 #pragma once
 
 #include <array>
@@ -9,11 +9,11 @@
 
 namespace Harbor {
 
-// A destination. It deals with its own failures: they never go to the log.
+// A destination of log lines. It must not report its own failures to the log.
 class ILogger {
 public:
-    // One complete line, line end included; a negative length means that the text ends at its 0. Any thread, several at
-    // once.
+    // Receives one line with its line end. `length` counts characters; a negative one, which nobody passes yet, means
+    // that the text ends in 0. Several threads may call it at once.
     virtual void Write(const WideChar* text, std::int32_t length) = 0;
 
 protected:
@@ -22,18 +22,19 @@ protected:
 
 class LogManager {
 public:
-    // Created at the first call, in practice at load.
+    // Returns the module's LogManager. The first call, at load, creates it.
     static LogManager& Instance();
 
-    // Puts a logger, which stays its owner's, into one of the four slots. False, with a message on the debugger's
-    // output, if none is free.
+    // Stores a logger in one of the four slots. It is not owned: it must live until Unregister. Returns false, and
+    // reports it on the debugger's output, if no slot is free.
     bool Register(ILogger* logger);
     void Unregister(ILogger* logger);
 
+    // See IsLogEnabled.
     bool IsEnabled(std::uint32_t severity);
 
-    // Formats one line and gives it to every logger, on the calling thread and without a lock. Out of
-    // memory leaves it as std::bad_alloc; the log statement makes HRX of that.
+    // Formats one line and passes it to every logger, on the calling thread and without a lock. If memory runs out,
+    // std::bad_alloc is thrown; the log statement turns it into HRX.
     void Write(std::uint32_t severity, std::u16string_view text, const SourcePlace& place);
 
     LogSettings& Settings() noexcept { return settings_; }
@@ -53,7 +54,7 @@ private:
     LogSettings settings_;
 };
 
-// The depth of the calling thread's lines, in levels. Only function traces change it.
+// The indentation of the calling thread's lines, in levels. Only function traces change it.
 class ThreadIndentation {
 public:
     static std::uint32_t Depth() noexcept;

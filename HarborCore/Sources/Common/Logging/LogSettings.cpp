@@ -1,7 +1,6 @@
 #include "Common/Logging/LogSettings.h"
 
 #include <algorithm>
-#include <new>
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
@@ -20,18 +19,18 @@ constexpr WideChar PathKey[] = u"Path";
 
 LogSettings::LogSettings() : SettingsSection(Section, 0) {}
 
-void LogSettings::Refresh() try {
-    Clear();
-    maxSeverity_.store(ComputeMaxSeverity(), std::memory_order_relaxed);
-    logDirectoryStale_.store(true, std::memory_order_release);
-    lastRefreshTick_.store(Platform::GetTickCount(), std::memory_order_release);
-} catch (const std::bad_alloc&) {
-    ThrowError(E_OUTOFMEMORY);
+void LogSettings::Refresh() {
+    ThrowIfOutOfMemory([this] {
+        Clear();
+        maxSeverity_.store(ComputeMaxSeverity(), std::memory_order_relaxed);
+        logDirectoryStale_.store(true, std::memory_order_release);
+        lastRefreshTick_.store(Platform::GetTickCount(), std::memory_order_release);
+    });
 }
 
 std::uint32_t LogSettings::ComputeMaxSeverity() {
     WideString text;
-    if (!GetString(MaxSeverityKey, text, true)) return LogDefaults.maxSeverity;
+    if (!GetString(MaxSeverityKey, text, UseCache::Yes)) return LogDefaults.maxSeverity;
     const auto name =
         std::find_if(LogSeverityNames.begin(), LogSeverityNames.end(),
                      [&](std::u16string_view candidate) { return EqualsIgnoreCase(candidate, Trim(text)); });
@@ -42,7 +41,7 @@ std::uint32_t LogSettings::ComputeMaxSeverity() {
 std::uint32_t LogSettings::GetNumberOr(const WideChar* key, std::uint32_t defaultValue) {
     RefreshIfDue();
     std::uint32_t value = 0;
-    return GetNumber(key, value, true) ? value : defaultValue;
+    return GetNumber(key, value, UseCache::Yes) ? value : defaultValue;
 }
 
 WideString LogSettings::GetLogDirectory() {
@@ -52,7 +51,7 @@ WideString LogSettings::GetLogDirectory() {
         WideString directory = ComputeDirectory();
         if (directory != logDirectory_) {
             logDirectory_ = std::move(directory);
-            CreateDirectoryPath(logDirectory_, nullptr, true);
+            CreateDirectoryPath(logDirectory_, DefaultSecurity, OnError::Ignore);
         }
         logDirectoryStale_.store(false, std::memory_order_relaxed);
     }
@@ -61,7 +60,7 @@ WideString LogSettings::GetLogDirectory() {
 
 WideString LogSettings::ComputeDirectory() {
     WideString path;
-    GetStringOr(path, PathKey, LogDefaults.directory, true);
+    GetStringOr(path, PathKey, LogDefaults.directory, UseCache::Yes);
     WideString directory = ResolveDataPath(path);
     std::replace(directory.begin(), directory.end(), u'/', u'\\');
     EnsureTrailingSeparator(directory, u'\\');

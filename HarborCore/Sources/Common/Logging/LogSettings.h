@@ -1,4 +1,4 @@
-// The settings of the log, looked at again at most once in five seconds.
+// The settings of the log. They are read again at most once in five seconds.
 #pragma once
 
 #include <atomic>
@@ -13,8 +13,8 @@ class LogSettings : public SettingsSection {
 public:
     LogSettings();
 
-    // Clears the caches and computes the limit anew if the last refresh is more than five seconds old. Two threads that
-    // find it due at once both do it, which is harmless.
+    // Clears the caches and computes the severity limit again if the last refresh is more than five seconds old. Two
+    // threads may do that at the same time, which is harmless. Throws HRX with E_OUTOFMEMORY if memory runs out.
     void RefreshIfDue() {
         const std::uint32_t last = lastRefreshTick_.load(std::memory_order_acquire);
         const bool due = last == 0 || Platform::GetTickCount() - last > LogDefaults.refreshIntervalMs;
@@ -24,10 +24,11 @@ public:
 
     std::uint32_t MaxSeverity() const noexcept { return maxSeverity_.load(std::memory_order_relaxed); }
 
-    // The directory of log files with its trailing separator; it is created when it changes. A failure to work it out
-    // is thrown as HRX. Any thread.
+    // Returns the directory of log files with a trailing separator, and creates it if it has changed. Throws HRX if it
+    // cannot be determined. Any thread may call it.
     WideString GetLogDirectory();
 
+    // Returns a number from the cached settings, or the default if it is missing.
     std::uint32_t GetNumberOr(const WideChar* key, std::uint32_t defaultValue);
 
 private:
@@ -35,7 +36,7 @@ private:
     std::uint32_t ComputeMaxSeverity();
     WideString ComputeDirectory();
 
-    std::atomic<std::uint32_t> lastRefreshTick_{0};  // 0: never
+    std::atomic<std::uint32_t> lastRefreshTick_{0};  // 0: never refreshed
     std::atomic<std::uint32_t> maxSeverity_{0};
     std::atomic<bool> logDirectoryStale_{false};
 

@@ -15,8 +15,8 @@ struct TextRead {
     WideString text;
 };
 
-// The one loop of all text readers. `reader(buffer, &size)` is a call of the store whose size counts characters with
-// the terminator. The status isn't thrown.
+// The loop of all text readers. `reader(buffer, &size)` calls the store; its size counts characters, the terminator
+// included. A failed status is returned, not thrown.
 template <class Reader>
 TextRead ReadText(Reader reader) {
     WideChar local[FirstBufferSize];
@@ -41,7 +41,7 @@ TextRead ReadType(AcnHandle node) {
     return ReadText([node](WideChar* buffer, std::uint32_t* size) { return AcnGetNodeType(node, buffer, size); });
 }
 
-void RequireFound(bool found) {
+void ThrowIfMissing(bool found) {
     if (!found) ThrowError(NOT_FOUND);
 }
 
@@ -102,8 +102,8 @@ AcnHandle* ACNode::Receive() noexcept {
     return &handle_;
 }
 
-void ACNode::Create(const WideChar* first, const WideChar* second) {
-    ThrowIfFailed(AcnCreateNode(first, second, Receive()));
+void ACNode::Create(const WideChar* name, const WideChar* type) {
+    ThrowIfFailed(AcnCreateNode(name, type, Receive()));
 }
 
 ACNode ACNode::Clone(std::uint32_t depth, std::uint32_t flags) const {
@@ -193,7 +193,7 @@ WideString ACNode::GetType() const {
     return ReadType(handle_).text;
 }
 
-WideString ACNode::RequireType() const {
+WideString ACNode::GetTypeOrThrow() const {
     TextRead read = ReadType(handle_);
     ThrowIfFailed(read.status);
     return std::move(read.text);
@@ -257,19 +257,19 @@ bool ACNode::TryGetText(const WideChar* name, WideString& out) const {
 
 std::uint32_t ACNode::GetUInt32(const WideChar* name) const {
     std::uint32_t value = 0;
-    RequireFound(TryGetUInt32(name, value));
+    ThrowIfMissing(TryGetUInt32(name, value));
     return value;
 }
 
 std::int64_t ACNode::GetInt64(const WideChar* name) const {
     std::int64_t value = 0;
-    RequireFound(TryGetInt64(name, value));
+    ThrowIfMissing(TryGetInt64(name, value));
     return value;
 }
 
 WideString ACNode::GetText(const WideChar* name) const {
     WideString value;
-    RequireFound(TryGetText(name, value));
+    ThrowIfMissing(TryGetText(name, value));
     return value;
 }
 

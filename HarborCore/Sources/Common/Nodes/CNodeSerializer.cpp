@@ -6,19 +6,17 @@ namespace Harbor {
 
 CNodeSerializer::CNodeSerializer(std::int32_t type, std::uint32_t flags, std::string& out)
     : sink_([&out](const void* data, std::uint32_t length) { out.append(static_cast<const char*>(data), length); }) {
-    ThrowIfFailed(AcnStartSerialization(type, flags, &OnBlock, this, &context_));
-}
-
-CNodeSerializer::~CNodeSerializer() {
-    AcnCloseSerializationContext(context_);
+    AcnContext context = nullptr;
+    ThrowIfFailed(AcnStartSerialization(type, flags, &OnBlock, this, &context));
+    context_.reset(context);
 }
 
 void CNodeSerializer::SerializeNodes(const AcnHandle* nodes, std::uint32_t count, std::uint32_t depth) {
-    ThrowIfFailed(AcnSerializeNodes(context_, nodes, count, depth));
+    ThrowIfFailed(AcnSerializeNodes(context_.get(), nodes, count, depth));
 }
 
 void CNodeSerializer::Finalize() {
-    ThrowIfFailed(AcnFinalizeSerialization(context_));
+    ThrowIfFailed(AcnFinalizeSerialization(context_.get()));
 }
 
 HRESULT CNodeSerializer::OnBlock(const void* data, std::uint32_t length, void* user) {

@@ -16,15 +16,17 @@ constexpr std::u16string_view Blanks = u" \r\n\t";
 
 constinit SingletonHolder<HiddenNodeAttrs> Holder;
 
-// Only a setting that surely isn't there means that there are no rules.
-WideString RequireSetting() {
+// Returns the setting, or an empty text if it does not exist. Throws HRX if the setting cannot be read now, since an
+// existing rule must not be ignored.
+WideString ReadSettingOrThrow() {
     WideString setting;
     if (const HRESULT code = GetSetting(Section, SettingKey, setting); code != NOT_FOUND) ThrowIfFailed(code);
     return setting;
 }
 
-// Shows `visit` the node and what is below it down to `depth` levels, parents first, for as long as it answers true;
-// gives its last answer. The way down is kept in a list: how deep a tree is must not be limited by the thread's stack.
+// Calls `visit` for the node and for the nodes of `depth` levels below it, parents first, until it returns false.
+// Returns the last result of `visit`. The path to the current node is kept on the heap, so that the thread's stack does
+// not limit the depth of a tree.
 template <class Visit>
 bool VisitTree(ACNode root, std::uint32_t depth, Visit visit) {
     struct Level {
@@ -32,23 +34,23 @@ bool VisitTree(ACNode root, std::uint32_t depth, Visit visit) {
         std::uint64_t childCount;
         std::uint64_t nextChild = 0;
     };
-    std::vector<Level> way;
+    std::vector<Level> path;
     const auto enter = [&](ACNode node) {
         if (!visit(node)) return false;
-        const std::uint64_t childCount = way.size() < depth ? node.GetChildCount() : 0;
-        way.push_back({std::move(node), childCount});
+        const std::uint64_t childCount = path.size() < depth ? node.GetChildCount() : 0;
+        path.push_back({std::move(node), childCount});
         return true;
     };
-    bool goOn = enter(std::move(root));
-    while (goOn && !way.empty()) {
-        Level& current = way.back();
+    bool proceed = enter(std::move(root));
+    while (proceed && !path.empty()) {
+        Level& current = path.back();
         if (current.nextChild < current.childCount) {
-            goOn = enter(current.node.GetChild(current.nextChild++));
+            proceed = enter(current.node.GetChild(current.nextChild++));
         } else {
-            way.pop_back();
+            path.pop_back();
         }
     }
-    return goOn;
+    return proceed;
 }
 
 }  // namespace
@@ -57,7 +59,7 @@ const HiddenNodeAttrs& HiddenNodeAttrs::Instance() {
     return Holder.Get();
 }
 
-HiddenNodeAttrs::HiddenNodeAttrs() : HiddenNodeAttrs(ParseRules(RequireSetting())) {}
+HiddenNodeAttrs::HiddenNodeAttrs() : HiddenNodeAttrs(ParseRules(ReadSettingOrThrow())) {}
 
 HiddenNodeAttrs::HiddenNodeAttrs(Rules rules) : rules_(std::move(rules)) {}
 
@@ -74,7 +76,7 @@ HiddenNodeAttrs::Rules HiddenNodeAttrs::ParseRules(std::u16string_view setting) 
 
 std::vector<const WideChar*> HiddenNodeAttrs::HiddenAttributesOf(const ACNode& node) const {
     std::vector<const WideChar*> hidden;
-    for (const WideString& type : {node.RequireType(), WideString(EveryType)}) {
+    for (const WideString& type : {node.GetTypeOrThrow(), WideString(EveryType)}) {
         const auto rule = rules_.find(type);
         if (rule == rules_.end()) continue;
         for (const WideString& name : rule->second) {
@@ -88,8 +90,9 @@ ACNode HiddenNodeAttrs::Mask(const ACNode& node, std::uint32_t depth) const {
     const auto showsAll = [this](const ACNode& visited) { return HiddenAttributesOf(visited).empty(); };
     if (rules_.empty() || VisitTree(node, depth, showsAll)) return node;
 
-    // A walk of its own over the clone: nobody else changes it, while in the original a node may move between two
-    // looks, and siblings that share a name couldn't be told apart by their paths.
+    // The clone is walked separately. No other thread changes it, while a node of the original may be moved between two
+    // reads; and siblings that share a name have the same path, so a node of the original cannot be looked up in the
+    // clone.
     ACNode clone = node.Clone(depth, 0);
     VisitTree(clone, depth, [this](ACNode& visited) {
         for (const WideChar* const name : HiddenAttributesOf(visited)) visited.SetText(name, MaskText, MeasureText);

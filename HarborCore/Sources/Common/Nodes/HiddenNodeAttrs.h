@@ -1,8 +1,8 @@
-// Which attributes' values must not reach a log, by the setting HiddenNodeTypeAttrs of the section Logger:
+// The attributes whose values must not be logged. The setting HiddenNodeTypeAttrs of the section Logger names them:
 //
 //     type:name,name;type:name
 //
-// The type "*" stands for every node type. Types and names compare exactly.
+// The type "*" means every node type. The case of types and names matters.
 #pragma once
 
 #include <map>
@@ -16,17 +16,18 @@ class HiddenNodeAttrs {
 public:
     using Rules = std::map<WideString, std::set<WideString>>;  // attribute names by node type
 
-    // Built at the first call; the setting is read once. A malformed setting is thrown as HRX with E_INVALIDARG, one
-    // that can't be read just now with E_ABORT, and the next call tries again.
+    // Returns the object. The first call creates it and reads the setting; later changes apply at the next load. Throws
+    // HRX with E_INVALIDARG for a malformed setting and with E_ABORT for one that cannot be read now; the next call
+    // then tries again.
     static const HiddenNodeAttrs& Instance();
 
-    // Throws HRX with E_INVALIDARG for a rule that isn't a type, a colon and names.
+    // Throws HRX with E_INVALIDARG for a rule that is not a type, a colon and names.
     [[nodiscard]] static Rules ParseRules(std::u16string_view setting);
 
     explicit HiddenNodeAttrs(Rules rules);
 
-    // The node to print down to `depth`: the node itself, or a clone in which hidden values are replaced. Only a tree
-    // that holds a hidden attribute is cloned. What the store doesn't tell is thrown as HRX. Any thread.
+    // Returns the node to print with `depth` levels below it: the node itself, or a clone in which hidden values are
+    // masked if the tree has a hidden attribute. Failures of the store are thrown as HRX. Any thread may call it.
     [[nodiscard]] ACNode Mask(const ACNode& node, std::uint32_t depth) const;
 
 private:
@@ -34,7 +35,7 @@ private:
     friend class SingletonHolder;
     HiddenNodeAttrs();
 
-    // The names that a rule hides and the node has.
+    // Returns the names of the attributes of the node that the rules hide.
     std::vector<const WideChar*> HiddenAttributesOf(const ACNode& node) const;
 
     const Rules rules_;

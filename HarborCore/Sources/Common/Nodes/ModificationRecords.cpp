@@ -1,37 +1,27 @@
 #include "Common/Nodes/ModificationRecords.h"
 
 namespace Harbor {
-namespace {
 
-constexpr WideChar FilterType[] = u"FilterByPath";
-constexpr WideChar NodePathAttribute[] = u"NodePath";
-constexpr WideChar IsParentAttribute[] = u"IsParent";
-constexpr WideChar MaxDepthAttribute[] = u"MaxDepth";
-constexpr WideChar ModifiedNodePathAttribute[] = u"ModifiedNodePath";
-constexpr WideChar ChangesMaskAttribute[] = u"ChangesMask";
-
-}  // namespace
-
-FilterByPathNode::FilterByPathNode(const TextRef& path, bool isParent, std::int64_t maxDepth) {
-    Create(nullptr, FilterType);
-    SetPath(path, isParent);
+FilterByPathNode::FilterByPathNode(const TextRef& path, WatchedNodes nodes, std::int64_t maxDepth) {
+    Create(nullptr, WatchFilter::NodeType);
+    SetPath(path, nodes);
     SetMaxDepth(maxDepth);
 }
 
-void FilterByPathNode::SetPath(const TextRef& path, bool isParent) {
-    SetText(NodePathAttribute, path.Data(), static_cast<std::uint32_t>(path.Length()));
-    SetBool(IsParentAttribute, isParent);
+void FilterByPathNode::SetPath(const TextRef& path, WatchedNodes nodes) {
+    SetText(WatchFilter::NodePath, path.Data(), static_cast<std::uint32_t>(path.Length()));
+    SetBool(WatchFilter::IsParent, nodes == WatchedNodes::BelowPath);
 }
 
 void FilterByPathNode::SetMaxDepth(std::int64_t depth) {
-    SetInt64(MaxDepthAttribute, depth);
+    SetInt64(WatchFilter::MaxDepth, depth);
 }
 
 ModifiedNode::ModifiedNode(AcnHandle notification) {
     if (notification == nullptr) ThrowError(E_POINTER);
     const ACNode source = ACNode::Borrow(notification);
-    path = source.GetText(ModifiedNodePathAttribute);
-    mask = static_cast<std::uint32_t>(source.GetInt64(ChangesMaskAttribute));
+    path = source.GetText(ChangeNotification::ModifiedNodePath);
+    mask = static_cast<std::uint32_t>(source.GetInt64(ChangeNotification::ChangesMask));
     node = source.FindChild(std::uint64_t{0});
 }
 

@@ -19,7 +19,7 @@ void TrimEndOf(std::string_view& text, std::string_view set) noexcept {
     text = text.substr(0, text.find_last_not_of(set) + 1);
 }
 
-// The store's text without its outer element.
+// Returns the store's text without its outer element.
 std::string_view WithoutMarkers(std::string_view text) noexcept {
     TrimEndOf(text, Blanks);
     std::size_t start = 0;
@@ -45,7 +45,8 @@ WideString ToWide(std::string_view utf8) {
 
 }  // namespace
 
-ACNodeLogView::ACNodeLogView(const ACNode& source, bool deep) : depth(deep ? AcnWholeTree : 0) {
+ACNodeLogView::ACNodeLogView(const ACNode& source, DumpDepth dumpDepth)
+    : depth(dumpDepth == DumpDepth::WholeTree ? AcnWholeTree : 0) {
     if (source) node = HiddenNodeAttrs::Instance().Mask(source, depth);
 }
 
@@ -57,7 +58,7 @@ WideString DumpNode(const ACNodeLogView& view) {
 }
 
 WideStream& operator<<(WideStream& stream, const ACNode& node) {
-    return stream << DumpNode(ACNodeLogView(node, true));
+    return stream << DumpNode(ACNodeLogView(node, DumpDepth::WholeTree));
 }
 
 }  // namespace Harbor

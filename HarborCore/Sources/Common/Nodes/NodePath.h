@@ -1,4 +1,4 @@
-// The way from one node to another, worked out from their paths alone.
+// Computes the steps from one node to another from their paths. Does not call the store.
 #pragma once
 
 #include <string_view>
@@ -8,18 +8,19 @@
 namespace Harbor {
 
 struct NodePathWalk {
-    bool exists = false;       // false: the two have nothing in common
-    std::size_t levelsUp = 0;  // parents to take first
-    std::u16string_view down;  // the elements to walk down then; borrows from the path
+    bool exists = false;       // false: the paths have no common element
+    std::size_t levelsUp = 0;  // steps to the parent, taken first
+    std::u16string_view down;  // the elements of the steps down, taken next; borrows from the path
 };
 
-// From the node whose full path is `own` to the absolute path `path`, both with a backslash before each element.
+// Returns the steps from the node with the full path `own` to `path`. Both have a backslash before each element.
 [[nodiscard]] NodePathWalk WalkBetween(std::u16string_view own, std::u16string_view path) noexcept;
 
-// A path without a leading backslash only goes down, and doesn't ask for the own path.
+// Returns the steps to `path`. A path without a leading backslash is relative to the node, and `ownPath` is then not
+// called; otherwise it is called for the full path of the node.
 template <class OwnPath>
 [[nodiscard]] NodePathWalk WalkTo(std::u16string_view path, OwnPath ownPath) {
-    if (!path.starts_with(u'\\')) return {true, 0, path};
+    if (!path.starts_with(u'\\')) return {.exists = true, .levelsUp = 0, .down = path};
     return WalkBetween(ownPath(), path);
 }
 

@@ -1,4 +1,5 @@
-// A borrowed text, used where a name or a path is passed along. Its length is measured when it is first asked for.
+// A borrowed text, for names and paths that are passed on. If its length is not known, it is measured at the first use.
+// A null text has the length 0.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// Where a relative data path really lies: below a base directory, or where an override sends it.
+// The place of a relative data path: below the base directory, or below the directory of an override.
 #pragma once
 
 #include <map>
@@ -8,7 +8,7 @@
 
 namespace Harbor {
 
-// What holds where no setting says otherwise; null means none, and then the base is this module's own directory.
+// The values that apply if a setting is missing. Null means none; the base is then the directory of this module.
 struct DataDirectoryDefaults {
     bool useSettings = true;
     const WideChar* defaultDirectory = nullptr;
@@ -17,13 +17,14 @@ struct DataDirectoryDefaults {
 
 class DataDirectory {
 public:
-    // Built at the first call, from the settings DataDirectoryPath and DataDirectoryPathOverrideRegKey of the section
-    // General; later changes of these apply at the next load. A failing registry read is thrown as HRX, and the next
-    // call tries again.
+    // Returns the object. The first call creates it from the settings DataDirectoryPath and
+    // DataDirectoryPathOverrideRegKey of the section General; later changes of these apply at the next load. A failed
+    // read of the registry is thrown as HRX, and the next call tries again.
     static const DataDirectory& Instance();
 
-    // The real path: environment references expanded, absolute paths as they are, relative ones sent by the override
-    // of their longest leading part, or put behind the base directory. Any thread.
+    // Returns the real path of a data path. First, environment references are expanded. An absolute path is then
+    // returned unchanged. In a relative path the longest leading part that has an override is replaced by the directory
+    // of that override. A path that is still relative is appended to the base directory. Any thread may call this.
     [[nodiscard]] WideString Resolve(const WideString& path) const;
 
     DataDirectory(const DataDirectory&) = delete;
@@ -42,9 +43,10 @@ private:
     bool ApplyOverrides(WideString& path) const;
 
     WideString path_;  // with a trailing separator when not empty
-    std::map<std::vector<WideString>, WideString, LessIgnoringCase> overrides_;  // path elements to a directory
+    std::map<std::vector<WideString>, WideString, LessIgnoringCase> overrides_;  // by path elements: a directory
 };
 
+// Returns DataDirectory::Instance().Resolve(path).
 [[nodiscard]] WideString ResolveDataPath(const WideString& path);
 
 }  // namespace Harbor

@@ -47,10 +47,10 @@ WideString ModuleDirectory(Platform::HMODULE module) {
     return path;
 }
 
-WideString ModuleName(Platform::HMODULE module, bool stripExtension) {
+WideString ModuleName(Platform::HMODULE module, Extension extension) {
     const WideString path = ModuleFilePath(module);
     WideString name = path.substr(path.find_last_of(Separators) + 1);
-    if (stripExtension) name.resize(std::min(name.rfind(u'.'), name.size()));
+    if (extension == Extension::Strip) name.resize(std::min(name.rfind(u'.'), name.size()));
     return name;
 }
 

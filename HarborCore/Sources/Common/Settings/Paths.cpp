@@ -17,12 +17,12 @@ bool IsSeparator(WideChar c) noexcept {
     return Separators.find(c) != Separators.npos;
 }
 
-void CreateIfMissing(const WideString& directory, void* security, bool ignoreErrors) {
+void CreateIfMissing(const WideString& directory, void* security, OnError onError) {
     if (Platform::GetFileAttributesW(directory.c_str()) != Platform::INVALID_FILE_ATTRIBUTES) return;
     const Platform::DWORD error = Platform::GetLastError();
     if (error != Platform::ERROR_FILE_NOT_FOUND && error != Platform::ERROR_PATH_NOT_FOUND) return;
     const HRES created = HRES::FromBoolUnchecked(Platform::CreateDirectoryW(directory.c_str(), security));
-    if (!ignoreErrors) created.ThrowIfFailed();
+    if (onError == OnError::Throw) created.ThrowIfFailed();
 }
 
 }  // namespace
@@ -49,12 +49,12 @@ WideString CombinePath(const WideString& base, const WideString& rest) {
     return combined;
 }
 
-void CreateDirectoryPath(const WideString& path, void* security, bool ignoreErrors) {
+void CreateDirectoryPath(const WideString& path, void* security, OnError onError) {
     for (std::size_t at = path.find_first_of(Separators, 1); at != path.npos;
          at = path.find_first_of(Separators, at + 1)) {
-        CreateIfMissing(path.substr(0, at), security, ignoreErrors);
+        CreateIfMissing(path.substr(0, at), security, onError);
     }
-    CreateIfMissing(path, security, ignoreErrors);
+    CreateIfMissing(path, security, onError);
 }
 
 }  // namespace Harbor

@@ -1,4 +1,4 @@
-// The text of paths. Both "\" and "/" separate; "\" is what is added.
+// The text of paths. Both "\" and "/" separate the elements of a path; "\" is the separator that is added.
 #pragma once
 
 #include <vector>
@@ -7,16 +7,23 @@
 
 namespace Harbor {
 
-// True for an empty path and for one that begins with neither a separator nor a drive.
+// Returns true for an empty path and for one that begins with neither a separator nor a drive.
 [[nodiscard]] bool IsRelativePath(std::u16string_view path) noexcept;
-// Adds the separator behind a text that is not empty and has none there.
+// Appends `separator` to a text that is not empty and does not end in a separator. Every caller passes "\" so far.
 void EnsureTrailingSeparator(WideString& path, WideChar separator);
-// The elements between separators, empty ones left out.
+// Returns the elements between the separators, without the empty ones.
 [[nodiscard]] std::vector<WideString> SplitPath(std::u16string_view path);
-// `base` if `rest` is empty, else both joined, "." and ".." resolved; an absolute `rest` replaces the base. A failure
-// is thrown as HRX.
+// Returns both parts joined, with "." and ".." resolved. An empty `rest` returns `base`, an absolute `rest` replaces
+// it. A failure is thrown as HRX.
 [[nodiscard]] WideString CombinePath(const WideString& base, const WideString& rest);
-// Creates a directory with all its parents. A failure is thrown as HRX unless errors are ignored.
-void CreateDirectoryPath(const WideString& path, void* security, bool ignoreErrors);
+
+enum class OnError { Throw, Ignore };
+
+// The security of a directory that is created as any other in its parent. Every caller passes it so far.
+inline constexpr void* DefaultSecurity = nullptr;
+
+// Creates a directory with all its parents. `security` is passed to the system. With OnError::Throw, which nobody
+// passes so far, a directory that cannot be created is thrown as HRX; with OnError::Ignore the rest is still tried.
+void CreateDirectoryPath(const WideString& path, void* security, OnError onError);
 
 }  // namespace Harbor

@@ -1,4 +1,4 @@
-// Texts of a registry key.
+// Reads the texts of a registry key.
 #pragma once
 
 #include <map>
@@ -7,9 +7,10 @@
 
 namespace Harbor {
 
-// The text values of a key by name, environment references expanded; others are left out. `keyText` begins with
-// HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER, HKLM or HKCU and a separator, or lies below HKEY_LOCAL_MACHINE. A key that
-// can't be opened, and a text that is nothing but a root name, gives an empty map. A failing read throws HRX.
+// Returns the text values of a key by name, with environment references expanded. Values of other types are left out.
+// `keyText` begins with HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER, HKLM or HKCU and a separator; any other text is a path
+// below HKEY_LOCAL_MACHINE. Returns an empty map if the key cannot be opened or `keyText` is only the name of a root. A
+// failed read is thrown as HRX.
 [[nodiscard]] std::map<WideString, WideString> ReadRegistryValues(std::u16string_view keyText);
 
 }  // namespace Harbor

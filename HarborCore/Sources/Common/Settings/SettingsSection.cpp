@@ -9,8 +9,8 @@ SettingsSection::SettingsSection(const WideChar* section, std::uint32_t expiryMs
     : section_(section), expiryMs_(expiryMs) {}
 
 template <class Value, class Ask>
-bool SettingsSection::Get(Cache<Value>& cache, const WideChar* key, Value& value, bool useCache, Ask ask) {
-    if (!useCache) return Succeeded(ask(value));
+bool SettingsSection::Get(Cache<Value>& cache, const WideChar* key, Value& value, UseCache useCache, Ask ask) {
+    if (useCache == UseCache::No) return Succeeded(ask(value));
     {
         const CriticalSectionGuard guard(lock_);
         ClearIfExpired();
@@ -30,17 +30,18 @@ bool SettingsSection::Get(Cache<Value>& cache, const WideChar* key, Value& value
     return exists;
 }
 
-bool SettingsSection::GetString(const WideChar* key, WideString& value, bool useCache) {
+bool SettingsSection::GetString(const WideChar* key, WideString& value, UseCache useCache) {
     return Get(strings_, key, value, useCache,
                [&](WideString& found) { return GetSetting(section_.c_str(), key, found); });
 }
 
-bool SettingsSection::GetNumber(const WideChar* key, std::uint32_t& value, bool useCache) {
+bool SettingsSection::GetNumber(const WideChar* key, std::uint32_t& value, UseCache useCache) {
     return Get(numbers_, key, value, useCache,
                [&](std::uint32_t& found) { return GetSettingNumber(section_.c_str(), key, found); });
 }
 
-void SettingsSection::GetStringOr(WideString& value, const WideChar* key, const WideChar* defaultValue, bool useCache) {
+void SettingsSection::GetStringOr(WideString& value, const WideChar* key, const WideChar* defaultValue,
+                                  UseCache useCache) {
     if (!GetString(key, value, useCache)) value = defaultValue;
 }
 

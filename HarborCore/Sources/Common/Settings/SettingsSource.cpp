@@ -16,9 +16,10 @@ const WideChar* SectionName(const WideChar* section) noexcept {
     return section == nullptr ? GeneralSection : section;
 }
 
-// What the last error says of a place that gave nothing. A place that can't be read just now must not pass for one that
-// lacks the setting: whoever keeps the answer for good (the hiding rules) would keep a wrong one.
-HRESULT CodeOfNothing() noexcept {
+// Returns the code for a place that returned no value, from the last error. A place that cannot be read now must not be
+// reported as one without the setting: a caller that keeps the answer (the rules of hidden attributes) would keep a
+// wrong one.
+HRESULT CodeOfMissingValue() noexcept {
     switch (Platform::GetLastError()) {
         case Platform::ERROR_NOT_ENOUGH_MEMORY:
         case Platform::ERROR_TOO_MANY_OPEN_FILES:
@@ -31,15 +32,15 @@ HRESULT CodeOfNothing() noexcept {
 
 HRESULT ReadEnvironmentVariable(const WideChar* name, WideString& value) {
     Platform::DWORD size = Platform::GetEnvironmentVariableW(name, nullptr, 0);
-    if (size == 0) return CodeOfNothing();
-    // Another thread may change the variable between the question for its size and the read.
+    if (size == 0) return CodeOfMissingValue();
+    // Another thread may change the variable between the query of its size and the read.
     Platform::DWORD length = size;
     while (length >= size) {
         size = length + 1;
         value.resize(size);
         Platform::SetLastError(Platform::ERROR_SUCCESS);
         length = Platform::GetEnvironmentVariableW(name, value.data(), size);
-        if (length == 0 && Platform::GetLastError() != Platform::ERROR_SUCCESS) return CodeOfNothing();
+        if (length == 0 && Platform::GetLastError() != Platform::ERROR_SUCCESS) return CodeOfMissingValue();
     }
     value.resize(length);
     return S_OK;
@@ -51,7 +52,7 @@ HRESULT ReadIniKey(const WideChar* section, const WideChar* key, const WideStrin
         const auto size = static_cast<Platform::DWORD>(buffer.size());
         Platform::SetLastError(Platform::ERROR_SUCCESS);
         const auto length = Platform::GetPrivateProfileStringW(section, key, u"", buffer.data(), size, file.c_str());
-        if (length == 0) return CodeOfNothing();
+        if (length == 0) return CodeOfMissingValue();
         if (length < size - 1) {
             value = Trim({buffer.data(), length});
             return S_OK;
@@ -63,12 +64,12 @@ HRESULT ReadIniKey(const WideChar* section, const WideChar* key, const WideStrin
 std::vector<WideString> IniFiles() {
     const Platform::HMODULE own = OwnModule();
     const WideString exeDirectory = ModuleDirectory(nullptr);
-    std::vector<WideString> files{exeDirectory + ModuleName(nullptr, true) + u".ini"};
+    std::vector<WideString> files{exeDirectory + ModuleName(nullptr, Extension::Strip) + u".ini"};
     const bool isMain = IsMainModule(own);
-    if (!isMain) files.push_back(exeDirectory + ModuleName(own, true) + u".ini");
+    if (!isMain) files.push_back(exeDirectory + ModuleName(own, Extension::Strip) + u".ini");
     files.push_back(exeDirectory + GlobalIniName);
     if (const WideString directory = ModuleDirectory(own); !isMain && directory != exeDirectory) {
-        files.push_back(directory + ModuleName(own, true) + u".ini");
+        files.push_back(directory + ModuleName(own, Extension::Strip) + u".ini");
         files.push_back(directory + GlobalIniName);
     }
     return files;

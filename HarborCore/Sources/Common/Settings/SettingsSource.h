@@ -1,4 +1,4 @@
-// The sources that settings come from.
+// The sources of settings: the environment and INI files.
 #pragma once
 
 #include <vector>
@@ -7,11 +7,12 @@
 
 namespace Harbor {
 
-// The section that a null section name means.
+// The section that is meant by a null section name.
 inline constexpr WideChar GeneralSection[] = u"General";
 
-// Gives S_OK and a value, or a failure: 0x80070490 if it doesn't have the setting, E_ABORT if that can't be told now,
-// for lack of memory or descriptors or because a file can't be read to its end. A null section means "General".
+// A source. Both functions store the value and return S_OK, or return a failure: NOT_FOUND if the source does not have
+// the setting, E_ABORT if that cannot be determined now, because memory or descriptors run out or a file cannot be read
+// to its end. A null section means "General".
 class ISettingsSource {
 public:
     virtual ~ISettingsSource() = default;
@@ -19,10 +20,10 @@ public:
     virtual HRESULT GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) = 0;
 };
 
-// Numbers on top of texts, once for all sources.
+// Reads a number from the text of a setting, for all sources.
 class SettingsSource : public ISettingsSource {
 public:
-    // The whole text must be a number, as wcstoul reads one at base 0; E_INVALIDARG otherwise.
+    // The whole text must be a number as wcstoul reads it with base 0. Returns E_INVALIDARG otherwise.
     HRESULT GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) override;
 };
 
@@ -32,8 +33,8 @@ public:
     HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value) override;
 };
 
-// The INI file that the environment variable GLOBAL_SETTINGS_INI names at the moment of the look-up, then the files
-// beside the process and beside this module. A key with an empty value counts as missing.
+// INI files: first the file that the environment variable GLOBAL_SETTINGS_INI names at the time of the look-up, then
+// the files in the directories of the process and of this module. A key with an empty value is a missing key.
 class IniSettingsSource : public SettingsSource {
 public:
     IniSettingsSource();

@@ -15,17 +15,13 @@ SettingsStore& SettingsStore::Instance() {
 }
 
 SettingsStore::SettingsStore() {
-    static RegisteredSource<IniSettingsSource> iniFiles(*this, false);
-    static RegisteredSource<EnvironmentSettingsSource> environment(*this, false);
+    static RegisteredSource<IniSettingsSource> iniFiles(*this, AtEnd::StayRegistered);
+    static RegisteredSource<EnvironmentSettingsSource> environment(*this, AtEnd::StayRegistered);
 }
 
 void SettingsStore::AddSource(ISettingsSource& source) {
     const CriticalSectionGuard guard(lock_);
-    try {
-        sources_.push_back(&source);
-    } catch (const std::bad_alloc&) {
-        ThrowError(E_OUTOFMEMORY);
-    }
+    ThrowIfOutOfMemory([&] { sources_.push_back(&source); });
 }
 
 void SettingsStore::RemoveSource(ISettingsSource& source) {

@@ -1,5 +1,5 @@
-// The one place that settings are read through: the environment first, then the chain of INI files, then the caller's
-// own default. Any thread may read; look-ups, with their file reads, go one after the other.
+// All settings are read through this store: from the environment, then from the INI files. The default of a setting
+// belongs to its reader. Any thread may read; look-ups, with their reads of files, are serialised.
 #pragma once
 
 #include <vector>
@@ -13,11 +13,13 @@ class SettingsStore {
 public:
     static SettingsStore& Instance();
 
-    // Sources aren't owned; the one that was added last is asked first.
+    // A source is not owned: it must live until it is removed. The source that was added last is asked first. AddSource
+    // throws HRX with E_OUTOFMEMORY if memory runs out.
     void AddSource(ISettingsSource& source);
     void RemoveSource(ISettingsSource& source);
 
-    // The code of the first source that answers with a success or with E_ABORT, else 0x80070490.
+    // Return the code of the first source that returns a success or E_ABORT, or NOT_FOUND if there is none. `value` is
+    // set only by a success.
     HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value);
     HRESULT GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value);
 
@@ -36,29 +38,31 @@ private:
     std::vector<ISettingsSource*> sources_;  // guarded by lock_
 };
 
-// A source that adds itself to a store, and takes itself out again at its end if it is asked to.
+// Whether a source removes itself from its store when it ends. The sources of this module stay: they outlive the store.
+enum class AtEnd { StayRegistered, Remove };
+
+// A source that adds itself to a store.
 template <class Source>
 class RegisteredSource : public Source {
 public:
-    RegisteredSource(SettingsStore& store, bool removeAtEnd) : store_(store), removeAtEnd_(removeAtEnd) {
-        store_.AddSource(*this);
-    }
+    RegisteredSource(SettingsStore& store, AtEnd atEnd) : store_(store), atEnd_(atEnd) { store_.AddSource(*this); }
     RegisteredSource(const RegisteredSource&) = delete;
     RegisteredSource& operator=(const RegisteredSource&) = delete;
     ~RegisteredSource() override {
-        if (removeAtEnd_) store_.RemoveSource(*this);
+        if (atEnd_ == AtEnd::Remove) store_.RemoveSource(*this);
     }
 
 private:
     SettingsStore& store_;
-    const bool removeAtEnd_;
+    const AtEnd atEnd_;
 };
 
-// Reading one setting. S_OK means that `value` is set.
+// Read one setting from the store. GetSetting and GetSettingNumber return its code; HasSetting returns whether it is a
+// success.
 HRESULT GetSetting(const WideChar* section, const WideChar* key, WideString& value);
 HRESULT GetSettingNumber(const WideChar* section, const WideChar* key, std::uint32_t& value);
 [[nodiscard]] bool HasSetting(const WideChar* section, const WideChar* key, WideString& value);
-// The default on any failure.
+// Return the value, or the default on any failure.
 [[nodiscard]] WideString GetSettingOr(const WideChar* section, const WideChar* key, const WideChar* defaultValue);
 [[nodiscard]] std::uint32_t GetSettingNumberOr(const WideChar* section, const WideChar* key,
                                                std::uint32_t defaultValue);
