@@ -52,8 +52,8 @@ bool IsLeapYear(int year) noexcept {
 }
 
 int DaysOfMonth(int year, int month) noexcept {
-    constexpr int Days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    return Days[month - 1] + (month == 2 && IsLeapYear(year) ? 1 : 0);
+    constexpr int days[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    return days[month - 1] + (month == 2 && IsLeapYear(year) ? 1 : 0);
 }
 
 bool IsValid(const SYSTEMTIME& fields) noexcept {

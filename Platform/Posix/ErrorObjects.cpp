@@ -136,7 +136,7 @@ private:
     const bool isMade_;
 };
 
-ThreadSlot threadSlot;
+ThreadSlot ErrorObjectSlot;
 
 }  // namespace
 
@@ -171,14 +171,14 @@ HRESULT CreateErrorInfo(ICreateErrorInfo** result) noexcept {
 HRESULT SetErrorInfo(DWORD reserved, IErrorInfo* object) noexcept {
     if (reserved != 0) return E_INVALIDARG;
     if (object != nullptr) object->AddRef();
-    if (threadSlot.Put(object)) return S_OK;
+    if (ErrorObjectSlot.Put(object)) return S_OK;
     if (object != nullptr) object->Release();
     return E_OUTOFMEMORY;
 }
 
 HRESULT GetErrorInfo(DWORD reserved, IErrorInfo** object) noexcept {
     if (object == nullptr) return E_POINTER;
-    *object = reserved == 0 ? threadSlot.Take() : nullptr;
+    *object = reserved == 0 ? ErrorObjectSlot.Take() : nullptr;
     if (reserved != 0) return E_INVALIDARG;
     return *object != nullptr ? S_OK : S_FALSE;
 }

@@ -4,16 +4,16 @@ namespace Platform {
 
 namespace {
 
-constinit thread_local DWORD lastError = ERROR_SUCCESS;
+constinit thread_local DWORD LastError = ERROR_SUCCESS;
 
 }  // namespace
 
 DWORD GetLastError() noexcept {
-    return lastError;
+    return LastError;
 }
 
 void SetLastError(DWORD code) noexcept {
-    lastError = code;
+    LastError = code;
 }
 
 }  // namespace Platform

@@ -102,7 +102,7 @@ const Message* FindMessage(const MessageModule& messages, DWORD code, DWORD lang
 }
 
 // The open modules. A module's address is its handle; whoever asks one keeps it alive while it is being closed.
-class OpenModules {
+class ModuleList {
 public:
     HMODULE Add(MessageModule messages) {
         auto module = std::make_shared<const MessageModule>(std::move(messages));
@@ -133,7 +133,7 @@ private:
     std::vector<Entry> modules_;
 };
 
-OpenModules openModules;
+ModuleList OpenModules;
 
 DWORD OpenError(int errorNumber) noexcept {
     return errorNumber == ENOENT || errorNumber == ENOTDIR ? ERROR_MOD_NOT_FOUND : ERROR_ACCESS_DENIED;
@@ -149,7 +149,7 @@ HMODULE OpenMessageModule(const std::string& nativePath, DWORD& error) noexcept 
             error = OpenError(errorNumber);
             return nullptr;
         }
-        if (std::optional<MessageModule> messages = ParseModule(text)) return openModules.Add(*std::move(messages));
+        if (std::optional<MessageModule> messages = ParseModule(text)) return OpenModules.Add(*std::move(messages));
         error = ERROR_BAD_EXE_FORMAT;
     } catch (const std::exception&) {
         error = ERROR_NOT_ENOUGH_MEMORY;
@@ -158,11 +158,11 @@ HMODULE OpenMessageModule(const std::string& nativePath, DWORD& error) noexcept 
 }
 
 bool CloseMessageModule(HMODULE module) noexcept {
-    return openModules.Remove(module);
+    return OpenModules.Remove(module);
 }
 
 std::optional<WideString> MessageModuleText(HMODULE module, DWORD code, DWORD language, DWORD& error) {
-    const std::shared_ptr<const MessageModule> messages = openModules.Find(module);
+    const std::shared_ptr<const MessageModule> messages = OpenModules.Find(module);
     if (messages == nullptr) {
         error = ERROR_RESOURCE_TYPE_NOT_FOUND;
         return std::nullopt;

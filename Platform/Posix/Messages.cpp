@@ -51,8 +51,8 @@ std::string_view LocaleOfMessages() noexcept {
 }
 
 bool IsEnglish(DWORD language) noexcept {
-    constexpr DWORD PrimaryLanguageMask = 0x3FF;
-    return (language & PrimaryLanguageMask) == (DefaultLanguage & PrimaryLanguageMask);
+    constexpr DWORD primaryLanguageMask = 0x3FF;
+    return (language & primaryLanguageMask) == (DefaultLanguage & primaryLanguageMask);
 }
 
 std::optional<WideString> SystemText(DWORD code, DWORD language, DWORD& error) {
@@ -87,9 +87,9 @@ std::uint16_t GetUserDefaultLangID() noexcept {
 
 DWORD FormatMessageW(DWORD flags, const void* source, DWORD code, DWORD language, WideChar* buffer, DWORD size,
                      void* /*arguments*/) noexcept {
-    constexpr DWORD Required = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS;
-    const bool fromSystem = flags == (Required | FORMAT_MESSAGE_FROM_SYSTEM);
-    const bool fromModule = flags == (Required | FORMAT_MESSAGE_FROM_HMODULE);
+    constexpr DWORD required = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_IGNORE_INSERTS;
+    const bool fromSystem = flags == (required | FORMAT_MESSAGE_FROM_SYSTEM);
+    const bool fromModule = flags == (required | FORMAT_MESSAGE_FROM_HMODULE);
     if ((!fromSystem && !fromModule) || buffer == nullptr) return Posix::Fail(ERROR_INVALID_PARAMETER, DWORD{0});
 
     WideChar*& result = *reinterpret_cast<WideChar**>(buffer);

@@ -11,8 +11,8 @@ namespace Platform::Posix {
 namespace {
 
 std::string WithoutDeletedMark(std::string_view path) {
-    constexpr std::string_view Mark = " (deleted)";
-    if (path.ends_with(Mark)) path.remove_suffix(Mark.size());
+    constexpr std::string_view mark = " (deleted)";
+    if (path.ends_with(mark)) path.remove_suffix(mark.size());
     return std::string{path};
 }
 

@@ -52,7 +52,7 @@ Library Reopen(HMODULE module) noexcept {
 }
 
 // The loads that FreeLibrary has still to undo, one entry for each. What is never freed stays loaded to the end.
-class LoadedLibraries {
+class LoadList {
 public:
     void Add(HMODULE module, Library library) {
         const std::lock_guard guard{lock_};
@@ -75,7 +75,7 @@ private:
     std::multimap<HMODULE, void*> libraries_;
 };
 
-LoadedLibraries loadedLibraries;
+LoadList LoadedLibraries;
 
 bool IsMissing(const std::string& path) noexcept {
     struct stat status;
@@ -101,7 +101,7 @@ HMODULE LoadCode(const std::string& path) {
     }
     const HMODULE module = ModuleOf(library);
     if (module == nullptr) return Fail(ERROR_MOD_NOT_FOUND, failure);
-    loadedLibraries.Add(module, std::move(library));
+    LoadedLibraries.Add(module, std::move(library));
     return module;
 }
 
@@ -118,11 +118,11 @@ HMODULE LoadData(std::string path) {
 }  // namespace
 
 BOOL GetModuleHandleExW(DWORD flags, const WideChar* address, HMODULE* module) noexcept {
-    constexpr DWORD RequiredFlags =
+    constexpr DWORD requiredFlags =
         GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
     if (module == nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
     *module = nullptr;
-    if (flags != RequiredFlags) return Fail(ERROR_INVALID_PARAMETER, FALSE);
+    if (flags != requiredFlags) return Fail(ERROR_INVALID_PARAMETER, FALSE);
     *module = ModuleAt(address);
     return *module != nullptr ? TRUE : Fail(ERROR_MOD_NOT_FOUND, FALSE);
 }
@@ -152,15 +152,15 @@ HMODULE LoadLibraryExW(const WideChar* path, HANDLE, DWORD flags) noexcept {
     const HMODULE failure = nullptr;
     if (path == nullptr) return Fail(ERROR_INVALID_PARAMETER, failure);
     return OrOutOfMemory(failure, [&] {
-        constexpr DWORD DataFlags = LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE;
+        constexpr DWORD dataFlags = LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE;
         if (flags == 0) return LoadCode(NativePath(path));
-        if (flags == DataFlags) return LoadData(NativePath(path));
+        if (flags == dataFlags) return LoadData(NativePath(path));
         return Fail(ERROR_INVALID_PARAMETER, failure);
     });
 }
 
 BOOL FreeLibrary(HMODULE module) noexcept {
-    if (loadedLibraries.Take(module) || CloseMessageModule(module)) return TRUE;
+    if (LoadedLibraries.Take(module) || CloseMessageModule(module)) return TRUE;
     return Fail(ERROR_MOD_NOT_FOUND, FALSE);
 }
 

@@ -75,9 +75,9 @@ WideString Format(Decimal number, const NUMBERFMTW& format) {
 }
 
 bool IsSound(const NUMBERFMTW& format) noexcept {
-    constexpr std::uint32_t MostDigits = 9, MostGrouped = 9, MinusInFront = 1;
-    return format.NumDigits <= MostDigits && format.LeadingZero <= 1 && format.Grouping <= MostGrouped &&
-           format.lpDecimalSep != nullptr && format.lpThousandSep != nullptr && format.NegativeOrder == MinusInFront;
+    constexpr std::uint32_t mostDigits = 9, mostGrouped = 9, minusInFront = 1;
+    return format.NumDigits <= mostDigits && format.LeadingZero <= 1 && format.Grouping <= mostGrouped &&
+           format.lpDecimalSep != nullptr && format.lpThousandSep != nullptr && format.NegativeOrder == minusInFront;
 }
 
 }  // namespace

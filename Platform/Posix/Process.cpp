@@ -32,30 +32,30 @@ HANDLE PseudoHandle(std::intptr_t value) noexcept {
 }
 
 // Both are asked for with each log line, and a system call each is dear.
-constinit std::atomic<DWORD> processId = 0;
-constinit thread_local DWORD threadId = 0;
+constinit std::atomic<DWORD> ProcessId = 0;
+constinit thread_local DWORD ThreadId = 0;
 
 // The forked child goes on with the memory of the thread that forked, but with other ids.
 void ForgetIds() noexcept {
-    processId.store(0, std::memory_order_relaxed);
-    threadId = 0;
+    ProcessId.store(0, std::memory_order_relaxed);
+    ThreadId = 0;
 }
 
-const bool forksAreSeen = pthread_atfork(nullptr, nullptr, ForgetIds) == 0;
+const bool ForksAreSeen = pthread_atfork(nullptr, nullptr, ForgetIds) == 0;
 
 }  // namespace
 
 DWORD GetCurrentProcessId() noexcept {
-    if (const DWORD known = processId.load(std::memory_order_relaxed); known != 0) return known;
+    if (const DWORD known = ProcessId.load(std::memory_order_relaxed); known != 0) return known;
     const auto id = static_cast<DWORD>(getpid());
-    if (forksAreSeen) processId.store(id, std::memory_order_relaxed);
+    if (ForksAreSeen) ProcessId.store(id, std::memory_order_relaxed);
     return id;
 }
 
 DWORD GetCurrentThreadId() noexcept {
-    if (threadId != 0) return threadId;
+    if (ThreadId != 0) return ThreadId;
     const auto id = static_cast<DWORD>(gettid());
-    if (forksAreSeen) threadId = id;
+    if (ForksAreSeen) ThreadId = id;
     return id;
 }
 
@@ -93,17 +93,17 @@ std::u16string ReadCommandLine() {
 }
 
 // Lives until the library goes, which is after everything that uses it.
-constinit std::mutex commandLineLock;
-constinit std::unique_ptr<const std::u16string> commandLine;
+constinit std::mutex CommandLineLock;
+constinit std::unique_ptr<const std::u16string> CommandLine;
 
 }  // namespace
 
 const WideChar* GetCommandLineW() noexcept {
     const WideChar* const failure = u"";
     return OrOutOfMemory(failure, [] {
-        const std::lock_guard guard{commandLineLock};
-        if (!commandLine) commandLine = std::make_unique<const std::u16string>(ReadCommandLine());
-        return commandLine->c_str();
+        const std::lock_guard guard{CommandLineLock};
+        if (!CommandLine) CommandLine = std::make_unique<const std::u16string>(ReadCommandLine());
+        return CommandLine->c_str();
     });
 }
 
@@ -187,8 +187,8 @@ _Unwind_Reason_Code CaptureFrame(_Unwind_Context* context, void* argument) noexc
 PLATFORM_NOINLINE std::uint16_t RtlCaptureStackBackTrace(DWORD framesToSkip, DWORD framesToCapture, void** frames,
                                                          DWORD*) noexcept {
     if (frames == nullptr) return 0;
-    constexpr std::size_t LargestCount = std::numeric_limits<std::uint16_t>::max();
-    StackCapture capture{std::uint64_t{framesToSkip} + 1, std::min<std::size_t>(framesToCapture, LargestCount), frames,
+    constexpr std::size_t largestCount = std::numeric_limits<std::uint16_t>::max();
+    StackCapture capture{std::uint64_t{framesToSkip} + 1, std::min<std::size_t>(framesToCapture, largestCount), frames,
                          0};
     _Unwind_Backtrace(CaptureFrame, &capture);
     return static_cast<std::uint16_t>(capture.count);

@@ -22,9 +22,9 @@ std::optional<std::u16string_view> FindText(DWORD code) noexcept {
 }  // namespace
 
 std::optional<std::u16string_view> SystemMessageText(DWORD code) noexcept {
-    constexpr DWORD LowWord = 0xFFFF, Win32Failure = 0x80070000;
+    constexpr DWORD lowWord = 0xFFFF, win32Failure = 0x80070000;
     if (const auto text = FindText(code)) return text;
-    return (code & ~LowWord) == Win32Failure ? FindText(code & LowWord) : std::nullopt;
+    return (code & ~lowWord) == win32Failure ? FindText(code & lowWord) : std::nullopt;
 }
 
 }  // namespace Platform::Posix

@@ -56,9 +56,9 @@ std::u16string DecodeUtf16LittleEndian(std::string_view bytes) {
 }
 
 std::u16string Decode(std::string_view bytes) {
-    constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF", Utf16Mark = "\xFF\xFE";
-    if (bytes.starts_with(Utf16Mark)) return DecodeUtf16LittleEndian(bytes.substr(Utf16Mark.size()));
-    if (bytes.starts_with(Utf8Mark)) bytes.remove_prefix(Utf8Mark.size());
+    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF", utf16Mark = "\xFF\xFE";
+    if (bytes.starts_with(utf16Mark)) return DecodeUtf16LittleEndian(bytes.substr(utf16Mark.size()));
+    if (bytes.starts_with(utf8Mark)) bytes.remove_prefix(utf8Mark.size());
     return ToWide(bytes);
 }
 

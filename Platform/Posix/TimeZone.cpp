@@ -63,29 +63,29 @@ private:
     }
 
     static std::uint64_t ZoneKey() noexcept {
-        constexpr std::uint64_t Multiplier = 0x9E3779B97F4A7C15;
+        constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15;
         std::uint64_t key = static_cast<std::uint64_t>(timezone) ^ static_cast<std::uint64_t>(daylight) << 32;
-        for (const char* const name : tzname) key = (key ^ reinterpret_cast<std::uintptr_t>(name)) * Multiplier;
+        for (const char* const name : tzname) key = (key ^ reinterpret_cast<std::uintptr_t>(name)) * multiplier;
         return key >> (64 - ZoneBits);
     }
 
     std::atomic<std::uint64_t> word_{NoWord};
 };
 
-constinit OffsetCache offsetCache;
+constinit OffsetCache CachedOffset;
 
 std::optional<std::int64_t> LocalOffsetTicks(std::int64_t ticks) noexcept {
-    if (const auto cached = offsetCache.Find(ticks)) return *cached * TicksPerSecond;
+    if (const auto cached = CachedOffset.Find(ticks)) return *cached * TicksPerSecond;
     const auto offset = OffsetAt(UnixTimeOf(ticks));
     if (!offset) return std::nullopt;
-    offsetCache.Store(ticks, offset->seconds);
+    CachedOffset.Store(ticks, offset->seconds);
     return offset->seconds * TicksPerSecond;
 }
 
 // The nearest other offset within half a year in either direction, if any.
 std::optional<LocalOffset> OtherOffset(time_t now, const LocalOffset& present) noexcept {
-    constexpr std::int64_t HalfYear = 183;
-    for (std::int64_t day = 1; day <= HalfYear; ++day) {
+    constexpr std::int64_t halfYear = 183;
+    for (std::int64_t day = 1; day <= halfYear; ++day) {
         for (const std::int64_t distance : {day * SecondsPerDay, -day * SecondsPerDay}) {
             const auto offset = OffsetAt(now + distance);
             if (offset && offset->seconds != present.seconds) return offset;

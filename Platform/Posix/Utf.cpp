@@ -17,15 +17,15 @@ struct LeadByte {
 };
 
 LeadByte ReadLeadByte(unsigned char byte) noexcept {
-    constexpr unsigned char Least = 0x80, Most = 0xBF;
-    if (byte < 0xC2 || byte > 0xF4) return {0, MalformedCharacter, Least, Most};
-    if (byte < 0xE0) return {1, byte & 0x1Fu, Least, Most};
+    constexpr unsigned char leastFollower = 0x80, mostFollower = 0xBF;
+    if (byte < 0xC2 || byte > 0xF4) return {0, MalformedCharacter, leastFollower, mostFollower};
+    if (byte < 0xE0) return {1, byte & 0x1Fu, leastFollower, mostFollower};
     if (byte < 0xF0) {
-        return {2, byte & 0x0Fu, byte == 0xE0 ? static_cast<unsigned char>(0xA0) : Least,
-                byte == 0xED ? static_cast<unsigned char>(0x9F) : Most};
+        return {2, byte & 0x0Fu, byte == 0xE0 ? static_cast<unsigned char>(0xA0) : leastFollower,
+                byte == 0xED ? static_cast<unsigned char>(0x9F) : mostFollower};
     }
-    return {3, byte & 0x07u, byte == 0xF0 ? static_cast<unsigned char>(0x90) : Least,
-            byte == 0xF4 ? static_cast<unsigned char>(0x8F) : Most};
+    return {3, byte & 0x07u, byte == 0xF0 ? static_cast<unsigned char>(0x90) : leastFollower,
+            byte == 0xF4 ? static_cast<unsigned char>(0x8F) : mostFollower};
 }
 
 bool IsSurrogate(char32_t unit) noexcept {

@@ -26,10 +26,10 @@ bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) noexcept {
 }
 
 std::u16string_view TrimBlanks(std::u16string_view text) noexcept {
-    constexpr std::u16string_view Blanks = u" \t";
-    const std::size_t first = text.find_first_not_of(Blanks);
+    constexpr std::u16string_view blanks = u" \t";
+    const std::size_t first = text.find_first_not_of(blanks);
     if (first == std::u16string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(Blanks) + 1 - first);
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
 std::optional<std::u16string_view> TakeLine(std::u16string_view& text) noexcept {

@@ -13,29 +13,29 @@ namespace {
 
 using Instance = ComponentPtr<IComponentUnknown>;
 
-std::mutex lock;
-std::map<WideString, Instance, std::less<>> instances;  // guarded by lock
+std::mutex InstancesLock;
+std::map<WideString, Instance, std::less<>> Instances;  // guarded by InstancesLock
 
 Instance FindInstance(std::u16string_view name) {
-    const std::lock_guard guard(lock);
-    const auto found = instances.find(name);
-    return found != instances.end() ? found->second : Instance();
+    const std::lock_guard guard(InstancesLock);
+    const auto found = Instances.find(name);
+    return found != Instances.end() ? found->second : Instance();
 }
 
 // Both give what was there before, so that its last reference goes outside the lock: a component that ends may call
 // the broker.
 Instance Exchange(std::u16string_view name, Instance instance) {
-    const std::lock_guard guard(lock);
-    std::swap(instances[WideString(name)], instance);
+    const std::lock_guard guard(InstancesLock);
+    std::swap(Instances[WideString(name)], instance);
     return instance;
 }
 
 Instance TakeOut(std::u16string_view name) {
-    const std::lock_guard guard(lock);
-    const auto found = instances.find(name);
-    if (found == instances.end()) return {};
+    const std::lock_guard guard(InstancesLock);
+    const auto found = Instances.find(name);
+    if (found == Instances.end()) return {};
     Instance taken = std::move(found->second);
-    instances.erase(found);
+    Instances.erase(found);
     return taken;
 }
 

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
 #include <limits>
+#include <stdexcept>
 
 #include "Buffers.h"
 #include "NodeFabric/NodeFabric.h"
@@ -44,7 +46,7 @@ std::optional<AttributeValue> ParseNumber(const NumberType& type, const void* by
     std::uint64_t raw = 0;
     std::memcpy(&raw, bytes, size);
     auto number = static_cast<std::int64_t>(raw);
-    if (type.type == AcnTypeInt32) number = static_cast<std::int32_t>(raw);  // brings the sign back
+    if (type.type == AcnTypeInt32) number = static_cast<std::int32_t>(raw);  // restores the sign
     if (!InRange(number, type)) return std::nullopt;
     return AttributeValue{type.type, number, {}};
 }
@@ -63,6 +65,13 @@ HRESULT CopyBytes(const void* bytes, std::size_t length, void* buffer, std::uint
     const HRESULT code = ClaimRoom(length, buffer, *size);
     if (Succeeded(code)) std::memcpy(buffer, bytes, length);
     return code;
+}
+
+constexpr std::size_t LargestUnindexedCount = 8;
+constexpr std::uint32_t FreeSlot = std::numeric_limits<std::uint32_t>::max();
+
+std::size_t HashOf(std::u16string_view name) noexcept {
+    return std::hash<std::u16string_view>()(name);
 }
 
 }  // namespace
@@ -87,18 +96,56 @@ HRESULT ReadValue(const AttributeValue& value, std::uint16_t type, void* buffer,
     return CopyBytes(&value.number, wanted->size, buffer, size);
 }
 
+AttributeSet::AttributeSet(const AttributeSet& other)
+    : attributes_(other.attributes_),
+      index_(other.index_ != nullptr ? std::make_unique<Index>(*other.index_) : nullptr) {}
+
+AttributeSet& AttributeSet::operator=(AttributeSet other) noexcept {
+    attributes_.swap(other.attributes_);
+    index_.swap(other.index_);
+    return *this;
+}
+
 const AttributeValue* AttributeSet::Find(std::u16string_view name) const noexcept {
-    const auto found = std::ranges::find(attributes_, name, &Attribute::name);
-    return found != attributes_.end() ? &found->value : nullptr;
+    const std::size_t position = PositionOf(name);
+    return position < attributes_.size() ? &attributes_[position].value : nullptr;
 }
 
 void AttributeSet::Set(std::u16string_view name, AttributeValue value) {
-    const auto found = std::ranges::find(attributes_, name, &Attribute::name);
-    if (found != attributes_.end()) {
-        found->value = std::move(value);
-    } else {
-        attributes_.push_back({WideString(name), std::move(value)});
+    const std::size_t position = PositionOf(name);
+    if (position < attributes_.size()) {
+        attributes_[position].value = std::move(value);
+        return;
     }
+    if (position >= LargestUnindexedCount) ReserveInIndex(position + 1);
+    attributes_.push_back({WideString(name), std::move(value)});
+    if (index_ != nullptr) AddToIndex(position);
+}
+
+std::size_t AttributeSet::PositionOf(std::u16string_view name) const noexcept {
+    if (index_ == nullptr) {
+        const auto found = std::ranges::find(attributes_, name, &Attribute::name);
+        return static_cast<std::size_t>(found - attributes_.begin());
+    }
+    for (std::size_t slot = HashOf(name);; ++slot) {
+        const std::uint32_t position = (*index_)[slot & (index_->size() - 1)];
+        if (position == FreeSlot) return attributes_.size();
+        if (attributes_[position].name == name) return position;
+    }
+}
+
+// Keeps at least half of the slots free, so that a search ends soon.
+void AttributeSet::ReserveInIndex(std::size_t count) {
+    if (count >= FreeSlot) throw std::length_error("no 32-bit position");
+    if (index_ != nullptr && 2 * count <= index_->size()) return;
+    index_ = std::make_unique<Index>(std::bit_ceil(2 * count), FreeSlot);
+    for (std::size_t position = 0; position < attributes_.size(); ++position) AddToIndex(position);
+}
+
+void AttributeSet::AddToIndex(std::size_t position) noexcept {
+    std::size_t slot = HashOf(attributes_[position].name);
+    while ((*index_)[slot & (index_->size() - 1)] != FreeSlot) ++slot;
+    (*index_)[slot & (index_->size() - 1)] = static_cast<std::uint32_t>(position);
 }
 
 WideString AttributeSet::Names() const {

@@ -1,6 +1,7 @@
-// Typed values, and the attributes of one node. No locks here: the node guards its set.
+// Typed values, and the attributes of one node. Nothing here is locked: the node guards its set.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -15,10 +16,10 @@ struct AttributeValue {
     Harbor::WideString text;  // of a text type, without its terminator
 };
 
-// A value from its bytes, or nothing if the type is unknown or the bytes are none of its values.
+// Returns the value of the bytes, or nothing if the type is unknown or the bytes are not a value of it.
 [[nodiscard]] std::optional<AttributeValue> ParseValue(std::uint16_t type, const void* bytes, std::uint32_t size);
 
-// Stores the value's bytes as `type`. With a null `size` it only tells whether the value can be had as `type`.
+// Stores the bytes of the value as `type`. If `size` is null, only checks whether the value converts to `type`.
 [[nodiscard]] Harbor::HRESULT ReadValue(const AttributeValue& value, std::uint16_t type, void* buffer,
                                         std::uint32_t* size);
 
@@ -29,13 +30,22 @@ struct Attribute {
     AttributeValue value;
 };
 
-// Keeps the order in which the names were first set. A node has few attributes, so a search in line beats an index.
+// Keeps the order in which the names were first set. Most nodes have few attributes, which a linear search finds
+// fastest; more of them are indexed. No attribute is ever removed.
 class AttributeSet {
 public:
+    AttributeSet() = default;
+    AttributeSet(const AttributeSet& other);
+    AttributeSet(AttributeSet&&) noexcept = default;
+    AttributeSet& operator=(AttributeSet other) noexcept;
+    ~AttributeSet() = default;
+
+    // Constant time on average.
     [[nodiscard]] const AttributeValue* Find(std::u16string_view name) const noexcept;
+    // Amortised constant time on average. If it throws, the set is unchanged.
     void Set(std::u16string_view name, AttributeValue value);
 
-    // Every name with a 0 behind it.
+    // Every name, each followed by a 0.
     [[nodiscard]] Harbor::WideString Names() const;
 
     auto begin() const noexcept { return attributes_.begin(); }
@@ -43,7 +53,16 @@ public:
     bool Empty() const noexcept { return attributes_.empty(); }
 
 private:
+    // A hash table with linear probing: the positions of the attributes. Its size is a power of 2.
+    using Index = std::vector<std::uint32_t>;
+
+    // The position of an attribute, or the number of attributes if it is not there.
+    [[nodiscard]] std::size_t PositionOf(std::u16string_view name) const noexcept;
+    void ReserveInIndex(std::size_t count);
+    void AddToIndex(std::size_t position) noexcept;
+
     std::vector<Attribute> attributes_;
+    std::unique_ptr<Index> index_;  // null while there are few attributes
 };
 
 }  // namespace NodeFabric

@@ -14,8 +14,8 @@ namespace {
 
 constexpr WideChar Separator = u'\\';
 
-std::shared_mutex structureLock;
-std::atomic<std::uint64_t> openHandles{0};
+std::shared_mutex StructureLock;
+std::atomic<std::uint64_t> OpenHandles{0};
 
 // Goes down to a leaf and up again, since a tree may be deeper than any call stack.
 struct TreeDeleter {
@@ -115,11 +115,11 @@ WideString PathOf(const Node& node) {
 }  // namespace
 
 std::shared_lock<std::shared_mutex> LockStructure() {
-    return std::shared_lock(structureLock);
+    return std::shared_lock(StructureLock);
 }
 
 AcnHandle OpenLocked(Node& node) noexcept {
-    openHandles.fetch_add(1, std::memory_order_relaxed);
+    OpenHandles.fetch_add(1, std::memory_order_relaxed);
     // The caller's own handle holds the parent until this is done. If the child's last handle is closed meanwhile,
     // that takes back the count it once put on the parent, and this one puts its own there.
     if (node.holds.fetch_add(1, std::memory_order_relaxed) == 0 && node.parent != nullptr) {
@@ -142,20 +142,20 @@ AcnHandle CloneTree(const Node& source, std::uint32_t depth) {
 
 AcnHandle Duplicate(Node& node) noexcept {
     // The caller's handle keeps the count above 0, so no parent is touched and no lock is needed.
-    openHandles.fetch_add(1, std::memory_order_relaxed);
+    OpenHandles.fetch_add(1, std::memory_order_relaxed);
     node.holds.fetch_add(1, std::memory_order_relaxed);
     return &node;
 }
 
 void Close(Node& node) noexcept {
-    openHandles.fetch_sub(1, std::memory_order_relaxed);
+    OpenHandles.fetch_sub(1, std::memory_order_relaxed);
     if (ReleaseOneOfSeveral(node)) return;
     // The lock is free again when the tree goes, which may take long.
     const TreePtr unheld = ReleaseUpwards(node);
 }
 
 std::uint64_t OpenHandleCount() noexcept {
-    return openHandles.load(std::memory_order_relaxed);
+    return OpenHandles.load(std::memory_order_relaxed);
 }
 
 AcnHandle OpenParent(const Node& node) {
@@ -184,7 +184,7 @@ WideString FullPath(const Node& node) {
 }
 
 HRESULT AppendChild(Node& parent, Node& child) {
-    const std::unique_lock lock(structureLock);
+    const std::unique_lock lock(StructureLock);
     if (child.parent != nullptr || &parent == &child) return E_INVALIDARG;
     // Nothing stands below a leaf: without this a chain that grows at its end would cost the square of its length.
     if (!child.children.Empty() && IsAtOrBelow(parent, child)) return E_INVALIDARG;
@@ -196,7 +196,7 @@ HRESULT AppendChild(Node& parent, Node& child) {
 }
 
 HRESULT RemoveChild(Node& parent, Node& child) {
-    const std::unique_lock lock(structureLock);
+    const std::unique_lock lock(StructureLock);
     if (child.parent != &parent || !parent.children.Remove(&child)) return NOT_FOUND;
     child.parent = nullptr;
     parent.holds.fetch_sub(1, std::memory_order_release);  // can't be the last: the caller has a handle

@@ -135,9 +135,9 @@ void XmlWriter::WriteValue(const AttributeValue& value) {
 }
 
 void XmlWriter::WriteEscaped(std::u16string_view text) {
-    constexpr std::size_t LongestCharacter = 6;  // &quot;
+    constexpr std::size_t longestCharacter = 6;  // &quot;
     std::array<char, 512> piece;
-    char* const full = piece.end() - LongestCharacter;
+    char* const full = piece.end() - longestCharacter;
     char* place = piece.begin();
     for (std::size_t index = 0; index < text.size();) {
         if (const char16_t c = text[index]; c >= AsciiTexts.size()) {

@@ -47,6 +47,42 @@ TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
     }
 }
 
+// On both sides of the counts at which the index appears and grows, for the node and for a clone that goes on by
+// itself.
+TEST_F(NodeFabric, KeepsManyAttributesInTheOrderOfTheirFirstSetting) {
+    const NodePtr node = NewNode(u"Node");
+    std::vector<std::pair<std::u16string, std::u16string>> expected;
+    const auto check = [&](const NodePtr& checked) {
+        std::u16string names;
+        for (const auto& [name, value] : expected) {
+            EXPECT_EQ(ACNode::Borrow(checked.get()).GetText(name.c_str()), value);
+            names.append(name).push_back(u'\0');
+        }
+        auto size = static_cast<std::uint32_t>(names.size() + 1);
+        std::u16string read(size, u'?');
+        EXPECT_EQ(AcnGetAttributeNames(checked.get(), read.data(), &size), S_OK);
+        EXPECT_EQ(read, names + u'\0');
+        EXPECT_EQ(AcnGetAttribute(checked.get(), u"Nobody", nullptr, nullptr, nullptr, nullptr), NOT_FOUND);
+    };
+    for (std::size_t number = 0; number < 300; ++number) {
+        const std::string digits = std::to_string(number * 7919 % 1000);
+        expected.emplace_back(std::u16string(digits.begin(), digits.end()) + u"-name", u"first");
+        EXPECT_EQ(SetText(node, expected.back().first.c_str(), u"first"), S_OK);
+        auto& [name, value] = expected[number / 2];
+        value += u"+";
+        EXPECT_EQ(SetText(node, name.c_str(), value), S_OK);
+        if (number < 20 || number % 64 == 0) check(node);
+    }
+    check(node);
+    const NodePtr clone = Open(AcnCloneNode, node.get(), 0u, 0u);
+    check(clone);
+    EXPECT_EQ(SetText(node, u"Nobody", u""), S_OK);
+    check(clone);
+    expected.emplace_back(u"CloneOnly", u"x");
+    EXPECT_EQ(SetText(clone, u"CloneOnly", u"x"), S_OK);
+    check(clone);
+}
+
 TEST_F(NodeFabric, HoldsAndDumpsAChainThatIsDeeperThanTheCallStack) {
     constexpr std::size_t Depth = 300'000;
     NodePtr root = NewNode(u"x"), end = Open(AcnDuplicateNodeHandle, root.get());

@@ -5,20 +5,23 @@
 
 namespace Platform {
 
-// Gives the length without the terminator if the value fits, the size needed with it if not, and 0 with
-// ERROR_ENVVAR_NOT_FOUND if the variable isn't there. An empty variable with room for it gives 0 and no new error.
+// Reads a variable. If the value fits, returns its length without the terminator; otherwise returns the size required
+// including it. Returns 0 with ERROR_ENVVAR_NOT_FOUND if the variable does not exist. If the variable is empty and its
+// terminator fits, returns 0 and leaves the last error unchanged.
 PLATFORM_EXPORT DWORD GetEnvironmentVariableW(const WideChar* name, WideChar* buffer, DWORD size) noexcept;
 
-// Replaces each %NAME% by the variable's value; an unknown one stays as it stands. Gives the size needed with the
-// terminator, whether it fits or not; 0 on failure.
+// Replaces each %NAME% by the value of the variable. An unknown variable is left unchanged. Returns the size required
+// including the terminator, whether the text fits or not, or 0 on failure.
 PLATFORM_EXPORT DWORD ExpandEnvironmentStringsW(const WideChar* source, WideChar* buffer, DWORD size) noexcept;
 
-// One value of an INI file, read anew at each call: UTF-8 with or without a byte-order mark, or UTF-16 little-endian
-// with one. Section and key ignore case, blanks around names and values go, one pair of quotes around a value goes,
-// lines that begin with ";" are comments. The first section of the name, and its first key, count. Gives the length
-// without the terminator; a value that doesn't fit is cut to size - 1. The default takes the place of what is missing;
-// the last error then tells why: ERROR_FILE_NOT_FOUND for a missing file, section or key, else what kept it from
-// reading.
+// Reads one value of an INI file. The file is read at each call; it is UTF-8 with or without a byte-order mark, or
+// UTF-16 little-endian with one. The names of sections and keys ignore case. Blanks and tabs around names and values
+// are removed, then one pair of quotes around the value. Lines that begin with ";" are comments. If a section or a key
+// occurs more than once, the first one is used.
+//
+// Returns the length without the terminator. A value that does not fit is cut to size - 1 characters. If there is no
+// value, the result is `defaultValue` and the last error is the reason: ERROR_FILE_NOT_FOUND if the file, the section
+// or the key does not exist, otherwise the code of the failed read.
 PLATFORM_EXPORT DWORD GetPrivateProfileStringW(const WideChar* section, const WideChar* key,
                                                const WideChar* defaultValue, WideChar* buffer, DWORD size,
                                                const WideChar* path) noexcept;

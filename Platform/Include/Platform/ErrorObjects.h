@@ -1,14 +1,14 @@
-// The thread's error object: a description and a source id that go beside a failing code from a component to its
-// caller. There is one slot a thread in the whole process. The interfaces keep the published slot order of COM.
+// The thread's error object: a description and a source id that a component passes to its caller in addition to a
+// failure code. Each thread of the process has one slot for it. The interfaces have the published slot order of COM.
 #pragma once
 
 #include "Platform/Types.h"
 
 namespace Platform {
 
-using BSTR = WideChar*;  // a counted text, made and freed by the two functions below
+using BSTR = WideChar*;  // a counted text; created and freed by the next two functions
 
-PLATFORM_EXPORT BSTR SysAllocStringLen(const WideChar* text, std::uint32_t length) noexcept;  // null: out of memory
+PLATFORM_EXPORT BSTR SysAllocStringLen(const WideChar* text, std::uint32_t length) noexcept;  // null if memory runs out
 PLATFORM_EXPORT void SysFreeString(BSTR text) noexcept;
 PLATFORM_EXPORT std::uint32_t SysStringLen(BSTR text) noexcept;  // in characters; 0 for null
 
@@ -37,11 +37,13 @@ struct ICreateErrorInfo : IUnknown {
     virtual HRESULT SetHelpContext(DWORD context) = 0;
 };
 
-// A new error object, one reference the caller's. Its QueryInterface knows the three interfaces.
+// Creates an error object. The caller owns its one reference. Its QueryInterface supports the three interfaces above.
 PLATFORM_EXPORT HRESULT CreateErrorInfo(ICreateErrorInfo** result) noexcept;
-// Puts an object into the calling thread's slot, counting a reference, or empties the slot.
+// Stores an object in the calling thread's slot and counts a reference on it. Null empties the slot. The object that
+// was there before is released.
 PLATFORM_EXPORT HRESULT SetErrorInfo(DWORD reserved, IErrorInfo* object) noexcept;
-// Takes the object out of the slot: 0 and a reference, or 1 (S_FALSE) and null if the slot is empty.
+// Removes the object from the calling thread's slot. Returns 0 and a reference, which the caller owns, or 1 (S_FALSE)
+// and null if the slot is empty.
 PLATFORM_EXPORT HRESULT GetErrorInfo(DWORD reserved, IErrorInfo** object) noexcept;
 
 }  // namespace Platform

@@ -43,7 +43,8 @@ inline constexpr DWORD ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
 inline constexpr DWORD ERROR_RESOURCE_LANG_NOT_FOUND = 1815;
 inline constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 
-// The code that the last failing function of the layer left on the calling thread. Successes leave it alone.
+// The code that the last function of the layer that failed on the calling thread has stored. Functions that succeed do
+// not change it, unless their description says so.
 PLATFORM_EXPORT DWORD GetLastError() noexcept;
 PLATFORM_EXPORT void SetLastError(DWORD code) noexcept;
 

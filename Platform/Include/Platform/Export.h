@@ -1,5 +1,5 @@
-// The marks that tell the compiler what a binary shows and what must stay a call of its own. This is the one header
-// outside the back ends that looks at the compiler.
+// Attributes of functions: exported, never inlined, always inlined. Outside the back ends this is the only header that
+// depends on the compiler.
 #pragma once
 
 #if defined(_MSC_VER)

@@ -1,5 +1,5 @@
-// Files and directories. Both "\" and "/" separate the elements of a path; a drive letter has no meaning on a system
-// without drives. Failures leave the code that the same failure has on Windows in GetLastError.
+// Files and directories. Both "\" and "/" separate the elements of a path. On a system without drives a drive letter is
+// ignored. A failure sets the last error to the code that the same failure has on Windows.
 #pragma once
 
 #include "Platform/Types.h"
@@ -17,40 +17,42 @@ inline constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 inline constexpr DWORD INVALID_FILE_SIZE = 0xFFFFFFFF;
 inline constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
 
-// What names a file among all files: a deleted file's numbers are not given again at once.
+// Identifies a file among all files. After a file is deleted, a new file does not get its numbers.
 struct BY_HANDLE_FILE_INFORMATION {
     DWORD dwVolumeSerialNumber;
     DWORD nFileIndexHigh;
     DWORD nFileIndexLow;
 };
 
-// Opens a file for appending (access FILE_APPEND_DATA), made if it isn't there (OPEN_ALWAYS); other accesses and
-// dispositions are ERROR_INVALID_PARAMETER. Sharing nothing keeps others out as long as the handle lives, sharing
-// everything stands back from such a holder; a conflict is ERROR_SHARING_VIOLATION. Not inherited by child processes.
-// Gives INVALID_HANDLE_VALUE on failure. The caller closes the handle.
+// Opens a file for appending, and creates it if it does not exist. `access` must be FILE_APPEND_DATA and `disposition`
+// OPEN_ALWAYS, else ERROR_INVALID_PARAMETER. `sharing` is 0 or all three FILE_SHARE flags: with 0 the file cannot be
+// opened again by this function while the handle is open. A conflict is ERROR_SHARING_VIOLATION. Child processes do not
+// inherit the handle. Returns INVALID_HANDLE_VALUE on failure. The caller must close the handle.
 PLATFORM_EXPORT HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
                                    DWORD attributes, HANDLE templateFile) noexcept;
 
-// Appends the bytes in one piece: writers of other threads and processes don't come between. A process with a limit on
-// the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends at the limit.
+// Appends the bytes as one piece: the bytes of other threads and processes are not written between them. A process that
+// limits the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends when the limit is reached.
 PLATFORM_EXPORT BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
 
-// Gives the low half of the size, and stores the high half. INVALID_FILE_SIZE with a last error is a failure.
+// Returns the low half of the size and stores the high half in `*high`, unless that is null. INVALID_FILE_SIZE is a
+// failure if the last error is not ERROR_SUCCESS, and otherwise a size.
 PLATFORM_EXPORT DWORD GetFileSize(HANDLE file, DWORD* high) noexcept;
 PLATFORM_EXPORT BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) noexcept;
 
-// A second handle of the same file within this process. Each of the two is closed by itself.
+// Creates a second handle of the same file in this process. Both handles must be closed.
 PLATFORM_EXPORT BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target,
                                      DWORD access, BOOL inherit, DWORD options) noexcept;
 PLATFORM_EXPORT BOOL CloseHandle(HANDLE handle) noexcept;
 
+// Returns FILE_ATTRIBUTE_DIRECTORY or FILE_ATTRIBUTE_NORMAL, or INVALID_FILE_ATTRIBUTES on failure.
 PLATFORM_EXPORT DWORD GetFileAttributesW(const WideChar* path) noexcept;
-// Makes one directory; its parent must be there. ERROR_ALREADY_EXISTS if the name is taken.
+// Creates one directory. ERROR_PATH_NOT_FOUND if its parent does not exist, ERROR_ALREADY_EXISTS if the name is in use.
 PLATFORM_EXPORT BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept;
 
-// Joins two paths with one "\", resolves "." and "..", and lets an absolute second part replace the first. `result`
-// has room for 260 characters or for both lengths and 2 more, whichever is larger. Gives `result`, or null if the
-// text doesn't fit a path.
+// Joins two paths with one "\" and resolves "." and "..". If `rest` is absolute, `base` is ignored. `result` must have
+// room for 260 characters, or for the sum of both lengths and 2 more if that is larger. Returns `result`, or null if
+// the text is too long for a path.
 PLATFORM_EXPORT WideChar* PathCombineW(WideChar* result, const WideChar* base, const WideChar* rest) noexcept;
 
 }  // namespace Platform

@@ -12,19 +12,22 @@ inline constexpr DWORD LOAD_LIBRARY_AS_IMAGE_RESOURCE = 0x20;
 
 using FARPROC = void (*)();
 
-// With the two flags above: the module that holds the address, its reference count untouched. Other flags are
-// ERROR_INVALID_PARAMETER.
+// Finds the module that contains the address, and does not count a reference on it. `flags` must be both flags above,
+// else ERROR_INVALID_PARAMETER.
 PLATFORM_EXPORT BOOL GetModuleHandleExW(DWORD flags, const WideChar* address, HMODULE* module) noexcept;
-// A null name means the process's main module; a name isn't looked up (ERROR_MOD_NOT_FOUND).
+// Returns the main module of the process. `name` must be null, else ERROR_MOD_NOT_FOUND.
 PLATFORM_EXPORT HMODULE GetModuleHandleW(const WideChar* name) noexcept;
-// The absolute path of a module, null meaning the process's main module, however it was loaded. Gives the length, or
-// `size` with a cut text and ERROR_INSUFFICIENT_BUFFER if it doesn't fit, or 0 on failure.
+// Stores the absolute path of a module, whatever path it was loaded by. Null is the main module of the process. Returns
+// the length without the terminator. If the path does not fit, it is cut, and the result is `size` with
+// ERROR_INSUFFICIENT_BUFFER. Returns 0 on failure.
 PLATFORM_EXPORT DWORD GetModuleFileNameW(HMODULE module, WideChar* path, DWORD size) noexcept;
 
-// Flags 0 loads code by its path. Both data-file flags open a message module (see Messages.h) and run nothing of it.
-// Null on failure; the caller frees. A code module's load failure is told in detail on the debugger's output.
+// With flags 0, loads a code module by its path; if that fails, the reason is written to the debugger's output. With
+// both LOAD_LIBRARY flags above, opens a message module (see Messages.h) and runs no code. Returns null on failure. The
+// caller must free the module.
 PLATFORM_EXPORT HMODULE LoadLibraryExW(const WideChar* path, HANDLE reserved, DWORD flags) noexcept;
 PLATFORM_EXPORT BOOL FreeLibrary(HMODULE module) noexcept;
+// Returns the address of a function that the module itself exports, or null with ERROR_PROC_NOT_FOUND.
 PLATFORM_EXPORT FARPROC GetProcAddress(HMODULE module, const char* name) noexcept;
 
 }  // namespace Platform

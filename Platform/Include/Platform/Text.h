@@ -8,9 +8,10 @@ namespace Platform {
 inline constexpr DWORD CP_UTF8 = 65001;
 inline constexpr DWORD MB_ERR_INVALID_CHARS = 8;
 
-// Lengths count units and may be -1 for a text that ends in 0. With a size of 0 they give the size needed, otherwise
-// what was written, and 0 on failure. Without MB_ERR_INVALID_CHARS malformed input becomes U+FFFD, with it
-// ERROR_NO_UNICODE_TRANSLATION. CP_UTF8 is the one code page there is.
+// Convert between UTF-8 and UTF-16. Lengths and sizes are in units of the text. A length of -1 is a text that ends with
+// a 0, which is converted, too. Return the number of units written, the number required if `size` is 0, or 0 on
+// failure. Malformed input becomes U+FFFD, or ERROR_NO_UNICODE_TRANSLATION with MB_ERR_INVALID_CHARS, which only
+// MultiByteToWideChar accepts. The only code page is CP_UTF8.
 PLATFORM_EXPORT int MultiByteToWideChar(DWORD codePage, DWORD flags, const char* text, int length, WideChar* buffer,
                                         int size) noexcept;
 PLATFORM_EXPORT int WideCharToMultiByte(DWORD codePage, DWORD flags, const WideChar* text, int length, char* buffer,
@@ -26,8 +27,9 @@ struct NUMBERFMTW {
 };
 inline constexpr DWORD LOCALE_INVARIANT = 0x7F;
 
-// Groups a plain decimal number ("-1234.567") as the format says; negative order 1 puts "-" in front. Digits behind
-// NumDigits are rounded off. Gives the size written with the terminator, or 0.
+// Formats a plain decimal number ("-1234.567"), rounded to `NumDigits` digits after the decimal separator.
+// `NegativeOrder` must be 1, which puts "-" in front of the number. Returns the size written including the terminator,
+// the size required if `size` is 0, or 0 on failure.
 PLATFORM_EXPORT int GetNumberFormatW(DWORD locale, DWORD flags, const WideChar* number, const NUMBERFMTW* format,
                                      WideChar* buffer, int size) noexcept;
 

@@ -5,7 +5,7 @@
 
 namespace Platform {
 
-// 100 ns units since 1601-01-01 00:00:00, in two halves.
+// The number of 100 ns units since 1601-01-01 00:00:00, in two halves.
 struct FILETIME {
     DWORD dwLowDateTime;
     DWORD dwHighDateTime;
@@ -15,38 +15,40 @@ struct SYSTEMTIME {
     std::uint16_t wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
 };
 
-// Biases are minutes to add to local time to get UTC: negative east of Greenwich. The names of the zone and the dates
-// of the changes, which nobody here reads, are left out.
+// The biases of a time zone, in minutes. UTC is local time plus the bias, so a bias is negative east of Greenwich. The
+// names of the zone and the dates of its changes are omitted: no caller reads them.
 struct DYNAMIC_TIME_ZONE_INFORMATION {
     LONG Bias;
     LONG StandardBias;
     LONG DaylightBias;
 };
 
-inline constexpr DWORD TIME_ZONE_ID_UNKNOWN = 0;   // the zone has no daylight saving: Bias alone counts
-inline constexpr DWORD TIME_ZONE_ID_STANDARD = 1;  // Bias + StandardBias is in force
-inline constexpr DWORD TIME_ZONE_ID_DAYLIGHT = 2;  // Bias + DaylightBias is in force
+inline constexpr DWORD TIME_ZONE_ID_UNKNOWN = 0;   // the zone has no daylight saving: only Bias applies
+inline constexpr DWORD TIME_ZONE_ID_STANDARD = 1;  // Bias + StandardBias applies
+inline constexpr DWORD TIME_ZONE_ID_DAYLIGHT = 2;  // Bias + DaylightBias applies
 inline constexpr DWORD TIME_ZONE_ID_INVALID = 0xFFFFFFFF;
 
-// Milliseconds of a monotonic clock of coarse resolution (up to 16 ms), wrapping at 32 bits. It costs a few
-// nanoseconds, allocates nothing and takes no lock.
+// Returns the milliseconds of a monotonic clock of coarse resolution (up to 16 ms). The count wraps at 32 bits. A call
+// takes a few nanoseconds, allocates nothing and takes no lock.
 PLATFORM_EXPORT DWORD GetTickCount() noexcept;
 
-// The wall clock in UTC; the precise form reads the finest clock there is.
+// Read the wall clock in UTC. The precise form has the finest resolution that the system offers.
 PLATFORM_EXPORT void GetSystemTimeAsFileTime(FILETIME* time) noexcept;
 PLATFORM_EXPORT void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept;
 
-// UTC to local time, by the offset of the process's zone at that moment. Fails with ERROR_INVALID_PARAMETER.
+// Converts UTC to local time with the offset that the zone of the process has at `*utc`. Fails with
+// ERROR_INVALID_PARAMETER.
 PLATFORM_EXPORT BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) noexcept;
 
-// The calendar fields of a time up to the year 30827; no zone applies. Fails with ERROR_INVALID_PARAMETER.
+// Convert between a time and its calendar fields, from 1601 to 30827. No time zone is applied. Fail with
+// ERROR_INVALID_PARAMETER.
 PLATFORM_EXPORT BOOL FileTimeToSystemTime(const FILETIME* time, SYSTEMTIME* fields) noexcept;
 PLATFORM_EXPORT BOOL SystemTimeToFileTime(const SYSTEMTIME* fields, FILETIME* time) noexcept;
 
-// Fills in the biases of the process's zone and tells which of them is in force now.
+// Stores the biases of the zone of the process and returns which of them applies now: one of the TIME_ZONE_ID values.
 PLATFORM_EXPORT DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcept;
 
-// A monotonic counter of high resolution, and its ticks a second.
+// Read a monotonic counter of high resolution, and its number of ticks per second.
 PLATFORM_EXPORT BOOL QueryPerformanceCounter(std::int64_t* counter) noexcept;
 PLATFORM_EXPORT BOOL QueryPerformanceFrequency(std::int64_t* frequency) noexcept;
 

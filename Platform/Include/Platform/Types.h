@@ -1,4 +1,4 @@
-// The types that every function of the layer speaks in. They have the sizes of the Windows types of the same name.
+// The types in the signatures of the layer's functions. They have the sizes of the Windows types of the same names.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@ namespace Platform {
 using HRESULT = std::int32_t;  // negative: failure
 using DWORD = std::uint32_t;
 using LONG = std::int32_t;
-using BOOL = std::int32_t;  // 0: failure, and GetLastError tells why
+using BOOL = std::int32_t;  // 0: failure, and GetLastError returns the reason
 using WideChar = char16_t;  // 16-bit text everywhere, whatever the width of wchar_t
 using WideString = std::u16string;
 
@@ -31,11 +31,11 @@ inline bool operator==(const GUID& a, const GUID& b) noexcept {
     return std::memcmp(&a, &b, sizeof(GUID)) == 0;
 }
 
-// A file, a thread, a token or the process. Which functions take it is told at the functions that give it.
+// A handle of a file, a thread, a token or the process.
 using HANDLE = struct HandleOpaque*;
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(~std::uintptr_t{0});
 
-// A loaded module: its load address, or a value of its own for a module opened as a data file.
+// A loaded module: its load address, or a unique value if the module was opened as a data file.
 using HMODULE = struct ModuleOpaque*;
 
 }  // namespace Platform
