@@ -2,13 +2,13 @@
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
-#include "Host/Compare.h"
-#include "Host/Explain.h"
-#include "Host/Failure.h"
-#include "Host/LogCommand.h"
-#include "Host/NextRuns.h"
-#include "Host/Options.h"
-#include "Host/Run.h"
+#include "Host/Base/Failure.h"
+#include "Host/CommandLine/Options.h"
+#include "Host/Compare/Compare.h"
+#include "Host/Log/ShowLog.h"
+#include "Host/Run/Run.h"
+#include "Host/Schedules/Explain.h"
+#include "Host/Schedules/NextRuns.h"
 
 namespace {
 

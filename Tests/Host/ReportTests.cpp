@@ -1,4 +1,4 @@
-#include "Host/Report.h"
+#include "Host/Run/Report.h"
 
 #include <gmock/gmock.h>
 
@@ -14,7 +14,8 @@ RegistrationState Called(const std::string& registration, std::uint64_t calls, d
 
 TEST(Report, KeepsTheStatusLineBelowTheOthersAndInsideTheTerminal) {
     std::ostringstream out;
-    Report report(out, Style::Text, Terminal{.width = 37, .hasColors = false}, [] {});
+    ConsoleOutput output(out, Terminal{.width = 37, .hasColors = false}, [] {});
+    Report report(output, OutputFormat::Text);
     ASSERT_TRUE(report.HasStatusLine());
     const auto takeOutput = [&] { return std::exchange(out, std::ostringstream()).str(); };
     report.SetStatusLine({Called("a", 2, 2.5), Called("b", 1, 13.25)});
@@ -31,8 +32,10 @@ TEST(Report, KeepsTheStatusLineBelowTheOthersAndInsideTheTerminal) {
 
 TEST(Report, HasNoStatusLineForProgramsAndWithoutATerminal) {
     std::ostringstream out;
-    EXPECT_FALSE(Report(out, Style::Json, Terminal{}, [] {}).HasStatusLine());
-    EXPECT_FALSE(Report(out, Style::Text, std::nullopt, [] {}).HasStatusLine());
+    ConsoleOutput terminal(out, Terminal{}, [] {});
+    ConsoleOutput file(out, std::nullopt, [] {});
+    EXPECT_FALSE(Report(terminal, OutputFormat::Json).HasStatusLine());
+    EXPECT_FALSE(Report(file, OutputFormat::Text).HasStatusLine());
 }
 
 }  // namespace

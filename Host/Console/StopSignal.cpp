@@ -1,0 +1,74 @@
+#include "Host/Console/StopSignal.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+
+#include "Host/Base/Failure.h"
+
+namespace Host {
+namespace {
+
+constexpr std::array StoppingSignals{SIGINT, SIGTERM};
+
+// A handler can reach nothing else. The pipe is never emptied: a wish isn't taken back.
+std::atomic<int> WriteEnd{-1};
+static_assert(std::atomic<int>::is_always_lock_free);
+
+void WriteWish() noexcept {
+    const int error = errno;
+    // A full pipe holds a wish already.
+    [[maybe_unused]] const auto written = write(WriteEnd.load(), "", 1);
+    errno = error;
+}
+
+void OnSignal(int) noexcept {
+    WriteWish();
+}
+
+void Handle(int signal, void (*handler)(int), int flags) noexcept {
+    struct sigaction action {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigaction(signal, &action, nullptr);
+}
+
+}  // namespace
+
+StopSignal::StopSignal() {
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) throw CallFailure("No pipe for signals");
+    readEnd_ = ends[0];
+    WriteEnd = ends[1];
+    for (const int signal : StoppingSignals) {
+        Handle(signal, &OnSignal, static_cast<int>(SA_RESTART | static_cast<unsigned>(SA_RESETHAND)));
+    }
+}
+
+StopSignal::~StopSignal() {
+    for (const int signal : StoppingSignals) Handle(signal, SIG_DFL, 0);
+    close(WriteEnd.exchange(-1));
+    close(readEnd_);
+}
+
+void StopSignal::Request() const noexcept {
+    WriteWish();
+}
+
+bool StopSignal::WaitFor(std::chrono::milliseconds time) const noexcept {
+    pollfd wish{readEnd_, POLLIN, 0};
+    const auto wait = std::min<std::chrono::milliseconds::rep>(time.count(), INT_MAX);
+    return poll(&wish, 1, static_cast<int>(wait)) > 0;
+}
+
+void IgnoreBrokenPipes() noexcept {
+    Handle(SIGPIPE, SIG_IGN, 0);
+}
+
+}  // namespace Host

@@ -1,0 +1,107 @@
+#include "Host/Run/Commands.h"
+
+#include <algorithm>
+#include <array>
+#include <iomanip>
+#include <optional>
+#include <sstream>
+
+#include "Common/Base/Text.h"
+#include "Host/Base/Failure.h"
+#include "Host/Run/CommandPoint.h"
+#include "Host/Schedules/ScheduleText.h"
+
+namespace Host {
+namespace {
+
+using Words = std::vector<std::string>;
+
+// Nothing: an unclosed quote.
+std::optional<Words> SplitWords(std::string_view line) {
+    constexpr char quote = '"';
+    if (std::ranges::count(line, quote) % 2 != 0) return std::nullopt;
+    Words words;
+    std::istringstream in{std::string(line)};
+    // Without an escape character, since a backslash separates the elements of a path.
+    for (std::string word; in >> std::quoted(word, quote, '\0');) words.push_back(word);
+    return words;
+}
+
+Command PointCommand(const Words& words, const Harbor::WideChar* command) {
+    return WriteCommand{CommandPointPath(Harbor::FromUtf8(words[1]), Harbor::FromUtf8(words[2])),
+                        {{u"Command", command}}};
+}
+
+std::optional<Command> MakeStart(const Words& words) {
+    return PointCommand(words, u"Start");
+}
+std::optional<Command> MakeStop(const Words& words) {
+    return PointCommand(words, u"Stop");
+}
+
+std::optional<Command> MakeWrite(const Words& words) {
+    WriteCommand command{Harbor::FromUtf8(words[1]), {}};
+    for (auto word = words.begin() + 2; word != words.end(); ++word) {
+        const std::size_t equals = word->find('=');
+        if (equals == 0 || equals == word->npos) return std::nullopt;
+        command.attributes.push_back(
+            {Harbor::FromUtf8(word->substr(0, equals)), Harbor::FromUtf8(word->substr(equals + 1))});
+    }
+    return command;
+}
+
+template <class T>
+std::optional<Command> Make(const Words&) {
+    return T{};
+}
+
+constexpr std::size_t AnyNumber = std::size_t(-1);
+
+struct CommandForm {
+    std::string_view word;
+    std::string_view form;
+    std::string_view meaning;
+    std::size_t fewestWords;
+    std::size_t mostWords;
+    std::optional<Command> (*make)(const Words&);
+};
+
+constexpr std::array Forms{
+    CommandForm{"start", "start PARENT LEAF", "write the command Start at a command point", 3, 3, &MakeStart},
+    CommandForm{"stop", "stop PARENT LEAF", "write the command Stop there", 3, 3, &MakeStop},
+    CommandForm{"write", "write PATH NAME=VALUE...", "write text attributes to a node, such as \\A\\B", 3, AnyNumber,
+                &MakeWrite},
+    CommandForm{"alive", "alive", "count what is alive; the module lists it in its log", 1, 1, &Make<AliveCommand>},
+    CommandForm{"status", "status", "calls so far and next due moments", 1, 1, &Make<StatusCommand>},
+    CommandForm{"help", "help", "this list", 1, 1, &Make<HelpCommand>},
+    CommandForm{"quit", "quit", "end the host", 1, 1, &Make<QuitCommand>},
+};
+
+}  // namespace
+
+Command ParseCommand(std::string_view line, std::string_view source) {
+    const auto words = SplitWords(line);
+    if (!words) Refuse(source, line, "a quote that closes each one that opens");
+    const auto form = std::ranges::find(Forms, words->empty() ? "" : words->front(), &CommandForm::word);
+    if (form == Forms.end()) Refuse(source, line, "start, stop, write, alive, status, help or quit");
+    const bool fits = words->size() >= form->fewestWords && words->size() <= form->mostWords;
+    const auto command = fits ? form->make(*words) : std::nullopt;
+    if (!command) Refuse(source, line, form->form);
+    return *command;
+}
+
+std::string CommandHelp() {
+    std::ostringstream help;
+    for (const CommandForm& form : Forms)
+        help << "  " << std::left << std::setw(26) << form.form << form.meaning << '\n';
+    return help.str();
+}
+
+TimedCommand ParseTimedCommand(std::string_view text) {
+    const std::size_t blank = std::min(text.find(' '), text.size());
+    const auto after = ParseDuration(text.substr(0, blank));
+    if (!after) Refuse("--do", text, "DURATION COMMAND, such as 3s start Plant Line1");
+    return {*after, ParseCommand(text.substr(blank), "--do")};
+}
+
+}  // namespace Host
