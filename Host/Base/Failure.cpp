@@ -9,24 +9,24 @@ using namespace Harbor;
 
 namespace {
 
-void Check(const HRES& result, std::string_view what) {
+void RequireSuccess(const HRES& result, std::string_view what) {
     if (result.Failed()) throw CallFailure(std::string(what) + ": " + ToUtf8(result.ToText()));
 }
 
 }  // namespace
 
-void Refuse(std::string_view option, std::string_view value, std::string_view right) {
-    std::string text(option);
-    text.append(": \"").append(value).append("\" is wrong; give ").append(right);
-    throw BadInput(text);
+BadInput InvalidValue(std::string_view source, std::string_view value, std::string_view expected) {
+    std::string text(source);
+    text.append(": \"").append(value).append("\" is not valid; expected ").append(expected);
+    return BadInput(text);
 }
 
-void Check(HRESULT code, std::string_view what) {
-    Check(HRES::Unchecked(code), what);
+void RequireSuccess(HRESULT code, std::string_view what) {
+    RequireSuccess(HRES::Unchecked(code), what);
 }
 
-void CheckPlatform(bool result, std::string_view what) {
-    Check(HRES::FromBoolUnchecked(result), what);
+void RequirePlatformSuccess(bool succeeded, std::string_view what) {
+    RequireSuccess(HRES::FromBoolUnchecked(succeeded), what);
 }
 
 }  // namespace Host

@@ -21,16 +21,17 @@ using Library = std::unique_ptr<Platform::HMODULE, Unload>;
 Library Load(const std::string& path) {
     const WideString absolute = FromUtf8(std::filesystem::absolute(path).string());
     Library library(Platform::LoadLibraryExW(absolute.c_str(), nullptr, 0));
-    CheckPlatform(library != nullptr, "Load module '" + path + "'");
+    RequirePlatformSuccess(library != nullptr, "Load module '" + path + "'");
     return library;
 }
 
-IComponentsModule* AskForModuleObject(Platform::HMODULE library, const std::string& path) {
-    const auto ask = reinterpret_cast<GetComponentsModuleObjectFunction>(
+IComponentsModule* FindModuleObject(Platform::HMODULE library, const std::string& path) {
+    const auto getModuleObject = reinterpret_cast<GetComponentsModuleObjectFunction>(
         Platform::GetProcAddress(library, GetComponentsModuleObjectName));
-    CheckPlatform(ask != nullptr, "Find " + std::string(GetComponentsModuleObjectName) + " in module '" + path + "'");
+    RequirePlatformSuccess(getModuleObject != nullptr,
+                           "Find " + std::string(GetComponentsModuleObjectName) + " in module '" + path + "'");
     IComponentsModule* module = nullptr;
-    Check(ask(&module), GetComponentsModuleObjectName);
+    RequireSuccess(getModuleObject(&module), GetComponentsModuleObjectName);
     return module;
 }
 
@@ -38,7 +39,7 @@ IComponentsModule* AskForModuleObject(Platform::HMODULE library, const std::stri
 
 LoadedModule::LoadedModule(const std::string& path) {
     Library library = Load(path);
-    module_ = AskForModuleObject(library.get(), path);
+    module_ = FindModuleObject(library.get(), path);
     library_ = library.release();
 }
 
@@ -50,7 +51,7 @@ LoadedModule::~LoadedModule() {
 
 void* LoadedModule::CreateInstance(const GUID& classId, const GUID& iid) const {
     void* created = nullptr;
-    Check(module_->CreateInstance(&classId, &iid, &created), "CreateInstance");
+    RequireSuccess(module_->CreateInstance(&classId, &iid, &created), "CreateInstance");
     return created;
 }
 

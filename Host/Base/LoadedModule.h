@@ -1,4 +1,4 @@
-// The module, loaded for as long as this lives.
+// A module that is loaded for the lifetime of an object.
 #pragma once
 
 #include <string>
@@ -12,11 +12,11 @@ namespace Host {
 // Failures are thrown as CallFailure.
 class LoadedModule {
 public:
-    // `path` in UTF-8. A relative one is below the working directory; no search path plays a part.
+    // `path` is in UTF-8. A relative path starts in the working directory; no search path is used.
     explicit LoadedModule(const std::string& path);
     LoadedModule(const LoadedModule&) = delete;
     LoadedModule& operator=(const LoadedModule&) = delete;
-    // A module that is still in use stays loaded, since its code would vanish under its objects.
+    // Unloads the module, unless it is still in use: the code of its live objects would be gone.
     ~LoadedModule();
 
     Harbor::IComponentsModule& Get() const noexcept { return *module_; }
@@ -30,7 +30,7 @@ private:
     [[nodiscard]] void* CreateInstance(const Harbor::GUID& classId, const Harbor::GUID& iid) const;
 
     Platform::HMODULE library_ = nullptr;
-    Harbor::IComponentsModule* module_ = nullptr;  // lives as long as the library; not counted
+    Harbor::IComponentsModule* module_ = nullptr;  // lives as long as the library and is not reference-counted
 };
 
 }  // namespace Host

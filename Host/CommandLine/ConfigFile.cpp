@@ -16,11 +16,11 @@ std::string Unquoted(const std::string& text) {
     return quoted ? text.substr(1, text.size() - 2) : text;
 }
 
-bool SaysNothing(const std::string& line) {
+bool IsEmptyOrComment(const std::string& line) {
     return line.empty() || line.front() == ';' || line.front() == '#';
 }
 
-// Gathers the lines of one name: the library takes the first item of a name alone.
+// Collects the values of a name in one item: the library reads only the first item of a name.
 void Add(std::vector<CLI::ConfigItem>& items, const std::string& name, std::string value) {
     auto item = std::ranges::find(items, name, &CLI::ConfigItem::name);
     if (item == items.end()) {
@@ -38,13 +38,14 @@ std::vector<CLI::ConfigItem> ConfigFile::from_config(std::istream& in) const {
     for (std::string line; std::getline(in, line);) {
         ++number;
         line = Trimmed(line);
-        if (SaysNothing(line)) continue;
+        if (IsEmptyOrComment(line)) continue;
         const std::size_t equals = line.find('=');
         const std::string name = Trimmed(line.substr(0, equals));
         const CLI::Option* option = options_.get_option_no_throw("--" + name);
         const bool known = option != nullptr && option->get_configurable();
         if (equals == line.npos || !known) {
-            Refuse("--config: line " + std::to_string(number), line, "NAME = VALUE with a long option of the host");
+            throw InvalidValue("--config: line " + std::to_string(number), line,
+                               "NAME = VALUE, where NAME is a long option of the host");
         }
         Add(found, name, Unquoted(Trimmed(line.substr(equals + 1))));
     }

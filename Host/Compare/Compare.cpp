@@ -1,12 +1,12 @@
 #include "Host/Compare/Compare.h"
 
 #include <iostream>
-#include <nlohmann/json.hpp>
 
 #include "Common/Base/Text.h"
 #include "Comparison/ScopeItems.h"
 #include "DataCollection/TriggerStrategy.h"
 #include "Host/Base/Failure.h"
+#include "Host/Base/Json.h"
 #include "Host/Base/LoadedModule.h"
 #include "Host/Compare/NodeFile.h"
 
@@ -17,9 +17,9 @@ using namespace Harbor;
 
 namespace {
 
-struct Reason {
+struct Decision {
     bool trigger;
-    std::string text;
+    std::string reason;
 };
 
 std::string ItemText(const ACNode& item) {
@@ -31,37 +31,39 @@ std::string ChangeText(const ACNode& oldItem, const ACNode& newItem) {
     return "moved from " + ToUtf8(oldItem.GetFullPath()) + " to " + ToUtf8(newItem.GetFullPath());
 }
 
-// The strategy answers with a code only. The comparison that it uses tells why.
-Reason ReasonOfItems(const ACNode& oldTree, const ACNode& newTree) {
+// The strategy returns a code only. The comparison that it uses gives the reason.
+Decision DecisionByItems(const ACNode& oldTree, const ACNode& newTree) {
     const ScopeItemComparison comparison = CompareScopeItems(oldTree, newTree);
     switch (comparison.difference) {
         case ScopeItemDifference::NewHasNone:
-            return {false, "the new tree has no ScopeItems"};
+            return {.trigger = false, .reason = "the new tree has no ScopeItems"};
         case ScopeItemDifference::OnlyNewHas:
-            return {true, "the new tree has ScopeItems and the old one has none"};
+            return {.trigger = true, .reason = "the new tree has ScopeItems and the old one has none"};
         case ScopeItemDifference::ItemAdded:
-            return {true, ItemText(comparison.newItem) + "is new"};
+            return {.trigger = true, .reason = ItemText(comparison.newItem) + "is new"};
         case ScopeItemDifference::ItemChanged:
-            return {true, ItemText(comparison.newItem) + ChangeText(comparison.oldItem, comparison.newItem)};
+            return {.trigger = true,
+                    .reason = ItemText(comparison.newItem) + ChangeText(comparison.oldItem, comparison.newItem)};
         case ScopeItemDifference::None:
             break;
     }
-    return {false, "none of the " + std::to_string(comparison.itemCount) + " items is new or changed"};
+    return {.trigger = false,
+            .reason = "none of the " + std::to_string(comparison.itemCount) + " items is new or changed"};
 }
 
-bool Ask(const LoadedModule& module, const GUID& strategyId, const ACNode& oldTree, const ACNode& newTree) {
+bool Triggers(const LoadedModule& module, const GUID& strategyId, const ACNode& oldTree, const ACNode& newTree) {
     const auto strategy = module.Create<ITriggerStrategy>(strategyId);
     const HRESULT code = strategy->OnConfigurationUpdate(oldTree.Handle(), newTree.Handle());
-    Check(code, "OnConfigurationUpdate");
+    RequireSuccess(code, "OnConfigurationUpdate");
     return code == S_OK;
 }
 
-void Print(OutputFormat format, const std::string& strategy, bool trigger, const Reason& expected) {
-    // A module of another version may see it differently.
-    const std::string reason = trigger == expected.trigger ? expected.text : "for a reason that this host doesn't know";
+void Print(OutputFormat format, const std::string& strategy, bool trigger, const Decision& expected) {
+    // A module of another version may decide in another way.
+    const std::string reason =
+        trigger == expected.trigger ? expected.reason : "for a reason that this host does not know";
     if (format == OutputFormat::Json) {
-        const nlohmann::ordered_json line{{"strategy", strategy}, {"trigger", trigger}, {"reason", reason}};
-        std::cout << line.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        std::cout << JsonLine({{"strategy", strategy}, {"trigger", trigger}, {"reason", reason}});
     } else {
         std::cout << strategy << ": " << (trigger ? "trigger, " : "no trigger, ") << reason << '\n';
     }
@@ -73,10 +75,10 @@ int Compare(const CompareOptions& options) {
     const ACNode oldTree = ReadNodeFile(options.oldFile);
     const ACNode newTree = ReadNodeFile(options.newFile);
     const LoadedModule module(options.modulePath);
-    const bool trigger = Ask(module, ScopeItemUpdateStrategyClassId, oldTree, newTree);
-    Print(options.format, "ScopeItemUpdateStrategy", trigger, ReasonOfItems(oldTree, newTree));
-    Print(options.format, "DefaultTriggerStrategy", Ask(module, DefaultTriggerStrategyClassId, oldTree, newTree),
-          {false, "it never triggers"});
+    const bool trigger = Triggers(module, ScopeItemUpdateStrategyClassId, oldTree, newTree);
+    Print(options.format, "ScopeItemUpdateStrategy", trigger, DecisionByItems(oldTree, newTree));
+    Print(options.format, "DefaultTriggerStrategy", Triggers(module, DefaultTriggerStrategyClassId, oldTree, newTree),
+          {.trigger = false, .reason = "it never triggers"});
     return trigger ? ExitCode::Success : ExitCode::NoTrigger;
 }
 

@@ -1,4 +1,4 @@
-// Asks the module's trigger strategies about a change between two trees.
+// The command `compare`: asks the module's trigger strategies whether a change of the configuration triggers a run.
 #pragma once
 
 #include <string>

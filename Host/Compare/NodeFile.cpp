@@ -1,7 +1,6 @@
 #include "Host/Compare/NodeFile.h"
 
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,6 +9,7 @@
 
 #include "Common/Base/Text.h"
 #include "Host/Base/Failure.h"
+#include "Host/Base/Number.h"
 #include "NodeFabric/Authoring.h"
 #include "Platform/Text.h"
 
@@ -23,9 +23,9 @@ constexpr std::string_view LogHeading = "ACNode[";
 
 std::string ReadFile(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
-    if (!file || std::filesystem::is_directory(path)) throw BadInput(path + ": can't be read");
+    if (!file || std::filesystem::is_directory(path)) throw BadInput(path + ": cannot be read");
     std::string text{std::istreambuf_iterator<char>(file), {}};
-    if (text.ends_with('\0')) text.pop_back();  // a dump's own end
+    if (text.ends_with('\0')) text.pop_back();  // the terminator of a dump
     return text;
 }
 
@@ -41,27 +41,27 @@ public:
     ACNode Read() {
         BlankOutHeading();
         if (const std::size_t zero = text_.find('\0'); zero != text_.npos) {
-            Refuse(static_cast<std::ptrdiff_t>(zero), "a 0 character");
+            Fail(static_cast<std::ptrdiff_t>(zero), "a null character");
         }
         pugi::xml_document document;
         constexpr unsigned options = pugi::parse_default | pugi::parse_fragment;
         const auto parsed = document.load_buffer(text_.data(), text_.size(), options, pugi::encoding_utf8);
-        if (!parsed) Refuse(parsed.offset, parsed.description());
+        if (!parsed) Fail(parsed.offset, parsed.description());
         pugi::xml_node root = OnlyTree(document);
-        way_.push_back(BuildNode(root));
+        branch_.push_back(BuildNode(root));
         root.traverse(*this);
-        return way_.front();
+        return branch_.front();
     }
 
 private:
-    [[noreturn]] void Refuse(std::ptrdiff_t offset, const std::string& reason) const {
+    [[noreturn]] void Fail(std::ptrdiff_t offset, const std::string& reason) const {
         const auto end = text_.begin() + std::min(offset, std::ssize(text_));
         const auto line = 1 + std::count(text_.begin(), end, '\n');
         throw BadInput(path_ + ":" + std::to_string(line) + ": " + reason);
     }
-    [[noreturn]] void Refuse(pugi::xml_node at, const std::string& reason) const { Refuse(at.offset_debug(), reason); }
+    [[noreturn]] void Fail(pugi::xml_node at, const std::string& reason) const { Fail(at.offset_debug(), reason); }
 
-    // With blanks, so that the lines keep their numbers.
+    // Overwrites it with spaces, so that the lines keep their numbers.
     void BlankOutHeading() {
         if (!text_.starts_with(LogHeading)) return;
         std::fill_n(text_.begin(), std::min(text_.find('\n'), text_.size()), ' ');
@@ -70,44 +70,44 @@ private:
     pugi::xml_node OnlyTree(const pugi::xml_document& document) const {
         pugi::xml_node place = document;
         if (const auto nr = document.child("nr"); nr && nr == document.first_child()) {
-            if (nr.next_sibling()) Refuse(nr.next_sibling(), "something stands behind </nr>");
+            if (nr.next_sibling()) Fail(nr.next_sibling(), "content after </nr>");
             place = nr;
         }
         const auto tree = place.first_child();
-        if (!tree) Refuse(0, "there is no <node>");
-        if (tree.next_sibling()) Refuse(tree.next_sibling(), "a second tree");
+        if (!tree) Fail(0, "no <node> in the file");
+        if (tree.next_sibling()) Fail(tree.next_sibling(), "more than one tree");
         return tree;
     }
 
-    // The library's walk is no recursion: a tree may be deeper than any call stack.
+    // The library walks the tree without recursion: a tree may be deeper than any call stack.
     bool for_each(pugi::xml_node& element) override {
-        way_.resize(static_cast<std::size_t>(depth()) + 1);
+        branch_.resize(static_cast<std::size_t>(depth()) + 1);
         if (std::string_view(element.name()) != "node") {
-            AddAttribute(way_.back(), element);
+            AddAttribute(branch_.back(), element);
             return true;
         }
         ACNode node = BuildNode(element);
-        Check(AcnAppendChild(way_.back().Handle(), node.Handle()), "AcnAppendChild");
-        way_.push_back(std::move(node));
+        RequireSuccess(AcnAppendChild(branch_.back().Handle(), node.Handle()), "AcnAppendChild");
+        branch_.push_back(std::move(node));
         return true;
     }
 
     ACNode BuildNode(pugi::xml_node element) const {
-        if (std::string_view(element.name()) != "node") Refuse(element, "expected <node>");
+        if (std::string_view(element.name()) != "node") Fail(element, "expected <node>");
         const WideString name = Value(element, "name");
         const WideString type = Value(element, "type");
         ACNode node;
-        Check(AcnCreateNode(name.c_str(), type.c_str(), node.Receive()), "AcnCreateNode");
+        RequireSuccess(AcnCreateNode(name.c_str(), type.c_str(), node.Receive()), "AcnCreateNode");
         return node;
     }
 
     void AddAttribute(ACNode& node, pugi::xml_node element) const {
         if (std::string_view(element.name()) != "attribute" || element.first_child()) {
-            Refuse(element, "expected <attribute name=\"\" type=\"\" value=\"\"/> or <node>");
+            Fail(element, "expected <attribute name=\"\" type=\"\" value=\"\"/> or <node>");
         }
         const WideString name = Value(element, "name");
-        if (name.empty()) Refuse(element, "an attribute without a name");
-        if (node.HasAttribute(name.c_str())) Refuse(element, "a second attribute '" + ToUtf8(name) + "'");
+        if (name.empty()) Fail(element, "an attribute without a name");
+        if (node.HasAttribute(name.c_str())) Fail(element, "duplicate attribute '" + ToUtf8(name) + "'");
         SetValue(node, name, element);
     }
 
@@ -117,43 +117,40 @@ private:
         if (type == "text") {
             node.SetText(name.c_str(), value.c_str(), static_cast<std::uint32_t>(value.size()));
         } else if (type == "bool") {
-            if (value != u"true" && value != u"false") Refuse(element, "a bool is true or false");
+            if (value != u"true" && value != u"false") Fail(element, "a bool must be true or false");
             node.SetBool(name.c_str(), value == u"true");
         } else if (type == "int32") {
             node.SetInt32(name.c_str(), Number<std::int32_t>(element));
         } else if (type == "uint32") {
             const auto number = Number<std::uint32_t>(element);
-            Check(AcnSetAttribute(node.Handle(), name.c_str(), AcnTypeUInt32, &number, sizeof(number)),
-                  "AcnSetAttribute");
+            RequireSuccess(AcnSetAttribute(node.Handle(), name.c_str(), AcnTypeUInt32, &number, sizeof(number)),
+                           "AcnSetAttribute");
         } else if (type == "int64") {
             node.SetInt64(name.c_str(), Number<std::int64_t>(element));
         } else {
-            Refuse(element, "unknown type '" + type + "'; text, int32, uint32, int64 and bool are known");
+            Fail(element, "unknown type '" + type + "'; expected text, int32, uint32, int64 or bool");
         }
     }
 
     template <class T>
     T Number(pugi::xml_node element) const {
         const std::string_view text = element.attribute("value").value();
-        T number{};
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (error != std::errc() || end != text.data() + text.size()) {
-            Refuse(element, "'" + std::string(text) + "' is no " + element.attribute("type").value());
-        }
-        return number;
+        const auto number = ParseNumber<T>(text);
+        if (!number) Fail(element, "'" + std::string(text) + "' is not of type " + element.attribute("type").value());
+        return *number;
     }
 
     WideString Value(pugi::xml_node element, const char* name) const {
         const auto attribute = element.attribute(name);
-        if (!attribute) Refuse(element, "<" + std::string(element.name()) + "> lacks " + name);
+        if (!attribute) Fail(element, "<" + std::string(element.name()) + "> lacks " + name);
         const std::string_view value = attribute.value();
-        if (!IsUtf8(value)) Refuse(element, std::string(name) + " isn't UTF-8");
+        if (!IsUtf8(value)) Fail(element, std::string(name) + " is not valid UTF-8");
         return FromUtf8(value);
     }
 
     const std::string& path_;
     std::string text_;
-    std::vector<ACNode> way_;  // from the root to where the walk is
+    std::vector<ACNode> branch_;  // from the root to the node that the walk has reached
 };
 
 }  // namespace

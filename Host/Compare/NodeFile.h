@@ -1,4 +1,4 @@
-// Trees from files with the text of a node dump.
+// Reads configuration trees from files with the text of a node dump.
 #pragma once
 
 #include <string>
@@ -7,8 +7,9 @@
 
 namespace Host {
 
-// The one tree of the file: UTF-8, inside an "<nr>" element or without, and with the heading that a dump has in the log
-// or without. A file that isn't right is refused as BadInput, with its name, the line and the reason.
+// Returns the tree of a file, which is in UTF-8 and has one tree. The "<nr>" element around the tree, and the heading
+// that a dump has in the log, may be missing. If the file is not valid, throws BadInput with its name, the line and the
+// reason.
 [[nodiscard]] Harbor::ACNode ReadNodeFile(const std::string& path);
 
 }  // namespace Host

@@ -6,7 +6,7 @@
 
 namespace Host {
 
-// Nothing if the variable is not set. May be called on any thread while nobody changes the environment.
+// Nothing if the variable is not set. May be called on any thread while no thread changes the environment.
 [[nodiscard]] std::optional<std::string> EnvironmentVariable(const char* name);
 
 // Keeps the value of a variable that is set already.

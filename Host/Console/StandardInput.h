@@ -1,4 +1,4 @@
-// Standard input, as it comes.
+// Standard input: blocks of bytes, or lines while the program does something else.
 #pragma once
 
 #include <chrono>
@@ -9,16 +9,16 @@
 
 namespace Host {
 
-// Waits for what is there, and gives how much of it was stored: 0 at the end.
+// Waits for input and stores it. Returns the number of bytes, 0 at the end of the input.
 [[nodiscard]] std::size_t ReadStandardInput(std::span<char> buffer);
 
-// The lines that are typed while the program does something else.
+// Waits for a line and for other events at once.
 class TypedLines {
 public:
     enum class Event { Stop, Line, Time };
 
-    // Waits for the wish to stop, a line, or the moment, whichever comes first. After the end of the input no line
-    // comes. `line` is written for a line alone, without its end.
+    // Waits for a request to stop, a line, or the given time, whichever comes first. After the end of the input no line
+    // comes. `line` is set only for Event::Line, without the line's end.
     [[nodiscard]] Event Wait(const StopSignal& stop, std::chrono::steady_clock::time_point until, std::string& line);
 
 private:

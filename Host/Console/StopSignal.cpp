@@ -17,19 +17,20 @@ namespace {
 
 constexpr std::array StoppingSignals{SIGINT, SIGTERM};
 
-// A handler can reach nothing else. The pipe is never emptied: a wish isn't taken back.
+// Global, since a signal handler gets no argument of the program's. The pipe is never emptied: a request is not
+// withdrawn.
 std::atomic<int> WriteEnd{-1};
 static_assert(std::atomic<int>::is_always_lock_free);
 
-void WriteWish() noexcept {
+void WriteRequest() noexcept {
     const int error = errno;
-    // A full pipe holds a wish already.
+    // A full pipe holds a request already.
     [[maybe_unused]] const auto written = write(WriteEnd.load(), "", 1);
     errno = error;
 }
 
 void OnSignal(int) noexcept {
-    WriteWish();
+    WriteRequest();
 }
 
 void Handle(int signal, void (*handler)(int), int flags) noexcept {
@@ -43,7 +44,7 @@ void Handle(int signal, void (*handler)(int), int flags) noexcept {
 
 StopSignal::StopSignal() {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) throw CallFailure("No pipe for signals");
+    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) throw CallFailure("Cannot create a pipe for signals");
     readEnd_ = ends[0];
     WriteEnd = ends[1];
     for (const int signal : StoppingSignals) {
@@ -58,13 +59,13 @@ StopSignal::~StopSignal() {
 }
 
 void StopSignal::Request() const noexcept {
-    WriteWish();
+    WriteRequest();
 }
 
 bool StopSignal::WaitFor(std::chrono::milliseconds time) const noexcept {
-    pollfd wish{readEnd_, POLLIN, 0};
+    pollfd request{readEnd_, POLLIN, 0};
     const auto wait = std::min<std::chrono::milliseconds::rep>(time.count(), INT_MAX);
-    return poll(&wish, 1, static_cast<int>(wait)) > 0;
+    return poll(&request, 1, static_cast<int>(wait)) > 0;
 }
 
 void IgnoreBrokenPipes() noexcept {

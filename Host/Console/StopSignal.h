@@ -1,12 +1,12 @@
-// The wish that the program ends: SIGINT, SIGTERM, or its own.
+// A request to stop: by SIGINT, SIGTERM, or the program itself.
 #pragma once
 
 #include <chrono>
 
 namespace Host {
 
-// While it lives the two signals are a wish instead of an end. The first one brings their usual meaning back, so that a
-// second one ends a program that hangs. There is at most one at a time.
+// While it exists, SIGINT and SIGTERM request a stop instead of ending the process. After the first signal each of them
+// has its default action again, so that a second one ends a program that hangs. There is at most one object at a time.
 class StopSignal {
 public:
     StopSignal();
@@ -14,20 +14,20 @@ public:
     StopSignal& operator=(const StopSignal&) = delete;
     ~StopSignal();
 
-    // Any thread.
+    // May be called on any thread.
     void Request() const noexcept;
 
-    // Waits for the wish, not longer than that, and tells whether it is there.
+    // Waits until a stop is requested or the time is over, and returns whether a stop is requested.
     [[nodiscard]] bool WaitFor(std::chrono::milliseconds time) const noexcept;
 
-    // Readable from the wish on.
+    // Becomes readable when a stop is requested, and stays so.
     int Descriptor() const noexcept { return readEnd_; }
 
 private:
     int readEnd_ = -1;
 };
 
-// Writing to a pipe that nobody reads is a failed write from now on, and not the end of the program.
+// From now on, writing to a pipe that has no reader fails instead of ending the process.
 void IgnoreBrokenPipes() noexcept;
 
 }  // namespace Host

@@ -3,15 +3,13 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <string_view>
+#include "Host/Console/Environment.h"
 
 namespace Host {
 namespace {
 
-std::string_view Variable(const char* name) {
-    const char* const value = std::getenv(name);
-    return value != nullptr ? value : "";
+std::string Variable(const char* name) {
+    return EnvironmentVariable(name).value_or("");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What standard output is, where it is a terminal.
+// The terminal that standard output writes to.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ struct Terminal {
     bool hasColors = true;   // unless the environment variable NO_COLOR has a value
 };
 
-// Nothing if standard output is no terminal, or one that can't move its cursor (TERM=dumb).
+// Nothing if standard output is not a terminal, or is one that cannot move its cursor (TERM=dumb).
 [[nodiscard]] std::optional<Terminal> TerminalOfOutput();
 
 }  // namespace Host

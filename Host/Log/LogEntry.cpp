@@ -7,14 +7,13 @@
 namespace Host {
 namespace {
 
-constexpr std::u16string_view TimeForm = u"0000-00-00 00:00:00.0000000";  // a 0 stands for any digit
+constexpr std::u16string_view TimeForm = u"0000-00-00 00:00:00.0000000";  // a 0 is any digit
 constexpr std::u16string_view Bar = u" | ";
 constexpr std::u16string_view SeverityEnd = u" |";
 constexpr std::u16string_view SourceEnd = u"| ";
 constexpr std::size_t SeverityWidth = 4;
 constexpr std::size_t IdWidth = 5;
-constexpr std::size_t LongestSource = 64;  // name, line number and the blanks behind them
-constexpr std::size_t BannerWidth = 100;
+constexpr std::size_t LongestSource = 64;  // name, line number and the spaces after them
 
 bool IsDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
@@ -25,7 +24,7 @@ bool IsTime(std::u16string_view text) {
                               [](char16_t c, char16_t form) { return form == u'0' ? IsDigit(c) : c == form; });
 }
 
-// Takes the parts of a line from its left.
+// Takes the parts of a line from left to right.
 class Fields {
 public:
     explicit Fields(std::u16string_view text) : rest_(text) {}
@@ -47,7 +46,7 @@ public:
         return number;
     }
 
-    // Up to the text, which isn't taken.
+    // Takes what is before `end`, which is not taken itself.
     std::u16string_view TakeUntil(std::u16string_view end, std::size_t limit) {
         return Take(rest_.substr(0, limit).find(end));
     }

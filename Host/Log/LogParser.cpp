@@ -8,12 +8,12 @@ namespace Host {
 namespace {
 
 constexpr std::size_t UnitSize = sizeof(char16_t);
-// A file of another kind may have no line ends at all. Even, so that no character is cut.
+// For files that are no logs and may have no line ends at all. Even, so that no character is cut.
 constexpr std::size_t LongestLineBytes = std::size_t{64} << 20;
 constexpr char16_t ByteOrderMark = u'\uFEFF';
 
-// Behind the line's end, or npos. A character of a line begins at an even byte. A line end at an odd one shows that a
-// character was cut, and no text can look like it: it would need U+0A00, which is none.
+// Returns the position after the line's end, or npos. Characters of a line begin at even bytes. A line end at an odd
+// byte shows that a character was cut off. No text can look like that: it would need U+0A00, which is not assigned.
 std::size_t FindLineEnd(std::string_view line, std::size_t from) {
     for (std::size_t at = line.find('\n', from); at != line.npos; at = line.find('\n', at + 1)) {
         if (at + 1 == line.size()) return line.npos;
@@ -43,7 +43,7 @@ bool IsPair(char16_t first, char16_t second) {
     return (first & 0xFC00) == 0xD800 && (second & 0xFC00) == 0xDC00;
 }
 
-std::size_t FindHalfCharacter(std::u16string_view text) {
+std::size_t FindUnpairedSurrogate(std::u16string_view text) {
     for (std::size_t at = 0; at < text.size(); ++at) {
         if (!IsSurrogate(text[at])) continue;
         if (at + 1 == text.size() || !IsPair(text[at], text[at + 1])) return at;
@@ -78,7 +78,7 @@ void LogParser::Flush() {
 
 void LogParser::Finish() {
     if (!pending_.empty()) {
-        sink_.OnBadInput(pendingOffset_, "the line that begins here is cut by the end of the input");
+        sink_.OnBadInput(pendingOffset_, "the line that begins here is cut off by the end of the input");
         TakeLine(pending_, pendingOffset_);
     }
     Complete();
@@ -99,7 +99,7 @@ void LogParser::TakeOddLine(std::string_view bytes, std::uint64_t offset) {
     const std::u16string shifted = Decode(bytes.substr(1));
     const std::size_t next = FindLogBeginning(WithoutLineEnd(shifted), 0);
     const std::size_t cut = next != shifted.npos ? next * UnitSize : bytes.size() - 1;
-    sink_.OnBadInput(offset + cut, "half a character");
+    sink_.OnBadInput(offset + cut, "an incomplete character");
     TakeText(Decode(bytes.substr(0, cut)), offset);
     if (next != shifted.npos) TakeText(std::u16string_view(shifted).substr(next), offset + cut + 1);
 }
@@ -113,15 +113,15 @@ void LogParser::TakeText(std::u16string_view text, std::uint64_t offset) {
         TakePiece(text.substr(0, next), offset);
         text.remove_prefix(next);
         offset += next * UnitSize;
-        sink_.OnBadInput(offset, "the line before is cut here");
+        sink_.OnBadInput(offset, "the previous line is cut off here");
     }
     TakePiece(text, offset);
 }
 
 void LogParser::TakePiece(std::u16string_view text, std::uint64_t offset) {
     if (text.empty()) return;
-    if (const std::size_t half = FindHalfCharacter(text); half != text.npos) {
-        sink_.OnBadInput(offset + half * UnitSize, "half of a surrogate pair");
+    if (const std::size_t unpaired = FindUnpairedSurrogate(text); unpaired != text.npos) {
+        sink_.OnBadInput(offset + unpaired * UnitSize, "an unpaired surrogate");
     }
     const std::u16string_view content = WithoutLineEnd(text);
     if (ParseLogEntry(content)) {
@@ -159,7 +159,7 @@ void LogParser::Complete() {
         const std::u16string_view text = WithoutLineEnd(line_);
         sink_.OnLine(text, *ParseLogEntry(text));
     } else if (completed == State::InBanner) {
-        sink_.OnBadInput(begin_, "the banner that begins here is cut");
+        sink_.OnBadInput(begin_, "the banner that begins here is incomplete");
         sink_.OnBanner(banner_);
     } else if (completed == State::InStray) {
         sink_.OnBadInput(begin_, std::to_string(end_ - begin_) + " bytes that belong to no line");

@@ -1,8 +1,8 @@
-// From the bytes of a log file to its lines and banners.
+// Finds the lines and banners in the bytes of a log file.
 //
-// The file is UTF-16 little-endian. A message may have line breaks in it: what doesn't begin like a line belongs to the
-// line before. A write that failed half-way leaves a cut line, perhaps cut inside a character; what was written behind
-// it is found again.
+// The file is UTF-16 little-endian. A message may have line breaks in it: a line of text that does not begin like a
+// line of the log belongs to the one before. A write that failed after some bytes leaves a line that is cut off,
+// perhaps inside a character; what was written after it is found again.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +16,11 @@ namespace Host {
 
 class LogSink {
 public:
-    // The line as a whole, without its end, and its parts. Both are valid for the call.
+    // A line without its end, and its parts. Both are valid during the call.
     virtual void OnLine(std::u16string_view text, const LogEntry& entry) = 0;
-    // The lines between the two rows of asterisks.
+    // A banner: the lines between the two rows of asterisks.
     virtual void OnBanner(const std::vector<std::u16string>& lines) = 0;
-    // What isn't as it should be, and the byte of the file where.
+    // Something that is not a correct log, and the offset in bytes at which it begins.
     virtual void OnBadInput(std::uint64_t offset, std::string_view reason) = 0;
 
 protected:
@@ -31,21 +31,22 @@ class LogParser {
 public:
     explicit LogParser(LogSink& sink) noexcept : sink_(sink) {}
 
-    // The next bytes, in pieces of any size. A line is handed on when the next one shows that it is complete.
+    // Takes the next bytes, in blocks of any size. A line is passed on when the beginning of the next one shows that it
+    // is complete.
     void Feed(std::string_view bytes);
-    // Hands on the line that stands at the end, if it looks complete: for a file that is still written.
+    // Passes on the last line if it looks complete: for a file that is still being written.
     void Flush();
-    // The end of the input. Another one may follow, with offsets of its own.
+    // Ends the input. Another input may follow; its offsets start at 0 again.
     void Finish();
 
 private:
     enum class State { Between, InLine, InBanner, InStray };
 
-    // Lines as they come out of the bytes: `text` is raw, with its line end.
+    // These take a line of text with its end.
     void TakeLine(std::string_view bytes, std::uint64_t offset);
     void TakeOddLine(std::string_view bytes, std::uint64_t offset);
     void TakeText(std::u16string_view text, std::uint64_t offset);
-    // A piece of a line that no other line begins in.
+    // Takes a part of a line in which no other line begins.
     void TakePiece(std::u16string_view text, std::uint64_t offset);
     void Begin(State state, std::uint64_t offset);
     void TakeBannerLine(std::u16string_view text);
@@ -53,12 +54,12 @@ private:
 
     LogSink& sink_;
 
-    std::string pending_;              // the bytes of a line that has no end yet
+    std::string pending_;              // the bytes of a line whose end is not known yet
     std::uint64_t pendingOffset_ = 0;  // of its first byte
-    std::size_t searched_ = 0;         // up to here there is no line end in it
+    std::size_t searched_ = 0;         // no line end before this position
 
     State state_ = State::Between;
-    std::uint64_t begin_ = 0;  // of the line, the banner or the stray bytes that the state tells of
+    std::uint64_t begin_ = 0;  // of the line, banner or stray bytes of the state
     std::uint64_t end_ = 0;
     std::u16string line_;
     std::vector<std::u16string> banner_;

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <iomanip>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "Common/Base/Text.h"
 #include "Common/Logging/LogSeverity.h"
+#include "Host/Base/Json.h"
 
 namespace Host {
 
@@ -14,19 +14,13 @@ using Harbor::ToUtf8;
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-void Write(std::ostream& out, const Json& object) {
-    out << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
-}
-
-// What has no name is less severe than what has one.
+// A severity without a name is less severe than all others.
 std::uint32_t SeverityNumber(std::u16string_view name) {
     return static_cast<std::uint32_t>(std::ranges::find(Harbor::LogSeverityNames, name) -
                                       Harbor::LogSeverityNames.begin());
 }
 
-// With the line ends that text files have here.
+// Converts the line ends to those of text files on this system.
 std::string InLines(std::u16string_view text) {
     std::string lines = ToUtf8(text);
     for (std::size_t at = 0; (at = lines.find("\r\n", at)) != lines.npos;) lines.erase(at, 1);
@@ -74,7 +68,7 @@ void LogPrinter::OnLine(std::u16string_view text, const LogEntry& entry) {
     if (slowest_) {
         slowest_->Add(entry);
     } else if (options_.format == OutputFormat::Json) {
-        Write(out_, ToJson(entry));
+        out_ << JsonLine(ToJson(entry));
     } else {
         out_ << InLines(text) << '\n';
     }
@@ -82,15 +76,18 @@ void LogPrinter::OnLine(std::u16string_view text, const LogEntry& entry) {
 
 void LogPrinter::OnBanner(const std::vector<std::u16string>& lines) {
     if (slowest_ || options_.leastSevere) return;
-    if (options_.format == OutputFormat::Json) return Write(out_, ToJson(lines));
-    const std::string edge(100, '*');
+    if (options_.format == OutputFormat::Json) {
+        out_ << JsonLine(ToJson(lines));
+        return;
+    }
+    const std::string edge(BannerWidth, '*');
     out_ << edge << '\n';
     for (const std::u16string& line : lines) out_ << ToUtf8(line) << '\n';
     out_ << edge << '\n';
 }
 
 void LogPrinter::OnBadInput(std::uint64_t offset, std::string_view reason) {
-    out_.flush();  // so that the message stands where it belongs
+    out_.flush();  // so that the report appears at its place among the lines
     messages_ << "byte " << offset << ": " << reason << std::endl;
 }
 
@@ -98,7 +95,7 @@ void LogPrinter::End() {
     if (!slowest_) return;
     for (const auto& [microseconds, call] : slowest_->Get()) {
         if (options_.format == OutputFormat::Json) {
-            Write(out_, ToJson(microseconds, call));
+            out_ << JsonLine(ToJson(microseconds, call));
         } else {
             WriteText(out_, microseconds, call);
         }

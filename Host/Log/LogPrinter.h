@@ -1,4 +1,4 @@
-// Shows the lines of a log in UTF-8, or the slowest traced calls in it.
+// Prints the lines of a log in UTF-8, or the slowest traced calls in it.
 #pragma once
 
 #include <iosfwd>
@@ -11,14 +11,14 @@ namespace Host {
 
 class LogPrinter final : public LogSink {
 public:
-    // Lines go to `out`, what is wrong with the input to `messages`.
+    // Borrows all three. Lines are written to `out`, and reports of input that is not valid to `messages`.
     LogPrinter(const LogOptions& options, std::ostream& out, std::ostream& messages);
 
     void OnLine(std::u16string_view text, const LogEntry& entry) override;
     void OnBanner(const std::vector<std::u16string>& lines) override;
     void OnBadInput(std::uint64_t offset, std::string_view reason) override;
 
-    // What can be shown only at the end.
+    // Called after the last line: prints what is known only then.
     void End();
 
 private:

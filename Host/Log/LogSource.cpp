@@ -12,7 +12,9 @@ std::size_t StandardInputSource::Read(std::span<char> buffer) {
 }
 
 FileSource::FileSource(std::string path) : path_(std::move(path)), file_(path_, std::ios::binary) {
-    if (!file_ || std::filesystem::is_directory(path_)) Refuse("FILE", path_, "a log that can be read, or -");
+    if (!file_ || std::filesystem::is_directory(path_)) {
+        throw InvalidValue("FILE", path_, "a readable log file, or -");
+    }
 }
 
 std::size_t FileSource::Read(std::span<char> buffer) {
@@ -23,11 +25,11 @@ std::size_t FileSource::Read(std::span<char> buffer) {
     return count;
 }
 
-bool FileSource::TurnToNewFile() {
+bool FileSource::SwitchToNewFile() {
     std::error_code missing;
     const std::uintmax_t size = std::filesystem::file_size(path_, missing);
     if (missing || size == read_) return false;
-    // Another size without anything left to read here: the name stands for another file, or this one was emptied.
+    // The size differs and nothing is left to read: the name is that of another file now, or this one was emptied.
     file_.clear();
     if (file_.peek() != std::ifstream::traits_type::eof()) return false;
     std::ifstream next(path_, std::ios::binary);

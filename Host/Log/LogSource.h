@@ -1,4 +1,4 @@
-// Where the bytes of a log come from.
+// The sources of a log's bytes.
 #pragma once
 
 #include <fstream>
@@ -11,7 +11,7 @@ class LogSource {
 public:
     virtual ~LogSource() = default;
 
-    // The next bytes: how many were stored, 0 at the end.
+    // Stores the next bytes. Returns their number, 0 at the end.
     [[nodiscard]] virtual std::size_t Read(std::span<char> buffer) = 0;
 };
 
@@ -20,17 +20,17 @@ public:
     std::size_t Read(std::span<char> buffer) override;
 };
 
-// A file. At its end it can be asked again: more may have been written.
+// A file. After its end it can be read again: more may have been written.
 class FileSource final : public LogSource {
 public:
-    // Throws BadInput if the file can't be read.
+    // Throws BadInput if the file cannot be read.
     explicit FileSource(std::string path);
 
     std::size_t Read(std::span<char> buffer) override;
 
-    // To be asked at the end: whether the name stands for something else by now, since the file was emptied, moved or
-    // replaced. If so, the next Read begins with that.
-    [[nodiscard]] bool TurnToNewFile();
+    // Called at the end of the file. If the file was emptied, moved or replaced, returns true, and the next Read starts
+    // at the beginning of what has the file's name now.
+    [[nodiscard]] bool SwitchToNewFile();
 
 private:
     const std::string path_;

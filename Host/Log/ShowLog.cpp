@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t BlockSize = std::size_t{1} << 20;
 constexpr std::chrono::milliseconds FollowInterval{200};
 
-// Gives whether there was anything.
+// Returns whether there was anything to read.
 bool ReadToEnd(LogSource& source, LogParser& parser, std::span<char> buffer) {
     bool any = false;
     while (const std::size_t count = source.Read(buffer)) {
@@ -24,12 +24,12 @@ bool ReadToEnd(LogSource& source, LogParser& parser, std::span<char> buffer) {
     return any;
 }
 
-// Lines are handed on after an interval in which nothing came: then they are complete.
+// After an interval without new bytes the last line is taken as complete.
 void Follow(FileSource& source, LogParser& parser, std::span<char> buffer) {
     const StopSignal stop;
     while (!stop.WaitFor(FollowInterval) && std::cout) {
         if (ReadToEnd(source, parser, buffer)) continue;
-        if (source.TurnToNewFile()) {
+        if (source.SwitchToNewFile()) {
             parser.Finish();
         } else {
             parser.Flush();

@@ -1,11 +1,12 @@
-// Shows a log of the module.
+// The command `log`: shows a log of the module.
 #pragma once
 
 #include "Host/Log/LogOptions.h"
 
 namespace Host {
 
-// Gives the exit code. Bad input is told on standard error, and reading goes on; memory doesn't grow with the log.
+// Returns the exit code. Input that is not valid is reported on standard error and does not end the reading. The memory
+// in use does not grow with the log.
 [[nodiscard]] int ShowLog(const LogOptions& options);
 
 }  // namespace Host

@@ -1,4 +1,4 @@
-// The traced calls that took longest.
+// The traced calls of a log that took the longest.
 #pragma once
 
 #include <functional>
@@ -12,10 +12,10 @@ namespace Host {
 struct TracedCall {
     std::u16string_view name;
     std::int64_t microseconds = 0;
-    bool exception = false;  // it was left by one
+    bool exception = false;  // it ended with one
 };
 
-// Of "Exiting: NAME [1 234.567 ms]" and "EXCEPTION at: NAME [0.012 ms]"; nothing for other messages.
+// Reads "Exiting: NAME [1 234.567 ms]" and "EXCEPTION at: NAME [0.012 ms]". Nothing for other messages.
 [[nodiscard]] std::optional<TracedCall> ParseTracedCall(std::u16string_view message);
 
 class SlowestCalls {
@@ -27,7 +27,7 @@ public:
         std::uint32_t process;
         std::uint32_t thread;
     };
-    // By microseconds, the slowest first; of equal ones the earlier.
+    // By microseconds, the slowest first; equal ones in the order of the log.
     using Calls = std::multimap<std::int64_t, Call, std::greater<>>;
 
     explicit SlowestCalls(std::size_t count) noexcept : count_(count) {}

@@ -10,7 +10,7 @@ using namespace Harbor;
 
 ComponentPtr<IActionListener> ActionListener::Make(CallHandler handler) {
     CComponentObject<ActionListener>* created = nullptr;
-    Check(CComponentObject<ActionListener>::CreateObject(&created), "Create listener");
+    RequireSuccess(CComponentObject<ActionListener>::CreateObject(&created), "Create listener");
     created->handler_ = std::move(handler);
     return ComponentPtr<IActionListener>::Attach(created);
 }

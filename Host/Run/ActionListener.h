@@ -1,4 +1,4 @@
-// The host's listener: a component that hands each call on.
+// The host's listener: a component that passes each call to a function.
 #pragma once
 
 #include <functional>
@@ -8,16 +8,16 @@
 
 namespace Host {
 
-// Gets the action's name, on the module's worker thread.
+// Called with the action's name on the module's worker thread.
 using CallHandler = std::function<void(const Harbor::WideString& action)>;
 
 class ActionListener : public Harbor::ComponentRoot, public DataCollection::ActionManagement::IActionListener {
 public:
     static constexpr const char* Tag = "CComponentObject<class Host::ActionListener>::CComponentObject";
-    // A listener's interface has no id, so that the identity is all there is to ask for.
+    // A listener's interface has no id, so there is none to query but that of the root.
     using Queryable = Harbor::InterfaceList<Harbor::ComponentRoot>;
 
-    // What `handler` throws ends the program: the worker that calls it has nobody to tell.
+    // `handler` must not throw: an exception would end the program.
     [[nodiscard]] static Harbor::ComponentPtr<DataCollection::ActionManagement::IActionListener> Make(
         CallHandler handler);
 

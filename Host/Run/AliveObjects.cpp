@@ -18,8 +18,8 @@ constexpr char TrackingVariable[] = "GS_Debug_EnableAliveObjectsTracking";
 // A tag: CComponentObject<class DataCollection::ActionImpl>::CComponentObject
 constexpr std::u16string_view TagBegin = u"ObjTag='CComponentObject<class ";
 
-// Beside the module, or where the environment says. Where files of settings send the log elsewhere, no classes are
-// told.
+// In the folder that the environment names, or else beside the module. If a settings file names another folder, no
+// classes are found.
 std::string LogFileOf(const std::string& modulePath) {
     const auto module = std::filesystem::absolute(modulePath);
     const auto directory = module.parent_path() / EnvironmentVariable("GS_Logger_Path").value_or("Logs");
@@ -56,12 +56,12 @@ public:
 }  // namespace
 
 std::uint32_t CountObjects(Harbor::IComponentsModule& module) {
-    // The module tells its count only to those who change it.
+    // The module returns its count only from the calls that change it.
     module.LockModule();
     return module.UnlockModule();
 }
 
-void AliveCounter::TurnTrackingOn() {
+void AliveCounter::EnableTracking() {
     SetVariableIfMissing(TrackingVariable, "1");
 }
 
@@ -70,14 +70,14 @@ AliveCounter::AliveCounter(Harbor::IComponentsModule& module, const std::string&
 
 AliveObjects AliveCounter::Count() const {
     const auto before = SizeOf(logFile_);
-    Check(module_.DumpAliveObjects(), "DumpAliveObjects");
+    RequireSuccess(module_.DumpAliveObjects(), "DumpAliveObjects");
     ClassCounts classes;
     LogParser parser(classes);
     parser.Feed(ReadFrom(logFile_, before));
     parser.Finish();
     AliveObjects alive{CountObjects(module_), std::move(classes.counts),
                        CountObjects(Harbor::ComponentsModule::Instance())};
-    Check(AcnGetOpenHandleCount(&alive.nodeHandles), "Count node handles");
+    RequireSuccess(AcnGetOpenHandleCount(&alive.nodeHandles), "Count node handles");
     return alive;
 }
 

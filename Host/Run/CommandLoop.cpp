@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::chrono::seconds StatusInterval{1};
 
-// Tells a failure and goes on.
+// Reports a failure on standard error.
 template <class Body>
-void Try(Body&& body) {
+void RunAndReportFailure(Body&& body) {
     try {
         body();
     } catch (const std::runtime_error& failure) {
@@ -24,7 +24,7 @@ void Try(Body&& body) {
     }
 }
 
-std::vector<TimedCommand> InOrder(std::vector<TimedCommand> commands) {
+std::vector<TimedCommand> SortedByTime(std::vector<TimedCommand> commands) {
     std::ranges::stable_sort(commands, {}, &TimedCommand::after);
     return commands;
 }
@@ -48,13 +48,13 @@ CommandLoop::CommandLoop(const AliveCounter& alive, const Registrations& registr
 void CommandLoop::RunUntilStopped(const RunOptions& options, const StopSignal& stop) {
     const auto start = Clock::now();
     const auto end = options.duration ? start + *options.duration : Clock::time_point::max();
-    const std::vector<TimedCommand> given = InOrder(options.commands);
-    auto next = given.begin();
+    const std::vector<TimedCommand> scheduled = SortedByTime(options.commands);
+    auto next = scheduled.begin();
     auto nextStatus = report_.HasStatusLine() ? start : Clock::time_point::max();
-    TypedLines typed;
+    TypedLines typedLines;
     for (std::string line; !quit_;) {
-        const auto nextCommand = next != given.end() ? start + next->after : Clock::time_point::max();
-        const auto event = typed.Wait(stop, std::min({nextCommand, nextStatus, end}), line);
+        const auto nextCommand = next != scheduled.end() ? start + next->after : Clock::time_point::max();
+        const auto event = typedLines.Wait(stop, std::min({nextCommand, nextStatus, end}), line);
         if (event == TypedLines::Event::Stop || Clock::now() >= end) return;
         if (event == TypedLines::Event::Line) {
             ParseAndCarryOut(line);
@@ -69,32 +69,32 @@ void CommandLoop::RunUntilStopped(const RunOptions& options, const StopSignal& s
 
 void CommandLoop::ParseAndCarryOut(const std::string& line) {
     if (IsBlank(line)) return;
-    Try([&] { CarryOut(ParseCommand(line)); });
+    RunAndReportFailure([&] { CarryOut(ParseCommand(line)); });
 }
 
 void CommandLoop::CarryOut(const Command& command) {
-    Try([&] { std::visit([this](const auto& chosen) { Do(chosen); }, command); });
+    RunAndReportFailure([&] { std::visit([this](const auto& chosen) { Execute(chosen); }, command); });
 }
 
-void CommandLoop::Do(const WriteCommand& command) {
+void CommandLoop::Execute(const WriteCommand& command) {
     const TimePoint now = CurrentTime();
     for (const auto& registration : registrations_) registration->OnCommand(command.path, now);
     tree_.Write(command.path, command.attributes);
 }
 
-void CommandLoop::Do(const AliveCommand&) {
+void CommandLoop::Execute(const AliveCommand&) {
     report_.AddAlive(alive_.Count());
 }
 
-void CommandLoop::Do(const StatusCommand&) {
+void CommandLoop::Execute(const StatusCommand&) {
     report_.AddStatus(StatesOf(registrations_));
 }
 
-void CommandLoop::Do(const HelpCommand&) {
+void CommandLoop::Execute(const HelpCommand&) {
     std::cerr << CommandHelp() << std::flush;
 }
 
-void CommandLoop::Do(const QuitCommand&) {
+void CommandLoop::Execute(const QuitCommand&) {
     quit_ = true;
 }
 

@@ -1,4 +1,4 @@
-// Carries out the commands that are typed and those that were given beforehand, until it is time to end.
+// Carries out the commands that are typed and those of the command line, until the host is to stop.
 #pragma once
 
 #include <memory>
@@ -20,18 +20,18 @@ class CommandLoop {
 public:
     CommandLoop(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree, Report& report);
 
-    // Returns at the wish to stop, at the end of the duration, or at the command quit. A command that fails is told on
-    // standard error, and nothing else happens.
+    // Returns on a request to stop, at the end of the duration, or on the command quit. A command that fails is
+    // reported on standard error and changes nothing else.
     void RunUntilStopped(const RunOptions& options, const StopSignal& stop);
 
 private:
     void ParseAndCarryOut(const std::string& line);
     void CarryOut(const Command& command);
-    void Do(const WriteCommand& command);
-    void Do(const AliveCommand&);
-    void Do(const StatusCommand&);
-    void Do(const HelpCommand&);
-    void Do(const QuitCommand&);
+    void Execute(const WriteCommand& command);
+    void Execute(const AliveCommand&);
+    void Execute(const StatusCommand&);
+    void Execute(const HelpCommand&);
+    void Execute(const QuitCommand&);
 
     const AliveCounter& alive_;
     const Registrations& registrations_;

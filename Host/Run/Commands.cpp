@@ -4,6 +4,7 @@
 #include <array>
 #include <iomanip>
 #include <optional>
+#include <span>
 #include <sstream>
 
 #include "Common/Base/Text.h"
@@ -16,13 +17,13 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// Nothing: an unclosed quote.
+// Nothing if a quote is not closed.
 std::optional<Words> SplitWords(std::string_view line) {
     constexpr char quote = '"';
     if (std::ranges::count(line, quote) % 2 != 0) return std::nullopt;
     Words words;
     std::istringstream in{std::string(line)};
-    // Without an escape character, since a backslash separates the elements of a path.
+    // No escape character: a backslash separates the elements of a path.
     for (std::string word; in >> std::quoted(word, quote, '\0');) words.push_back(word);
     return words;
 }
@@ -67,26 +68,35 @@ struct CommandForm {
 };
 
 constexpr std::array Forms{
-    CommandForm{"start", "start PARENT LEAF", "write the command Start at a command point", 3, 3, &MakeStart},
-    CommandForm{"stop", "stop PARENT LEAF", "write the command Stop there", 3, 3, &MakeStop},
+    CommandForm{"start", "start PARENT LEAF", "write the command Start to a command point", 3, 3, &MakeStart},
+    CommandForm{"stop", "stop PARENT LEAF", "write the command Stop to a command point", 3, 3, &MakeStop},
     CommandForm{"write", "write PATH NAME=VALUE...", "write text attributes to a node, such as \\A\\B", 3, AnyNumber,
                 &MakeWrite},
-    CommandForm{"alive", "alive", "count what is alive; the module lists it in its log", 1, 1, &Make<AliveCommand>},
-    CommandForm{"status", "status", "calls so far and next due moments", 1, 1, &Make<StatusCommand>},
-    CommandForm{"help", "help", "this list", 1, 1, &Make<HelpCommand>},
-    CommandForm{"quit", "quit", "end the host", 1, 1, &Make<QuitCommand>},
+    CommandForm{"alive", "alive", "count live objects; the module lists them in its log", 1, 1, &Make<AliveCommand>},
+    CommandForm{"status", "status", "show the calls so far and the next due times", 1, 1, &Make<StatusCommand>},
+    CommandForm{"help", "help", "show this list", 1, 1, &Make<HelpCommand>},
+    CommandForm{"quit", "quit", "stop the host", 1, 1, &Make<QuitCommand>},
 };
+
+// "start, stop or quit"
+std::string CommandWords() {
+    std::string words(Forms.front().word);
+    for (const CommandForm& form : std::span(Forms).subspan(1)) {
+        words.append(&form == &Forms.back() ? " or " : ", ").append(form.word);
+    }
+    return words;
+}
 
 }  // namespace
 
 Command ParseCommand(std::string_view line, std::string_view source) {
     const auto words = SplitWords(line);
-    if (!words) Refuse(source, line, "a quote that closes each one that opens");
+    if (!words) throw InvalidValue(source, line, "a closing quote for each opening one");
     const auto form = std::ranges::find(Forms, words->empty() ? "" : words->front(), &CommandForm::word);
-    if (form == Forms.end()) Refuse(source, line, "start, stop, write, alive, status, help or quit");
+    if (form == Forms.end()) throw InvalidValue(source, line, CommandWords());
     const bool fits = words->size() >= form->fewestWords && words->size() <= form->mostWords;
     const auto command = fits ? form->make(*words) : std::nullopt;
-    if (!command) Refuse(source, line, form->form);
+    if (!command) throw InvalidValue(source, line, form->form);
     return *command;
 }
 
@@ -98,10 +108,10 @@ std::string CommandHelp() {
 }
 
 TimedCommand ParseTimedCommand(std::string_view text) {
-    const std::size_t blank = std::min(text.find(' '), text.size());
-    const auto after = ParseDuration(text.substr(0, blank));
-    if (!after) Refuse("--do", text, "DURATION COMMAND, such as 3s start Plant Line1");
-    return {*after, ParseCommand(text.substr(blank), "--do")};
+    const std::size_t space = std::min(text.find(' '), text.size());
+    const auto after = ParseDuration(text.substr(0, space));
+    if (!after) throw InvalidValue("--do", text, "DURATION COMMAND, such as 3s start Plant Line1");
+    return {*after, ParseCommand(text.substr(space), "--do")};
 }
 
 }  // namespace Host

@@ -1,4 +1,4 @@
-// What can be said to the host while it runs.
+// The commands that the host takes while it runs.
 #pragma once
 
 #include <chrono>
@@ -20,15 +20,15 @@ struct HelpCommand {};
 struct QuitCommand {};
 using Command = std::variant<WriteCommand, AliveCommand, StatusCommand, HelpCommand, QuitCommand>;
 
-// One command a line; a word with blanks in it stands in double quotes. Anything else is thrown as BadInput, with the
-// form that would be right; `source` tells where the line came from.
+// Reads a line with one command; a word with spaces in it is in double quotes. Throws BadInput, with the expected form,
+// if the line is not valid. The message begins with `source`, which says where the line is from.
 [[nodiscard]] Command ParseCommand(std::string_view line, std::string_view source = "command");
 
-// A line for each command.
+// The list of commands, with a line for each.
 [[nodiscard]] std::string CommandHelp();
 
 struct TimedCommand {
-    std::chrono::milliseconds after;  // since the host has registered everything
+    std::chrono::milliseconds after;  // counted from the end of the registrations
     Command command;
 };
 

@@ -1,4 +1,4 @@
-// How many calls came, and how late.
+// The number of calls, and how late they were.
 #pragma once
 
 #include <cstdint>
@@ -11,18 +11,18 @@ namespace Host {
 
 using DataCollection::ActionManagement::Ticks;
 
-// Counts by tenths of a millisecond, so that the memory it takes doesn't grow with the calls. No locks here.
+// Counts by tenths of a millisecond, so that the memory in use does not grow with the number of calls. Not thread-safe.
 class LatenessStatistics {
 public:
     struct Range {
-        double min, median, max;  // in milliseconds; of an even count the lower of the two in the middle
+        double min, median, max;  // in milliseconds; the lower median of an even number
     };
 
-    // Nothing: a call of which it isn't known.
+    // Counts a call; its lateness may be unknown.
     void Add(std::optional<Ticks> lateness);
 
     std::uint64_t Calls() const noexcept { return calls_; }
-    // Nothing as long as no lateness is known.
+    // Nothing while no lateness is known.
     [[nodiscard]] std::optional<Range> LatenessRange() const;
 
 private:
@@ -31,6 +31,7 @@ private:
     std::map<std::int64_t, std::uint64_t> callsByTenths_;
 };
 
-[[nodiscard]] double InMilliseconds(Ticks time) noexcept;  // in full tenths
+// Rounded down to tenths.
+[[nodiscard]] double InMilliseconds(Ticks time) noexcept;
 
 }  // namespace Host

@@ -14,11 +14,11 @@ Registration::Registration(std::string label, Report& report) : label_(std::move
 void Registration::Subscribe(IActionManager& manager) {
     const auto listener = ActionListener::Make([this](const Harbor::WideString& action) { OnCall(action); });
     subscription_ = Register(manager, *listener.Get());
-    Check(subscription_->Start(), "Start '" + label_ + "'");
+    RequireSuccess(subscription_->Start(), "Start '" + label_ + "'");
 }
 
 void Registration::Unsubscribe() {
-    Check(subscription_->Unsubscribe(), "Unsubscribe '" + label_ + "'");
+    RequireSuccess(subscription_->Unsubscribe(), "Unsubscribe '" + label_ + "'");
     subscription_.Reset();
 }
 

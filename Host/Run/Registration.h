@@ -1,4 +1,4 @@
-// One registration at the module: what was asked for, the subscription, and what came of it.
+// One registration at the module: its subscription, and the calls that it causes.
 #pragma once
 
 #include <mutex>
@@ -11,7 +11,7 @@
 
 namespace Host {
 
-// Registered and ended by the host's main thread, called by the module's worker. It outlives the manager.
+// Subscribed and unsubscribed by the host's main thread, called by the module's worker. Must outlive the manager.
 class Registration {
 public:
     Registration(std::string label, Report& report);
@@ -19,11 +19,11 @@ public:
     Registration& operator=(const Registration&) = delete;
     virtual ~Registration() = default;
 
-    // Registers a listener and starts it. A refusal is thrown as CallFailure.
+    // Registers a listener and starts the subscription. A failure is thrown as CallFailure.
     void Subscribe(DataCollection::ActionManagement::IActionManager& manager);
     void Unsubscribe();
 
-    // A command is about to be written at that path.
+    // Called when a command is about to be written at that path.
     virtual void OnCommand(std::u16string_view path, const TimePoint& time);
 
     [[nodiscard]] RegistrationState State() const;
@@ -36,7 +36,7 @@ protected:
 private:
     virtual SubscriptionPtr Register(DataCollection::ActionManagement::IActionManager& manager,
                                      DataCollection::ActionManagement::IActionListener& listener) = 0;
-    // The due moment that a call at `now` answers. Any thread.
+    // The due time of a call that is made at `now`. May be called on any thread, as the next one.
     virtual std::optional<TimePoint> LatestDue(const TimePoint& now) const = 0;
     virtual std::optional<TimePoint> NextDue(const TimePoint& now) const = 0;
 

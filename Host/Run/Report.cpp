@@ -1,23 +1,12 @@
 #include "Host/Run/Report.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
+#include <array>
 
-#include "Common/Base/Format.h"
-#include "Common/Base/Text.h"
+#include "Host/Base/Json.h"
 
 namespace Host {
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-template <class T, class Convert>
-Json OrNull(const std::optional<T>& value, Convert convert) {
-    return value ? Json(convert(*value)) : Json();
-}
-
-std::string JsonLine(const Json& object) {
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-}
 
 std::string Padded(std::string text, std::size_t width) {
     text.resize(std::max(text.size(), width), ' ');
@@ -48,7 +37,7 @@ Json ToJson(const Call& call) {
             {"time", IsoTimeText(call.time)},
             {"registration", call.registration},
             {"action", call.action},
-            {"latenessMs", OrNull(call.lateness, InMilliseconds)}};
+            {"latenessMs", JsonOrNull(call.lateness, InMilliseconds)}};
 }
 
 std::string SummaryLine(const std::string& registration, const std::array<std::string, 4>& columns) {
@@ -74,7 +63,7 @@ Json SummaryJson(const RegistrationState& state) {
     return {{"event", "summary"},
             {"registration", state.registration},
             {"calls", state.calls},
-            {"latenessMs", OrNull(state.lateness, [](const auto& range) { return ToJson(range); })}};
+            {"latenessMs", JsonOrNull(state.lateness, [](const auto& range) { return ToJson(range); })}};
 }
 
 std::string StatusLine(const RegistrationState& state) {
@@ -87,20 +76,20 @@ Json StatusJson(const RegistrationState& state) {
     return {{"event", "status"},
             {"registration", state.registration},
             {"calls", state.calls},
-            {"nextDue", OrNull(state.nextDue, IsoTimeText)}};
+            {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)}};
 }
 
 std::string StatusSummary(const std::vector<RegistrationState>& registrations) {
     std::uint64_t calls = 0;
-    double latest = 0;
+    double maxLateness = 0;
     const RegistrationState* next = nullptr;
     for (const RegistrationState& state : registrations) {
         calls += state.calls;
-        if (state.lateness) latest = std::max(latest, state.lateness->max);
+        if (state.lateness) maxLateness = std::max(maxLateness, state.lateness->max);
         if (state.nextDue && (next == nullptr || *state.nextDue < *next->nextDue)) next = &state;
     }
     return (next != nullptr ? "next " + LocalTimeText(*next->nextDue) + "  " + next->registration : "on command") +
-           "  " + "calls " + std::to_string(calls) + ", late at most " + MillisecondsText(latest) + " ms";
+           "  " + "calls " + std::to_string(calls) + ", max lateness " + MillisecondsText(maxLateness) + " ms";
 }
 
 // " (ActionImpl 2, ActionManager 1)"

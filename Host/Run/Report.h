@@ -16,7 +16,7 @@ struct Call {
     TimePoint time;
     std::string registration;  // its label
     std::string action;
-    std::optional<Ticks> lateness;  // since the due moment; nothing if that is not known
+    std::optional<Ticks> lateness;  // since the due time; nothing if that is not known
 };
 
 struct RegistrationState {

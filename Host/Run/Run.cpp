@@ -38,23 +38,24 @@ Registrations MakeRegistrations(const RunOptions& options, Report& report) {
 void Configure(IActionManager& manager, milliseconds polling) {
     const auto value = static_cast<std::uint32_t>(polling.count());
     ACNode config;
-    Check(AcnCreateNode(u"ActionManager", nullptr, config.Receive()), "AcnCreateNode");
-    Check(AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &value, sizeof(value)),
-          "AcnSetAttribute");
+    RequireSuccess(AcnCreateNode(u"ActionManager", nullptr, config.Receive()), "AcnCreateNode");
+    RequireSuccess(
+        AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &value, sizeof(value)),
+        "AcnSetAttribute");
     ComponentPtr<IConfigurable> configurable;
-    Check(ComponentPtr(&manager).QueryTo(configurable), "QueryInterface");
-    Check(configurable->Configure(config.Handle()), "Configure");
+    RequireSuccess(ComponentPtr(&manager).QueryTo(configurable), "QueryInterface");
+    RequireSuccess(configurable->Configure(config.Handle()), "Configure");
 }
 
-// What was unsubscribed goes in the worker's next two cycles. Nothing depends on them, so cycles that are too far off
-// aren't waited for.
-void LetLastCyclesPass(IComponentsModule& module, milliseconds polling) {
-    constexpr std::uint32_t managerAlone = 1;
+// The worker removes unsubscribed objects in its next two cycles. Nothing depends on that, so the wait is skipped if
+// the polling interval is too long.
+void WaitForLastCycles(IComponentsModule& module, milliseconds polling) {
+    constexpr std::uint32_t onlyManager = 1;
     constexpr milliseconds longest{3000};
     constexpr milliseconds step{5};
     if (polling * 2 > longest) return;
     const auto until = std::chrono::steady_clock::now() + longest;
-    while (CountObjects(module) > managerAlone && std::chrono::steady_clock::now() < until) {
+    while (CountObjects(module) > onlyManager && std::chrono::steady_clock::now() < until) {
         std::this_thread::sleep_for(step);
     }
 }
@@ -62,22 +63,22 @@ void LetLastCyclesPass(IComponentsModule& module, milliseconds polling) {
 std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCounter& alive, const RunOptions& options,
                                      const StopSignal& stop, Report& report) {
     const ServedTree tree;
-    // The listeners' registrations must be there until the manager's worker has ended.
+    // Declared before the manager: the worker calls the registrations until the manager is gone.
     const Registrations registrations = MakeRegistrations(options, report);
     const auto manager = module.Create<IActionManager>(ActionManagerClassId);
     Configure(*manager.Get(), options.polling);
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
-    std::cerr << "Registrations: " << registrations.size() << "; type help for the commands, Ctrl-C ends\n";
+    std::cerr << "Registrations: " << registrations.size() << "; type help for a list of commands, Ctrl-C to stop\n";
 
     CommandLoop(alive, registrations, tree, report).RunUntilStopped(options, stop);
 
     for (const auto& registration : registrations) registration->Unsubscribe();
-    LetLastCyclesPass(module.Get(), options.polling);
+    WaitForLastCycles(module.Get(), options.polling);
     return StatesOf(registrations);
 }
 
 Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
-    AliveCounter::TurnTrackingOn();
+    AliveCounter::EnableTracking();
     const LoadedModule module(options.modulePath);
     const AliveCounter alive(module.Get(), options.modulePath);
     Outcome outcome{Serve(module, alive, options, stop, report), {}};

@@ -1,11 +1,12 @@
-// The host at its work: loads the module, registers what was asked for, shows each call, and leaves nothing behind.
+// Loads the module, registers schedules and command points, prints a line for each call, and unloads the module.
 #pragma once
 
 #include "Host/Run/RunOptions.h"
 
 namespace Host {
 
-// Gives the exit code. What can't be begun is thrown as CallFailure, with all that was begun undone.
+// Returns the exit code after the host was stopped. If the module cannot be loaded or refuses a registration, undoes
+// all of it and throws CallFailure.
 [[nodiscard]] int Run(const RunOptions& options);
 
 }  // namespace Host

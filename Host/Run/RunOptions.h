@@ -1,4 +1,4 @@
-// What to load, to register and to do.
+// Which module to run, with which registrations and commands.
 #pragma once
 
 #include <chrono>

@@ -11,8 +11,8 @@ using namespace DataCollection::ActionManagement;
 
 namespace {
 
-// Without a zone the module, too, takes the time as UTC.
-std::int32_t LocalBias() {
+// Without a time zone the module takes local time as UTC, too.
+std::int32_t BiasOrZero() {
     std::int32_t bias = 0;
     (void)GetLocalTimeZoneBias(bias);
     return bias;
@@ -24,10 +24,10 @@ ScheduleRegistration::ScheduleRegistration(std::string label, const TimedActionS
     : Registration(std::move(label), report), settings_(settings) {}
 
 Registration::SubscriptionPtr ScheduleRegistration::Register(IActionManager& manager, IActionListener& listener) {
-    firstRun_ = FirstRunOf(settings_, CurrentTime(), LocalBias()).time;
+    firstRun_ = FirstRunOf(settings_, CurrentTime(), BiasOrZero()).time;
     SubscriptionPtr subscription;
-    Check(manager.SubscribeRegularAction(&listener, &settings_, subscription.Address()),
-          "SubscribeRegularAction '" + Label() + "'");
+    RequireSuccess(manager.SubscribeRegularAction(&listener, &settings_, subscription.Address()),
+                   "SubscribeRegularAction '" + Label() + "'");
     return subscription;
 }
 

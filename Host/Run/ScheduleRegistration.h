@@ -1,12 +1,12 @@
-// A regular action: a schedule that the module keeps.
+// The registration of a regular action: of a schedule.
 #pragma once
 
 #include "Host/Run/Registration.h"
 
 namespace Host {
 
-// The due moments are worked out with the module's own arithmetic, from the clock as it is just before the module reads
-// it: to the tick for a clock time, and early by the length of the registering call for a repeat.
+// The due times are computed with the module's own arithmetic, from the clock just before the module reads it: exact to
+// the clock's tick for a clock schedule, and early by the duration of the registering call for a repeat.
 class ScheduleRegistration final : public Registration {
 public:
     ScheduleRegistration(std::string label, const DataCollection::ActionManagement::TimedActionSettings& settings,

@@ -7,7 +7,7 @@
 namespace Host {
 
 ServedTree::ServedTree() : tree_(ConfigServer::CreateConfigServer()) {
-    Check(MBSetNamedInstance(Harbor::ConfigServiceInstanceName, tree_.Get()), "MBSetNamedInstance");
+    RequireSuccess(MBSetNamedInstance(Harbor::ConfigServiceInstanceName, tree_.Get()), "MBSetNamedInstance");
 }
 
 ServedTree::~ServedTree() {
@@ -15,7 +15,7 @@ ServedTree::~ServedTree() {
 }
 
 void ServedTree::Write(std::u16string_view path, const std::vector<ConfigServer::TextAttribute>& attributes) const {
-    Check(tree_->WriteNode(path, attributes), "Write '" + Harbor::ToUtf8(path) + "'");
+    RequireSuccess(tree_->WriteNode(path, attributes), "Write '" + Harbor::ToUtf8(path) + "'");
 }
 
 }  // namespace Host

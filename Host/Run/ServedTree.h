@@ -1,11 +1,11 @@
-// The configuration tree of this process, served under the name by which the module looks for it.
+// The configuration tree of this process, registered under the name that the module looks up.
 #pragma once
 
 #include "ConfigServer/ConfigServer.h"
 
 namespace Host {
 
-// The name is taken out at its end: by then nobody may watch the tree any more. Failures are thrown as CallFailure.
+// The destructor removes the name; by then no subscription may be left. Failures are thrown as CallFailure.
 class ServedTree {
 public:
     ServedTree();

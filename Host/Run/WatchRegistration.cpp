@@ -21,8 +21,8 @@ void WatchRegistration::OnCommand(std::u16string_view path, const TimePoint& tim
 
 Registration::SubscriptionPtr WatchRegistration::Register(IActionManager& manager, IActionListener& listener) {
     SubscriptionPtr subscription;
-    Check(manager.SubscribeForcedAction(&listener, &config_, subscription.Address()),
-          "SubscribeForcedAction '" + Label() + "'");
+    RequireSuccess(manager.SubscribeForcedAction(&listener, &config_, subscription.Address()),
+                   "SubscribeForcedAction '" + Label() + "'");
     return subscription;
 }
 

@@ -1,11 +1,12 @@
-// A forced action: a command point that the module watches.
+// The registration of a forced action: of a command point.
 #pragma once
 
 #include "Host/Run/Registration.h"
 
 namespace Host {
 
-// A call is due when its command is written; of several that come together the module keeps the last.
+// A call is due when its command is written. If several commands are written within a cycle, the module serves the
+// last.
 class WatchRegistration final : public Registration {
 public:
     WatchRegistration(std::string label, DataCollection::ActionManagement::ForcedActionConfig config, Report& report);

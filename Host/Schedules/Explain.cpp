@@ -1,10 +1,10 @@
 #include "Host/Schedules/Explain.h"
 
-#include <cstdio>
 #include <iostream>
 
 #include "Host/Base/Failure.h"
 #include "Host/Schedules/ScheduleRefusal.h"
+#include "Host/Schedules/ScheduleText.h"
 
 namespace Host {
 
@@ -12,42 +12,32 @@ using namespace DataCollection::ActionManagement;
 
 namespace {
 
-std::string ClockText(std::uint32_t secondOfDay) {
-    char text[9];
-    std::snprintf(text, sizeof(text), "%02u:%02u:%02u", secondOfDay / 3600 % 24, secondOfDay / 60 % 60,
-                  secondOfDay % 60);
-    return text;
-}
+constexpr char LocalTimeRules[] =
+    "  The local time is converted to UTC once, with the offset in effect at the registration. After a\n"
+    "  daylight-saving change the runs keep their UTC times, so their local times shift by the change until the\n"
+    "  schedule is registered again.\n"
+    "  West of Greenwich, where the local evening belongs to the next UTC day, the nearest start may be skipped.\n";
 
-std::string IntervalText(const TimedActionSettings& schedule) {
-    return schedule.IntervalSeconds != 0 ? std::to_string(schedule.IntervalSeconds) + " s"
-                                         : std::to_string(schedule.IntervalMilliseconds) + " ms";
-}
+constexpr char CommonRules[] =
+    "Rules for all schedules\n"
+    "  Intervals are counted from the first run, in UTC; a late call does not delay the next one.\n"
+    "  Each interval that is reached causes one call. Missed calls are not made up for: all intervals that pass while\n"
+    "  the process sleeps, while a call runs, or when the clock jumps forward cause a single call. After the clock\n"
+    "  jumps back, no call is made until it reaches the interval after that of the last call.\n"
+    "  A call is made in the first cycle of the worker at or after its due time: late by at most one polling interval\n"
+    "  and the duration of the calls before it in that cycle.\n";
 
 void ExplainStart(const TimedActionSettings& schedule) {
     if (schedule.Type == TimedActionType::Repeat) {
-        std::cout << "  Runs every " << IntervalText(schedule) << ", for the first time one interval after its "
-                  << "registration.\n";
+        std::cout << "  Runs every " << IntervalText(schedule)
+                  << ". The first run is one interval after the registration.\n";
         return;
     }
-    std::cout << "  Runs at " << ClockText(schedule.StartSeconds) << (schedule.IsLocalTime ? " local time" : " UTC")
-              << ", and from there every " << IntervalText(schedule) << ".\n"
-              << "  A start that is past at the registration, in its UTC day, moves to the next day.\n";
-    if (!schedule.IsLocalTime) return;
-    std::cout << "  The local time is turned into UTC once, by the offset that holds at the registration. Across a\n"
-                 "  daylight-saving change the runs keep their UTC moments, so their local time moves, until the\n"
-                 "  schedule is registered anew.\n"
-                 "  West of Greenwich, where local evening is the next UTC day, the nearest start may be left out.\n";
+    std::cout << "  Runs at " << StartText(schedule) << (schedule.IsLocalTime ? " local time" : " UTC")
+              << ", then every " << IntervalText(schedule) << ".\n"
+              << "  If that time has passed in the UTC day of the registration, the first run is on the next day.\n";
+    if (schedule.IsLocalTime) std::cout << LocalTimeRules;
 }
-
-constexpr char Rules[] =
-    "Rules of all schedules\n"
-    "  Intervals are counted from the first run, in UTC; a late call doesn't move the next one.\n"
-    "  Each interval that is reached is one call. There is no catching up: intervals that pass while the process\n"
-    "  sleeps, a call lasts or the clock jumps ahead are one call. After a jump back nothing runs until the clock\n"
-    "  has come to the interval behind the last run.\n"
-    "  A call comes at the first cycle of the worker at or after its moment: at most one polling interval late, and\n"
-    "  the calls before it in that cycle.\n";
 
 }  // namespace
 
@@ -62,7 +52,7 @@ int Explain(const ExplainOptions& options) {
             ExplainStart(schedule);
         }
     }
-    if (code == ExitCode::Success) std::cout << Rules;
+    if (code == ExitCode::Success) std::cout << CommonRules;
     std::cout.flush();
     return std::cout ? code : ExitCode::Failure;
 }

@@ -15,13 +15,13 @@ namespace {
 Platform::FILETIME ToLocal(const TimePoint& time) {
     const Platform::FILETIME utc = ToFileTime(time);
     Platform::FILETIME local{};
-    CheckPlatform(Platform::FileTimeToLocalFileTime(&utc, &local) != 0, "local time");
+    RequirePlatformSuccess(Platform::FileTimeToLocalFileTime(&utc, &local) != 0, "Convert to local time");
     return local;
 }
 
 std::string Text(const Platform::FILETIME& local, char16_t separator) {
     Platform::SYSTEMTIME fields{};
-    CheckPlatform(Platform::FileTimeToSystemTime(&local, &fields) != 0, "calendar fields");
+    RequirePlatformSuccess(Platform::FileTimeToSystemTime(&local, &fields) != 0, "Get calendar fields");
     return Harbor::ToUtf8(Harbor::FormatWide(u"%04u-%02u-%02u%s%02u:%02u:%02u.%03u", fields.wYear, fields.wMonth,
                                              fields.wDay, std::u16string_view(&separator, 1), fields.wHour,
                                              fields.wMinute, fields.wSecond, fields.wMilliseconds));
@@ -41,6 +41,10 @@ TimePoint CurrentTime() {
 
 std::chrono::seconds LocalOffset(const TimePoint& time) {
     return std::chrono::round<std::chrono::seconds>(FromFileTime(ToLocal(time)) - time);
+}
+
+std::int32_t LocalBias(const TimePoint& time) {
+    return static_cast<std::int32_t>(-LocalOffset(time).count());
 }
 
 std::string LocalTimeText(const TimePoint& time) {

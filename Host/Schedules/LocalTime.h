@@ -1,4 +1,4 @@
-// Moments as people read them: local time, by the zone of the process.
+// The wall clock, the process's time zone, and points in time as text.
 #pragma once
 
 #include <chrono>
@@ -13,8 +13,12 @@ using DataCollection::ActionManagement::TimePoint;
 // The system's wall clock.
 [[nodiscard]] TimePoint CurrentTime();
 
-// Local time minus UTC at that moment.
+// The functions below throw CallFailure for a time that the system's calendar does not reach.
+
+// Returns local time minus UTC at that time.
 [[nodiscard]] std::chrono::seconds LocalOffset(const TimePoint& time);
+// The same as the schedule's arithmetic takes it: the number of seconds to add to local time to get UTC.
+[[nodiscard]] std::int32_t LocalBias(const TimePoint& time);
 
 // "2024-03-05 07:08:09.012"
 [[nodiscard]] std::string LocalTimeText(const TimePoint& time);

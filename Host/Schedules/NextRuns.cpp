@@ -1,9 +1,9 @@
 #include "Host/Schedules/NextRuns.h"
 
 #include <iostream>
-#include <nlohmann/json.hpp>
 
 #include "Host/Base/Failure.h"
+#include "Host/Base/Json.h"
 #include "Host/Schedules/LocalTime.h"
 #include "Host/Schedules/ScheduleRefusal.h"
 #include "Schedules/Schedule.h"
@@ -15,8 +15,8 @@ using std::chrono::seconds;
 
 namespace {
 
-// Another moment has the same local time if it has it by the offset that holds half a day before or after.
-bool ComesTwice(const TimePoint& time) {
+// Another time has the same local time if it has that by the offset in effect half a day before or after.
+bool OccursTwice(const TimePoint& time) {
     constexpr std::chrono::hours near{12};
     const seconds offset = LocalOffset(time);
     for (const TimePoint& other : {time - near, time + near}) {
@@ -30,10 +30,10 @@ std::string Remark(const NextRun& run) {
     std::string remark;
     if (run.shift != seconds::zero()) {
         const auto minutes = std::chrono::abs(run.shift) / std::chrono::minutes{1};
-        remark = std::string("  local time jumped ") + (run.shift > seconds::zero() ? "ahead " : "back ") +
-                 std::to_string(minutes) + " min before";
+        remark = std::string("  local time was set ") + (run.shift > seconds::zero() ? "forward " : "back ") +
+                 std::to_string(minutes) + " min before this run";
     }
-    return remark + (run.isRepeated ? "  this local time comes twice" : "");
+    return remark + (run.isRepeated ? "  this local time occurs twice" : "");
 }
 
 void Print(OutputFormat format, const std::string& schedule, const NextRun& run) {
@@ -42,25 +42,23 @@ void Print(OutputFormat format, const std::string& schedule, const NextRun& run)
         std::cout << "  " << utc << "  " << local << Remark(run) << '\n';
         return;
     }
-    const nlohmann::ordered_json line{{"schedule", schedule},
-                                      {"utc", utc},
-                                      {"local", local},
-                                      {"shiftMinutes", run.shift / std::chrono::minutes{1}},
-                                      {"repeated", run.isRepeated}};
-    std::cout << line.dump() << '\n';
+    std::cout << JsonLine({{"schedule", schedule},
+                           {"utc", utc},
+                           {"local", local},
+                           {"shiftMinutes", run.shift / std::chrono::minutes{1}},
+                           {"repeated", run.isRepeated}});
 }
 
 }  // namespace
 
 std::vector<NextRun> NextRuns(const TimedActionSettings& schedule, const TimePoint& from, std::uint32_t count) {
-    const seconds offset = LocalOffset(from);
-    const auto bias = static_cast<std::int32_t>(-offset.count());
     std::vector<NextRun> runs;
-    seconds before = offset;
-    for (TimePoint time = FirstRunOf(schedule, from, bias).time; runs.size() < count; time += IntervalOf(schedule)) {
-        const seconds now = LocalOffset(time);
-        runs.push_back({time, now - before, ComesTwice(time)});
-        before = now;
+    seconds previousOffset = LocalOffset(from);
+    TimePoint time = FirstRunOf(schedule, from, LocalBias(from)).time;
+    for (; runs.size() < count; time += IntervalOf(schedule)) {
+        const seconds offset = LocalOffset(time);
+        runs.push_back({.time = time, .shift = offset - previousOffset, .isRepeated = OccursTwice(time)});
+        previousOffset = offset;
     }
     return runs;
 }

@@ -13,14 +13,14 @@ namespace Host {
 struct NextOptions {
     std::vector<Labelled<DataCollection::ActionManagement::TimedActionSettings>> schedules{};
     std::uint32_t count = 0;                             // of runs to list for each
-    DataCollection::ActionManagement::TimePoint from{};  // the moment of registration
+    DataCollection::ActionManagement::TimePoint from{};  // the time of registration
     OutputFormat format = OutputFormat::Text;
 };
 
 // A run, and what is special about its local time.
 struct NextRun {
     DataCollection::ActionManagement::TimePoint time;
-    std::chrono::seconds shift{0};  // how far local time jumped since the run before, or since the registration
+    std::chrono::seconds shift{0};  // change of the local offset since the previous run, or the registration
     bool isRepeated = false;        // this local time occurs twice
 };
 

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstdio>
+#include <limits>
 
-#include "Common/Base/Text.h"
+#include "Host/Base/Number.h"
 #include "Schedules/Schedule.h"
 
 namespace Host {
@@ -21,7 +22,7 @@ struct Unit {
 };
 constexpr std::array Units{Unit{"ms", 0}, Unit{"s", 1}, Unit{"m", 60}, Unit{"h", 3600}, Unit{"d", SecondsPerDay}};
 
-// In one of the two fields that a schedule has for it.
+// A schedule has a field for each unit; one of them is used.
 struct Interval {
     std::uint32_t seconds = 0;
     std::uint32_t milliseconds = 0;
@@ -29,7 +30,7 @@ struct Interval {
 
 std::optional<Interval> ParseInterval(std::string_view text) {
     const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-    const auto number = ParseNumber32(text.substr(0, digits));
+    const auto number = ParseNumber<std::uint32_t>(text.substr(0, digits));
     const auto unit = std::ranges::find(Units, text.substr(digits), &Unit::name);
     if (!number || unit == Units.end()) return std::nullopt;
     if (unit->secondsEach == 0) return Interval{0, *number};
@@ -39,7 +40,7 @@ std::optional<Interval> ParseInterval(std::string_view text) {
 }
 
 std::optional<std::uint32_t> ParseTwoDigits(std::string_view text, std::uint32_t limit) {
-    const auto number = ParseNumber32(text);
+    const auto number = ParseNumber<std::uint32_t>(text);
     return text.size() == 2 && number && *number < limit ? number : std::nullopt;
 }
 
@@ -66,13 +67,6 @@ std::optional<std::uint32_t> ParseStart(std::string_view text, std::int32_t bias
 
 }  // namespace
 
-std::optional<std::uint32_t> ParseNumber32(std::string_view text) {
-    std::uint32_t number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-    return number;
-}
-
 std::optional<milliseconds> ParseDuration(std::string_view text) {
     const auto interval = ParseInterval(text);
     if (!interval) return std::nullopt;
@@ -82,7 +76,11 @@ std::optional<milliseconds> ParseDuration(std::string_view text) {
 std::optional<TimedActionSettings> ParseRepeat(std::string_view text) {
     const auto interval = ParseInterval(text);
     if (!interval) return std::nullopt;
-    return TimedActionSettings{0, false, interval->seconds, TimedActionType::Repeat, interval->milliseconds};
+    return TimedActionSettings{.StartSeconds = 0,
+                               .IsLocalTime = false,
+                               .IntervalSeconds = interval->seconds,
+                               .Type = TimedActionType::Repeat,
+                               .IntervalMilliseconds = interval->milliseconds};
 }
 
 std::optional<TimedActionSettings> ParseClockSchedule(std::string_view text, std::optional<std::int32_t> bias,
@@ -91,8 +89,11 @@ std::optional<TimedActionSettings> ParseClockSchedule(std::string_view text, std
     const auto start = ParseStart(text.substr(0, comma), bias.value_or(0), now);
     const auto interval = comma == text.npos ? Interval{SecondsPerDay, 0} : ParseInterval(text.substr(comma + 1));
     if (!start || !interval) return std::nullopt;
-    return TimedActionSettings{*start, bias.has_value(), interval->seconds, TimedActionType::SpecificTime,
-                               interval->milliseconds};
+    return TimedActionSettings{.StartSeconds = *start,
+                               .IsLocalTime = bias.has_value(),
+                               .IntervalSeconds = interval->seconds,
+                               .Type = TimedActionType::SpecificTime,
+                               .IntervalMilliseconds = interval->milliseconds};
 }
 
 std::optional<TimedActionSettings> ParseSchedule(std::string_view text, std::optional<std::int32_t> bias,
@@ -105,7 +106,7 @@ std::optional<TimePoint> ParseMoment(std::string_view text) {
     if (text.size() != 20 || text[4] != '-' || text[7] != '-' || text[dayLength] != 'T' || !text.ends_with('Z')) {
         return std::nullopt;
     }
-    const auto year = ParseNumber32(text.substr(0, 4));
+    const auto year = ParseNumber<std::uint32_t>(text.substr(0, 4));
     const auto month = ParseTwoDigits(text.substr(5, 2), 13);
     const auto day = ParseTwoDigits(text.substr(8, 2), 32);
     const auto second = ParseClockTime(text.substr(dayLength + 1, 8));
@@ -114,6 +115,18 @@ std::optional<TimePoint> ParseMoment(std::string_view text) {
                                            std::chrono::day{*day}};
     if (!date.ok()) return std::nullopt;
     return std::chrono::sys_days{date} + seconds{*second};
+}
+
+std::string IntervalText(const TimedActionSettings& schedule) {
+    return schedule.IntervalSeconds != 0 ? std::to_string(schedule.IntervalSeconds) + " s"
+                                         : std::to_string(schedule.IntervalMilliseconds) + " ms";
+}
+
+std::string StartText(const TimedActionSettings& schedule) {
+    const std::uint32_t second = schedule.StartSeconds;
+    char text[9];
+    std::snprintf(text, sizeof(text), "%02u:%02u:%02u", second / 3600 % 24, second / 60 % 60, second % 60);
+    return text;
 }
 
 }  // namespace Host
