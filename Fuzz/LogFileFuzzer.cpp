@@ -1,7 +1,7 @@
 // The bytes of a log: however they are divided, the same lines, banners and complaints come out, each complaint with a
 // place within the input.
 #include "Fuzzing.h"
-#include "Host/LogParser.h"
+#include "Host/Log/LogParser.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "Common/Nodes/NodeDump.h"
 #include "Fuzzing.h"
-#include "Host/Failure.h"
-#include "Host/NodeFile.h"
+#include "Host/Base/Failure.h"
+#include "Host/Compare/NodeFile.h"
 
 namespace {
 

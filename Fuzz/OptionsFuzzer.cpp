@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "Fuzzing.h"
-#include "Host/Failure.h"
-#include "Host/Options.h"
+#include "Host/Base/Failure.h"
+#include "Host/CommandLine/Options.h"
 
 namespace {
 

@@ -1,7 +1,8 @@
 // Durations, schedules and command points: what is understood is written out anew and understood as the same.
 #include "Fuzzing.h"
-#include "Host/LocalTime.h"
-#include "Host/ScheduleText.h"
+#include "Host/Run/CommandPoint.h"
+#include "Host/Schedules/LocalTime.h"
+#include "Host/Schedules/ScheduleText.h"
 
 using namespace DataCollection::ActionManagement;
 
@@ -40,7 +41,7 @@ void CheckClockSchedule(std::string_view text, std::optional<std::int32_t> bias)
 }
 
 void CheckWatchPoint(std::string_view text) {
-    const auto point = Host::ParseWatchPoint(text);
+    const auto point = Host::ParseCommandPoint(text);
     if (point) REQUIRE(point->ParentName + u"/" + point->LeafName == Harbor::FromUtf8(text));
 }
 

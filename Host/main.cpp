@@ -2,34 +2,34 @@
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
-#include "Host/Compare.h"
-#include "Host/Explain.h"
-#include "Host/Failure.h"
-#include "Host/LogCommand.h"
-#include "Host/NextRuns.h"
-#include "Host/Options.h"
-#include "Host/Run.h"
+#include "Host/Base/Failure.h"
+#include "Host/CommandLine/Options.h"
+#include "Host/Compare/Compare.h"
+#include "Host/Log/ShowLog.h"
+#include "Host/Run/Run.h"
+#include "Host/Schedules/Explain.h"
+#include "Host/Schedules/NextRuns.h"
 
 namespace {
 
 using namespace Host;
 
-int Do(const RunOptions& options) {
+int Execute(const RunOptions& options) {
     return Run(options);
 }
-int Do(const CompareOptions& options) {
+int Execute(const CompareOptions& options) {
     return Compare(options);
 }
-int Do(const LogOptions& options) {
+int Execute(const LogOptions& options) {
     return ShowLog(options);
 }
-int Do(const NextOptions& options) {
+int Execute(const NextOptions& options) {
     return ShowNextRuns(options);
 }
-int Do(const ExplainOptions& options) {
+int Execute(const ExplainOptions& options) {
     return Explain(options);
 }
-int Do(const ShowText& show) {
+int Execute(const ShowText& show) {
     std::cout << show.text;
     return ExitCode::Success;
 }
@@ -43,7 +43,7 @@ int Fail(int code, const std::string& text) {
 
 int main(int argc, char** argv) {
     try {
-        return std::visit([](const auto& options) { return Do(options); }, ParseOptions(argc, argv));
+        return std::visit([](const auto& options) { return Execute(options); }, ParseOptions(argc, argv));
     } catch (const BadInput& failure) {
         return Fail(ExitCode::BadInput, failure.what());
     } catch (const Harbor::HRX& failure) {

@@ -33,6 +33,12 @@ FLOORS = [
     {f"{SOURCES}/Subsystems/ActionManager": "manager, worker, cycle, subscriptions, commands, strategies"},
     {f"{SOURCES}/Module": "the export, the load order, the class table",
      "StandIns/ConfigServer": "a configuration service for hosts and tests"},
+    {"Host/Base": "the host's failures, output formats, and the loaded module"},
+    {"Host/Console": "terminal, signals, standard input, environment"},
+    {"Host/Schedules": "schedules as text, their preview and explanation",
+     "Host/Log": "reading a log and showing it", "Host/Compare": "comparing two configuration trees"},
+    {"Host/Run": "registering at the module, and reporting each call"},
+    {"Host/CommandLine": "options, configuration file, help"},
     {"Host": "the console host"},
     {"Tests": "tests", "Benchmarks": "benchmarks", "Fuzz": "fuzzers", "Docs/Samples": "sample clients"},
 ]

@@ -1,4 +1,4 @@
-#include "Host/Report.h"
+#include "Host/Run/Report.h"
 
 #include <gmock/gmock.h>
 
@@ -12,27 +12,30 @@ RegistrationState Called(const std::string& registration, std::uint64_t calls, d
     return {registration, calls, LatenessStatistics::Range{0, 1, late}, std::nullopt};
 }
 
-TEST(Report, KeepsTheStatusLineBelowTheOthersAndInsideTheTerminal) {
+TEST(Report, KeepsTheStatusLineBelowOtherLinesAndWithinTheWidth) {
     std::ostringstream out;
-    Report report(out, Style::Text, Terminal{.width = 37, .hasColors = false}, [] {});
+    ConsoleOutput output(out, Terminal{.width = 37, .hasColors = false}, [] {});
+    Report report(output, OutputFormat::Text);
     ASSERT_TRUE(report.HasStatusLine());
     const auto takeOutput = [&] { return std::exchange(out, std::ostringstream()).str(); };
     report.SetStatusLine({Called("a", 2, 2.5), Called("b", 1, 13.25)});
-    EXPECT_EQ(takeOutput(), "on command  calls 3, late at most 13");
+    EXPECT_EQ(takeOutput(), "on command  calls 3, max lateness 13");
     report.AddAlive({.inModule = 3, .byClass = {{"ActionImpl", 2}, {"ActionManager", 1}}});
     EXPECT_EQ(takeOutput(),
               "\r\x1b[Kalive: 3 objects of the module (ActionImpl 2, ActionManager 1), 0 of the host, 0 open node "
-              "handles\non command  calls 3, late at most 13");
+              "handles\non command  calls 3, max lateness 13");
     report.RemoveStatusLine();
     EXPECT_EQ(takeOutput(), "\r\x1b[K");
     report.RemoveStatusLine();
     EXPECT_EQ(takeOutput(), "");
 }
 
-TEST(Report, HasNoStatusLineForProgramsAndWithoutATerminal) {
+TEST(Report, HasNoStatusLineInJsonOrWithoutATerminal) {
     std::ostringstream out;
-    EXPECT_FALSE(Report(out, Style::Json, Terminal{}, [] {}).HasStatusLine());
-    EXPECT_FALSE(Report(out, Style::Text, std::nullopt, [] {}).HasStatusLine());
+    ConsoleOutput terminal(out, Terminal{}, [] {});
+    ConsoleOutput file(out, std::nullopt, [] {});
+    EXPECT_FALSE(Report(terminal, OutputFormat::Json).HasStatusLine());
+    EXPECT_FALSE(Report(file, OutputFormat::Text).HasStatusLine());
 }
 
 }  // namespace

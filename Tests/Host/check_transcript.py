@@ -1,12 +1,12 @@
-"""Types the commands of a transcript into a shell, in an empty directory, and compares what they print.
+"""Runs the commands of a transcript in a shell, in an empty directory, and compares their output with the transcript.
 
-Arguments: the program ActionHost, and the transcript. In it
+Arguments: the path of the program ActionHost, and the transcript, whose lines are
 
-    $ command           is typed (lines behind it that begin with "> " belong to it);
-    anything else       is what it prints, on either stream: "..." is any text within a line, and a line of nothing
-                        but "..." is any number of lines;
-    [3]                 is its exit code, which is 0 where none stands;
-    # words             are for the reader.
+    $ command           a command, which continues on the next lines that begin with "> ";
+    # comment           a comment;
+    [3]                 the exit code of the command; 0 if the transcript has none;
+    anything else       output, on either stream: "..." matches any text within a line, and a line of only "..."
+                        matches any number of lines.
 """
 
 import difflib

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "DataCollectionCore/TestSupport.h"
-#include "Host/NextRuns.h"
-#include "Host/ScheduleText.h"
+#include "Host/Schedules/NextRuns.h"
+#include "Host/Schedules/ScheduleText.h"
 
 namespace {
 

@@ -1,0 +1,39 @@
+// How the program can end, and the failures that end it early.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "Harbor/ResultCodes.h"
+
+namespace Host {
+
+namespace ExitCode {
+inline constexpr int Success = 0;
+inline constexpr int Failure = 1;    // a call failed, objects were left alive, or the module refuses a schedule
+inline constexpr int BadInput = 2;   // on the command line or in a file
+inline constexpr int NoTrigger = 3;  // of `compare`
+}  // namespace ExitCode
+
+// Input from the user that is not valid. The message is one line for the user, in UTF-8.
+class BadInput : public std::runtime_error {
+public:
+    using runtime_error::runtime_error;
+};
+
+// Makes the usual message: SOURCE: "VALUE" is not valid; expected EXPECTED. `source` is an option, for instance.
+[[nodiscard]] BadInput InvalidValue(std::string_view source, std::string_view value, std::string_view expected);
+
+// A call that failed. The message is one line for the user, in UTF-8.
+class CallFailure : public std::runtime_error {
+public:
+    using runtime_error::runtime_error;
+};
+
+// Throws CallFailure if the code is a failure. The message has `what`, the code and its text.
+void RequireSuccess(Harbor::HRESULT code, std::string_view what);
+// Throws CallFailure with the thread's last error if a function of the platform layer did not succeed.
+void RequirePlatformSuccess(bool succeeded, std::string_view what);
+
+}  // namespace Host

@@ -1,0 +1,17 @@
+// The terminal that standard output writes to.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+namespace Host {
+
+struct Terminal {
+    std::size_t width = 80;  // in characters
+    bool hasColors = true;   // unless the environment variable NO_COLOR has a value
+};
+
+// Nothing if standard output is not a terminal, or is one that cannot move its cursor (TERM=dumb).
+[[nodiscard]] std::optional<Terminal> TerminalOfOutput();
+
+}  // namespace Host

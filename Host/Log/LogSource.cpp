@@ -1,0 +1,42 @@
+#include "Host/Log/LogSource.h"
+
+#include <filesystem>
+
+#include "Host/Base/Failure.h"
+#include "Host/Console/StandardInput.h"
+
+namespace Host {
+
+std::size_t StandardInputSource::Read(std::span<char> buffer) {
+    return ReadStandardInput(buffer);
+}
+
+FileSource::FileSource(std::string path) : path_(std::move(path)), file_(path_, std::ios::binary) {
+    if (!file_ || std::filesystem::is_directory(path_)) {
+        throw InvalidValue("FILE", path_, "a readable log file, or -");
+    }
+}
+
+std::size_t FileSource::Read(std::span<char> buffer) {
+    file_.clear();
+    file_.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    const auto count = static_cast<std::size_t>(file_.gcount());
+    read_ += count;
+    return count;
+}
+
+bool FileSource::SwitchToNewFile() {
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(path_, missing);
+    if (missing || size == read_) return false;
+    // The size differs and nothing is left to read: the name is that of another file now, or this one was emptied.
+    file_.clear();
+    if (file_.peek() != std::ifstream::traits_type::eof()) return false;
+    std::ifstream next(path_, std::ios::binary);
+    if (!next) return false;
+    file_ = std::move(next);
+    read_ = 0;
+    return true;
+}
+
+}  // namespace Host

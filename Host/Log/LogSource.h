@@ -1,0 +1,41 @@
+// The sources of a log's bytes.
+#pragma once
+
+#include <fstream>
+#include <span>
+#include <string>
+
+namespace Host {
+
+class LogSource {
+public:
+    virtual ~LogSource() = default;
+
+    // Stores the next bytes. Returns their number, 0 at the end.
+    [[nodiscard]] virtual std::size_t Read(std::span<char> buffer) = 0;
+};
+
+class StandardInputSource final : public LogSource {
+public:
+    std::size_t Read(std::span<char> buffer) override;
+};
+
+// A file. After its end it can be read again: more may have been written.
+class FileSource final : public LogSource {
+public:
+    // Throws BadInput if the file cannot be read.
+    explicit FileSource(std::string path);
+
+    std::size_t Read(std::span<char> buffer) override;
+
+    // Called at the end of the file. If the file was emptied, moved or replaced, returns true, and the next Read starts
+    // at the beginning of what has the file's name now.
+    [[nodiscard]] bool SwitchToNewFile();
+
+private:
+    const std::string path_;
+    std::ifstream file_;
+    std::uintmax_t read_ = 0;
+};
+
+}  // namespace Host

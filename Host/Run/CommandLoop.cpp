@@ -1,0 +1,101 @@
+#include "Host/Run/CommandLoop.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "Host/Base/Failure.h"
+#include "Host/Schedules/LocalTime.h"
+
+namespace Host {
+
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+constexpr std::chrono::seconds StatusInterval{1};
+
+// Reports a failure on standard error.
+template <class Body>
+void RunAndReportFailure(Body&& body) {
+    try {
+        body();
+    } catch (const std::runtime_error& failure) {
+        std::cerr << failure.what() << std::endl;
+    }
+}
+
+std::vector<TimedCommand> SortedByTime(std::vector<TimedCommand> commands) {
+    std::ranges::stable_sort(commands, {}, &TimedCommand::after);
+    return commands;
+}
+
+bool IsBlank(const std::string& line) {
+    return line.find_first_not_of(" \t\r") == line.npos;
+}
+
+}  // namespace
+
+std::vector<RegistrationState> StatesOf(const Registrations& registrations) {
+    std::vector<RegistrationState> states;
+    for (const auto& registration : registrations) states.push_back(registration->State());
+    return states;
+}
+
+CommandLoop::CommandLoop(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree,
+                         Report& report)
+    : alive_(alive), registrations_(registrations), tree_(tree), report_(report) {}
+
+void CommandLoop::RunUntilStopped(const RunOptions& options, const StopSignal& stop) {
+    const auto start = Clock::now();
+    const auto end = options.duration ? start + *options.duration : Clock::time_point::max();
+    const std::vector<TimedCommand> scheduled = SortedByTime(options.commands);
+    auto next = scheduled.begin();
+    auto nextStatus = report_.HasStatusLine() ? start : Clock::time_point::max();
+    TypedLines typedLines;
+    for (std::string line; !quit_;) {
+        const auto nextCommand = next != scheduled.end() ? start + next->after : Clock::time_point::max();
+        const auto event = typedLines.Wait(stop, std::min({nextCommand, nextStatus, end}), line);
+        if (event == TypedLines::Event::Stop || Clock::now() >= end) return;
+        if (event == TypedLines::Event::Line) {
+            ParseAndCarryOut(line);
+        } else if (nextCommand <= nextStatus) {
+            CarryOut((next++)->command);
+        } else {
+            report_.SetStatusLine(StatesOf(registrations_));
+            nextStatus = Clock::now() + StatusInterval;
+        }
+    }
+}
+
+void CommandLoop::ParseAndCarryOut(const std::string& line) {
+    if (IsBlank(line)) return;
+    RunAndReportFailure([&] { CarryOut(ParseCommand(line)); });
+}
+
+void CommandLoop::CarryOut(const Command& command) {
+    RunAndReportFailure([&] { std::visit([this](const auto& chosen) { Execute(chosen); }, command); });
+}
+
+void CommandLoop::Execute(const WriteCommand& command) {
+    const TimePoint now = CurrentTime();
+    for (const auto& registration : registrations_) registration->OnCommand(command.path, now);
+    tree_.Write(command.path, command.attributes);
+}
+
+void CommandLoop::Execute(const AliveCommand&) {
+    report_.AddAlive(alive_.Count());
+}
+
+void CommandLoop::Execute(const StatusCommand&) {
+    report_.AddStatus(StatesOf(registrations_));
+}
+
+void CommandLoop::Execute(const HelpCommand&) {
+    std::cerr << CommandHelp() << std::flush;
+}
+
+void CommandLoop::Execute(const QuitCommand&) {
+    quit_ = true;
+}
+
+}  // namespace Host

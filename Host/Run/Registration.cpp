@@ -1,0 +1,43 @@
+#include "Host/Run/Registration.h"
+
+#include "Common/Base/Text.h"
+#include "Host/Base/Failure.h"
+#include "Host/Run/ActionListener.h"
+#include "Host/Schedules/LocalTime.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+
+Registration::Registration(std::string label, Report& report) : label_(std::move(label)), report_(report) {}
+
+void Registration::Subscribe(IActionManager& manager) {
+    const auto listener = ActionListener::Make([this](const Harbor::WideString& action) { OnCall(action); });
+    subscription_ = Register(manager, *listener.Get());
+    RequireSuccess(subscription_->Start(), "Start '" + label_ + "'");
+}
+
+void Registration::Unsubscribe() {
+    RequireSuccess(subscription_->Unsubscribe(), "Unsubscribe '" + label_ + "'");
+    subscription_.Reset();
+}
+
+void Registration::OnCommand(std::u16string_view, const TimePoint&) {}
+
+RegistrationState Registration::State() const {
+    const std::lock_guard lock(lock_);
+    return {label_, statistics_.Calls(), statistics_.LatenessRange(), NextDue(CurrentTime())};
+}
+
+void Registration::OnCall(const Harbor::WideString& action) {
+    const TimePoint now = CurrentTime();
+    const auto due = LatestDue(now);
+    const auto lateness = due ? std::optional(now - *due) : std::nullopt;
+    {
+        const std::lock_guard lock(lock_);
+        statistics_.Add(lateness);
+    }
+    report_.Add({now, label_, Harbor::ToUtf8(action), lateness});
+}
+
+}  // namespace Host

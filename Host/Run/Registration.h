@@ -1,0 +1,53 @@
+// One registration at the module: its subscription, and the calls that it causes.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "DataCollection/ActionManager.h"
+#include "Harbor/ComponentPtr.h"
+#include "Host/Run/Report.h"
+
+namespace Host {
+
+// Subscribed and unsubscribed by the host's main thread, called by the module's worker. Must outlive the manager.
+class Registration {
+public:
+    Registration(std::string label, Report& report);
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+    virtual ~Registration() = default;
+
+    // Registers a listener and starts the subscription. A failure is thrown as CallFailure.
+    void Subscribe(DataCollection::ActionManagement::IActionManager& manager);
+    void Unsubscribe();
+
+    // Called when a command is about to be written at that path.
+    virtual void OnCommand(std::u16string_view path, const TimePoint& time);
+
+    [[nodiscard]] RegistrationState State() const;
+
+protected:
+    const std::string& Label() const noexcept { return label_; }
+
+    using SubscriptionPtr = Harbor::ComponentPtr<DataCollection::ActionManagement::IActionSubscription>;
+
+private:
+    virtual SubscriptionPtr Register(DataCollection::ActionManagement::IActionManager& manager,
+                                     DataCollection::ActionManagement::IActionListener& listener) = 0;
+    // The due time of a call that is made at `now`. May be called on any thread, as the next one.
+    virtual std::optional<TimePoint> LatestDue(const TimePoint& now) const = 0;
+    virtual std::optional<TimePoint> NextDue(const TimePoint& now) const = 0;
+
+    void OnCall(const Harbor::WideString& action);
+
+    const std::string label_;
+    Report& report_;
+    SubscriptionPtr subscription_;
+
+    mutable std::mutex lock_;  // guards statistics_
+    LatenessStatistics statistics_;
+};
+
+}  // namespace Host

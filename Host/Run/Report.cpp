@@ -1,0 +1,152 @@
+#include "Host/Run/Report.h"
+
+#include <algorithm>
+#include <array>
+
+#include "Host/Base/Json.h"
+
+namespace Host {
+namespace {
+
+std::string Padded(std::string text, std::size_t width) {
+    text.resize(std::max(text.size(), width), ' ');
+    return text;
+}
+std::string RightAligned(const std::string& text, std::size_t width) {
+    return std::string(width - std::min(width, text.size()), ' ') + text;
+}
+
+std::string MillisecondsText(double value) {
+    std::string text = std::to_string(value);
+    text.resize(text.find('.') + 2);
+    return text;
+}
+
+constexpr std::size_t RegistrationWidth = 28;
+constexpr std::size_t ActionWidth = 12;
+constexpr std::size_t NumberWidth = 10;
+
+std::string TextLine(const Call& call) {
+    const std::string late = call.lateness ? "+" + MillisecondsText(InMilliseconds(*call.lateness)) + " ms" : "-";
+    return LocalTimeText(call.time) + "  " + Padded(call.registration, RegistrationWidth) + "  " +
+           Padded(call.action, ActionWidth) + RightAligned(late, NumberWidth + 3) + "\n";
+}
+
+Json ToJson(const Call& call) {
+    return {{"event", "call"},
+            {"time", IsoTimeText(call.time)},
+            {"registration", call.registration},
+            {"action", call.action},
+            {"latenessMs", JsonOrNull(call.lateness, InMilliseconds)}};
+}
+
+std::string SummaryLine(const std::string& registration, const std::array<std::string, 4>& columns) {
+    std::string line = Padded(registration, RegistrationWidth);
+    for (const std::string& column : columns) line += RightAligned(column, NumberWidth);
+    return line + "\n";
+}
+
+std::string SummaryLine(const RegistrationState& state) {
+    const auto number = [&](double LatenessStatistics::Range::*part) {
+        return state.lateness ? MillisecondsText((*state.lateness).*part) : "-";
+    };
+    return SummaryLine(state.registration,
+                       {std::to_string(state.calls), number(&LatenessStatistics::Range::min),
+                        number(&LatenessStatistics::Range::median), number(&LatenessStatistics::Range::max)});
+}
+
+Json ToJson(const LatenessStatistics::Range& range) {
+    return {{"min", range.min}, {"median", range.median}, {"max", range.max}};
+}
+
+Json SummaryJson(const RegistrationState& state) {
+    return {{"event", "summary"},
+            {"registration", state.registration},
+            {"calls", state.calls},
+            {"latenessMs", JsonOrNull(state.lateness, [](const auto& range) { return ToJson(range); })}};
+}
+
+std::string StatusLine(const RegistrationState& state) {
+    const std::string next = state.nextDue ? "next " + LocalTimeText(*state.nextDue) : "on command";
+    return Padded(state.registration, RegistrationWidth) + RightAligned(std::to_string(state.calls), NumberWidth) +
+           " calls  " + next + "\n";
+}
+
+Json StatusJson(const RegistrationState& state) {
+    return {{"event", "status"},
+            {"registration", state.registration},
+            {"calls", state.calls},
+            {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)}};
+}
+
+std::string StatusSummary(const std::vector<RegistrationState>& registrations) {
+    std::uint64_t calls = 0;
+    double maxLateness = 0;
+    const RegistrationState* next = nullptr;
+    for (const RegistrationState& state : registrations) {
+        calls += state.calls;
+        if (state.lateness) maxLateness = std::max(maxLateness, state.lateness->max);
+        if (state.nextDue && (next == nullptr || *state.nextDue < *next->nextDue)) next = &state;
+    }
+    return (next != nullptr ? "next " + LocalTimeText(*next->nextDue) + "  " + next->registration : "on command") +
+           "  " + "calls " + std::to_string(calls) + ", max lateness " + MillisecondsText(maxLateness) + " ms";
+}
+
+// " (ActionImpl 2, ActionManager 1)"
+std::string ClassesText(const std::map<std::string, std::uint32_t>& byClass) {
+    std::string text;
+    for (const auto& [name, count] : byClass) text += (text.empty() ? " (" : ", ") + name + " " + std::to_string(count);
+    return text.empty() ? text : text + ")";
+}
+
+template <class Convert>
+std::string Lines(const std::vector<RegistrationState>& registrations, Convert convert) {
+    std::string lines;
+    for (const RegistrationState& state : registrations) lines += convert(state);
+    return lines;
+}
+
+}  // namespace
+
+void Report::Add(const Call& call) {
+    output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(call)) : TextLine(call));
+}
+
+void Report::AddStatus(const std::vector<RegistrationState>& registrations) {
+    output_.Write(format_ == OutputFormat::Json
+                      ? Lines(registrations, [](const auto& state) { return JsonLine(StatusJson(state)); })
+                      : Lines(registrations, StatusLine));
+}
+
+void Report::AddSummary(const std::vector<RegistrationState>& registrations) {
+    if (format_ == OutputFormat::Json) {
+        output_.Write(Lines(registrations, [](const auto& state) { return JsonLine(SummaryJson(state)); }));
+        return;
+    }
+    output_.Write("\n" + SummaryLine("lateness in ms", {"calls", "min", "median", "max"}) +
+                  Lines(registrations, [](const auto& state) { return SummaryLine(state); }));
+}
+
+void Report::AddAlive(const AliveObjects& alive) {
+    if (format_ == OutputFormat::Json) {
+        output_.Write(JsonLine({{"event", "alive"},
+                                {"moduleObjects", alive.inModule},
+                                {"byClass", alive.byClass},
+                                {"hostObjects", alive.inHost},
+                                {"nodeHandles", alive.nodeHandles}}));
+        return;
+    }
+    output_.Write("alive: " + std::to_string(alive.inModule) + " objects of the module" + ClassesText(alive.byClass) +
+                  ", " + std::to_string(alive.inHost) + " of the host, " + std::to_string(alive.nodeHandles) +
+                  " open node handles\n");
+}
+
+void Report::SetStatusLine(const std::vector<RegistrationState>& registrations) {
+    output_.SetStatusLine(StatusSummary(registrations));
+}
+
+void Report::RemoveStatusLine() {
+    output_.RemoveStatusLine();
+}
+
+}  // namespace Host

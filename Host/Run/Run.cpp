@@ -1,0 +1,103 @@
+#include "Host/Run/Run.h"
+
+#include <iostream>
+#include <thread>
+
+#include "Common/Nodes/ACNode.h"
+#include "Harbor/Configurable.h"
+#include "Host/Base/Failure.h"
+#include "Host/Base/LoadedModule.h"
+#include "Host/Run/CommandLoop.h"
+#include "Host/Run/ScheduleRegistration.h"
+#include "Host/Run/WatchRegistration.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+using namespace Harbor;
+using std::chrono::milliseconds;
+
+namespace {
+
+struct Outcome {
+    std::vector<RegistrationState> registrations;
+    AliveObjects alive;
+};
+
+Registrations MakeRegistrations(const RunOptions& options, Report& report) {
+    Registrations registrations;
+    for (const auto& [label, settings] : options.schedules) {
+        registrations.push_back(std::make_unique<ScheduleRegistration>(label, settings, report));
+    }
+    for (const auto& [label, config] : options.watches) {
+        registrations.push_back(std::make_unique<WatchRegistration>(label, config, report));
+    }
+    return registrations;
+}
+
+void Configure(IActionManager& manager, milliseconds polling) {
+    const auto value = static_cast<std::uint32_t>(polling.count());
+    ACNode config;
+    RequireSuccess(AcnCreateNode(u"ActionManager", nullptr, config.Receive()), "AcnCreateNode");
+    RequireSuccess(
+        AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &value, sizeof(value)),
+        "AcnSetAttribute");
+    ComponentPtr<IConfigurable> configurable;
+    RequireSuccess(ComponentPtr(&manager).QueryTo(configurable), "QueryInterface");
+    RequireSuccess(configurable->Configure(config.Handle()), "Configure");
+}
+
+// The worker removes unsubscribed objects in its next two cycles. Nothing depends on that, so the wait is skipped if
+// the polling interval is too long.
+void WaitForLastCycles(IComponentsModule& module, milliseconds polling) {
+    constexpr std::uint32_t onlyManager = 1;
+    constexpr milliseconds longest{3000};
+    constexpr milliseconds step{5};
+    if (polling * 2 > longest) return;
+    const auto until = std::chrono::steady_clock::now() + longest;
+    while (CountObjects(module) > onlyManager && std::chrono::steady_clock::now() < until) {
+        std::this_thread::sleep_for(step);
+    }
+}
+
+std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCounter& alive, const RunOptions& options,
+                                     const StopSignal& stop, Report& report) {
+    const ServedTree tree;
+    // Declared before the manager: the worker calls the registrations until the manager is gone.
+    const Registrations registrations = MakeRegistrations(options, report);
+    const auto manager = module.Create<IActionManager>(ActionManagerClassId);
+    Configure(*manager.Get(), options.polling);
+    for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
+    std::cerr << "Registrations: " << registrations.size() << "; type help for a list of commands, Ctrl-C to stop\n";
+
+    CommandLoop(alive, registrations, tree, report).RunUntilStopped(options, stop);
+
+    for (const auto& registration : registrations) registration->Unsubscribe();
+    WaitForLastCycles(module.Get(), options.polling);
+    return StatesOf(registrations);
+}
+
+Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
+    AliveCounter::EnableTracking();
+    const LoadedModule module(options.modulePath);
+    const AliveCounter alive(module.Get(), options.modulePath);
+    Outcome outcome{Serve(module, alive, options, stop, report), {}};
+    outcome.alive = alive.Count();
+    return outcome;
+}
+
+}  // namespace
+
+int Run(const RunOptions& options) {
+    IgnoreBrokenPipes();
+    const StopSignal stop;
+    ConsoleOutput output(std::cout, TerminalOfOutput(), [&stop] { stop.Request(); });
+    Report report(output, options.format);
+    const Outcome outcome = LoadServeAndUnload(options, stop, report);
+    report.RemoveStatusLine();
+    report.AddSummary(outcome.registrations);
+    report.AddAlive(outcome.alive);
+    return outcome.alive.None() && std::cout ? ExitCode::Success : ExitCode::Failure;
+}
+
+}  // namespace Host

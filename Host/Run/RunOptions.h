@@ -1,0 +1,26 @@
+// Which module to run, with which registrations and commands.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "DataCollection/ActionManager.h"
+#include "Host/Base/Labelled.h"
+#include "Host/Base/OutputFormat.h"
+#include "Host/Run/Commands.h"
+
+namespace Host {
+
+struct RunOptions {
+    std::string modulePath;
+    std::chrono::milliseconds polling{};
+    std::vector<Labelled<DataCollection::ActionManagement::TimedActionSettings>> schedules{};
+    std::vector<Labelled<DataCollection::ActionManagement::ForcedActionConfig>> watches{};
+    std::vector<TimedCommand> commands{};
+    std::optional<std::chrono::milliseconds> duration{};  // nothing: until the host is stopped
+    OutputFormat format = OutputFormat::Text;
+};
+
+}  // namespace Host

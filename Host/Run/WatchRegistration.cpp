@@ -1,0 +1,38 @@
+#include "Host/Run/WatchRegistration.h"
+
+#include "Host/Base/Failure.h"
+#include "Host/Run/CommandPoint.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+
+WatchRegistration::WatchRegistration(std::string label, ForcedActionConfig config, Report& report)
+    : Registration(std::move(label), report),
+      config_(std::move(config)),
+      path_(CommandPointPath(config_.ParentName, config_.LeafName)) {}
+
+void WatchRegistration::OnCommand(std::u16string_view path, const TimePoint& time) {
+    const bool isCovered = path == path_ || path.starts_with(path_ + u"\\");
+    if (!isCovered) return;
+    const std::lock_guard lock(lock_);
+    written_ = time;
+}
+
+Registration::SubscriptionPtr WatchRegistration::Register(IActionManager& manager, IActionListener& listener) {
+    SubscriptionPtr subscription;
+    RequireSuccess(manager.SubscribeForcedAction(&listener, &config_, subscription.Address()),
+                   "SubscribeForcedAction '" + Label() + "'");
+    return subscription;
+}
+
+std::optional<TimePoint> WatchRegistration::LatestDue(const TimePoint&) const {
+    const std::lock_guard lock(lock_);
+    return written_;
+}
+
+std::optional<TimePoint> WatchRegistration::NextDue(const TimePoint&) const {
+    return std::nullopt;
+}
+
+}  // namespace Host

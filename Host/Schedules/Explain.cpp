@@ -1,0 +1,60 @@
+#include "Host/Schedules/Explain.h"
+
+#include <iostream>
+
+#include "Host/Base/Failure.h"
+#include "Host/Schedules/ScheduleRefusal.h"
+#include "Host/Schedules/ScheduleText.h"
+
+namespace Host {
+
+using namespace DataCollection::ActionManagement;
+
+namespace {
+
+constexpr char LocalTimeRules[] =
+    "  The local time is converted to UTC once, with the offset in effect at the registration. After a\n"
+    "  daylight-saving change the runs keep their UTC times, so their local times shift by the change until the\n"
+    "  schedule is registered again.\n"
+    "  West of Greenwich, where the local evening belongs to the next UTC day, the nearest start may be skipped.\n";
+
+constexpr char CommonRules[] =
+    "Rules for all schedules\n"
+    "  Intervals are counted from the first run, in UTC; a late call does not delay the next one.\n"
+    "  Each interval that is reached causes one call. Missed calls are not made up for: all intervals that pass while\n"
+    "  the process sleeps, while a call runs, or when the clock jumps forward cause a single call. After the clock\n"
+    "  jumps back, no call is made until it reaches the interval after that of the last call.\n"
+    "  A call is made in the first cycle of the worker at or after its due time: late by at most one polling interval\n"
+    "  and the duration of the calls before it in that cycle.\n";
+
+void ExplainStart(const TimedActionSettings& schedule) {
+    if (schedule.Type == TimedActionType::Repeat) {
+        std::cout << "  Runs every " << IntervalText(schedule)
+                  << ". The first run is one interval after the registration.\n";
+        return;
+    }
+    std::cout << "  Runs at " << StartText(schedule) << (schedule.IsLocalTime ? " local time" : " UTC")
+              << ", then every " << IntervalText(schedule) << ".\n"
+              << "  If that time has passed in the UTC day of the registration, the first run is on the next day.\n";
+    if (schedule.IsLocalTime) std::cout << LocalTimeRules;
+}
+
+}  // namespace
+
+int Explain(const ExplainOptions& options) {
+    int code = ExitCode::Success;
+    for (const auto& [label, schedule] : options.schedules) {
+        std::cout << label << '\n';
+        if (const auto refusal = RefusalOf(schedule)) {
+            std::cout << "  " << *refusal << '\n';
+            code = ExitCode::Failure;
+        } else {
+            ExplainStart(schedule);
+        }
+    }
+    if (code == ExitCode::Success) std::cout << CommonRules;
+    std::cout.flush();
+    return std::cout ? code : ExitCode::Failure;
+}
+
+}  // namespace Host
