@@ -61,7 +61,7 @@ class Actions : public LeakChecked {};
 
 }  // namespace
 
-TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
+TEST_F(Actions, HaveNoNameAndTypeUntilBothAreSet) {
     const ActionPtr action = Create<ActionImpl, IActionControl>();
     const auto view = QueryOrThrow<IAction>(action);
     EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
@@ -79,13 +79,13 @@ TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
     EXPECT_EQ(type, ForcedStopActionType);
 }
 
-TEST_F(Subscriptions, RefuseToBindNothing) {
+TEST_F(Subscriptions, RejectANullListenerAndANullAction) {
     const Subscription subscription({});
     EXPECT_EQ(subscription.control->SetListener(nullptr), E_POINTER);
     EXPECT_EQ(subscription.control->SetAction(nullptr), E_POINTER);
 }
 
-TEST_F(Subscriptions, ActInEachStateAsItsTableTells) {
+TEST_F(Subscriptions, DeliverAndDetachAccordingToTheirState) {
     const struct {
         const char* steps;
         std::size_t calls;
@@ -121,7 +121,7 @@ TEST_F(Subscriptions, ActInEachStateAsItsTableTells) {
     }
 }
 
-TEST_F(Subscriptions, EndureWhatHappensInACall) {
+TEST_F(Subscriptions, StayConsistentWhenAListenerFailsOrUnsubscribes) {
     const std::string failed =
         "ERR DataCollection::ActionManagement::ActionSubscription::TriggerActionsIfNeeded failed: ";
     const ActionPtr hidden = MarkedAction<HiddenAction>(u"hidden");
@@ -167,7 +167,7 @@ TEST_F(Subscriptions, EndureWhatHappensInACall) {
     }
 }
 
-TEST_F(Subscriptions, LetTheListenerGoAtUnsubscribeButNotDuringItsCall) {
+TEST_F(Subscriptions, ReleaseTheListenerAtUnsubscribeButNotDuringItsCall) {
     for (const char lastStep : {'U', 'T'}) {
         Subscription subscription({MarkedAction(u"A")}, "LS");
         int ended = 0;

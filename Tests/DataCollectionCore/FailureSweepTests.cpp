@@ -228,7 +228,7 @@ private:
 
 }  // namespace
 
-TEST_P(FailureSweep, LeavesTheRightCodeAndNothingElse) {
+TEST_P(FailureSweep, ReturnsTheCodeOfTheFailureAndLeaksNothing) {
     EXPECT_FALSE(LiveWithFailureOf(INT_MAX));
     const auto threads = EntriesOf("/proc/self/task"), descriptors = EntriesOf("/proc/self/fd");
     int call = 1;

@@ -56,7 +56,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
+TEST_F(ForcedCommands, RegisterAWatchWithExactFilterAndParameters) {
     const std::string wanted = R"(*<node name="" type="FilterByPath">
     <attribute name="NodePath" type="text" value="\Commands\ManagedObjectsDataCollectionCommand\A\B"/>
     <attribute name="IsParent" type="bool" value="false"/>
@@ -81,7 +81,7 @@ TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
     EXPECT_EQ(service_.references, 1u) << "the service isn't kept";
 }
 
-TEST_F(ForcedCommands, AreServedAsTheReportTells) {
+TEST_F(ForcedCommands, TriggerTheActionOfTheLastValidCommand) {
     const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::OnTriggered failed: ";
     const std::string empty = "WARN Empty attribute: 'Command'.", bad = "ERR Invalid forced command format: ACNode[";
     const auto unknown = [](const std::string& command) { return "WARN Unknown command: '" + command + "'."; };
@@ -118,7 +118,7 @@ TEST_F(ForcedCommands, AreServedAsTheReportTells) {
     EXPECT_EQ(service_.Report(), E_ABORT);
 }
 
-TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
+TEST_F(ForcedCommands, AreDroppedForAnUnknownOrEndedWatch) {
     const SubscriptionPtr subscription = SubscribeForced(listener_);
     FakeWatch stranger;
     CapturedLog log("WARN");
@@ -141,7 +141,7 @@ TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
     EXPECT_EQ(listener_->TakeCalls(), Texts{});
 }
 
-TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
+TEST_F(ForcedCommands, RemoveEndedPairsEvenIfTheServiceFails) {
     const std::string call = "ERR query->RemoveSubscription(it->first)\tcall failed. 0x80004004 *; ";
     const std::string pair =
         "WARN Cannot remove subscription: Forced Actions: StartAction '*', StopAction '*'; error: ";
@@ -162,7 +162,7 @@ TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
     }
 }
 
-TEST_F(ForcedCommands, GoToTheFirstOfTwoPairsOfOneWatch) {
+TEST_F(ForcedCommands, ReachTheFirstOfTwoPairsThatShareAWatch) {
     service_.oneWatchForAll = true;
     const ListenerPtr other = NewObject<RecordingListener>();
     const SubscriptionPtr first = SubscribeForced(listener_), second = SubscribeForced(other);
@@ -172,7 +172,7 @@ TEST_F(ForcedCommands, GoToTheFirstOfTwoPairsOfOneWatch) {
     EXPECT_EQ(other->TakeCalls(), Texts{});
 }
 
-TEST_F(ForcedCommands, FailToRegisterWithoutATrace) {
+TEST_F(ForcedCommands, LeaveNothingWhenTheirRegistrationFails) {
     const ForcedActionConfig config{u"B", u"A", false};
     const std::uint32_t before = LivingObjects();
     auto* const untouched = reinterpret_cast<IActionSubscription*>(0x10);

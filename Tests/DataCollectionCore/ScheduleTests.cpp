@@ -18,7 +18,7 @@ class Schedules : public LeakChecked {};
 
 }  // namespace
 
-TEST_F(Schedules, RefuseABadRecordWithItsWords) {
+TEST_F(Schedules, RejectInvalidSettingsAndLogTheReason) {
     const std::string presence =
         "ERR Invalid repeat time interval. The interval cannot be null, and only one option should be set: seconds or "
         "milliseconds. Regular Action: ";
@@ -55,7 +55,7 @@ TEST_F(Schedules, RefuseABadRecordWithItsWords) {
     }
 }
 
-TEST_F(Schedules, WorkOutTheirFirstRun) {
+TEST_F(Schedules, ComputeTheirFirstRun) {
     struct Zone {
         Platform::DWORD result;
         Platform::DYNAMIC_TIME_ZONE_INFORMATION biases;
@@ -108,7 +108,7 @@ TEST_F(Schedules, WorkOutTheirFirstRun) {
     }
 }
 
-TEST_F(Schedules, SayWhyTheyAreNotDue) {
+TEST_F(Schedules, LogWhyTheyAreNotDue) {
     System.clock = Day;
     TimedAction action({0, false, 0, Repeat, 1000});
     const std::string pointer = Shown(action.GetAction()), shown = "DBG2 Action: '" + pointer + "'.";

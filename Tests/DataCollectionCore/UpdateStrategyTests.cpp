@@ -37,7 +37,7 @@ protected:
 
 }  // namespace
 
-TEST_F(UpdateStrategies, SayWhyTheyTriggerOrDont) {
+TEST_F(UpdateStrategies, TriggerOnAddedAndChangedItemsAndLogTheReason) {
     const Tree a{u"a", {{u"x", {AcnTypeInt32, 1}}}, {}}, b{u"b", {}, {}}, changedA{u"a", {}, {}};
     const ACNode none, without = Tree{u"Root", {}, {}}.Build(), empty = Config({}), onlyA = Config({a});
     const std::string same = "DBG All current ScopeItems are in the same state";
@@ -71,7 +71,7 @@ TEST_F(UpdateStrategies, SayWhyTheyTriggerOrDont) {
     for (const auto& strategy : {byScope_, byDefault_}) EXPECT_EQ(strategy->ReservedOperation(this), S_OK);
 }
 
-TEST_F(UpdateStrategies, CompareItemsToTheirLastNode) {
+TEST_F(UpdateStrategies, CompareTheWholeSubtreesOfItems) {
     const Value one{AcnTypeInt32, 1}, two{AcnTypeInt32, 2}, other{AcnTypeUInt32, 1};
     const Tree leaf{u"leaf", {}, {}}, twin{u"leaf", {{u"x", one}}, {}}, deep{u"deep", {}, {leaf}};
     const auto item = [](const Attributes& attributes, const std::vector<Tree>& children) {

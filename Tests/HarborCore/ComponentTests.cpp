@@ -92,7 +92,7 @@ TEST_F(Components, AreCreatedWithOneReferenceOrNotAtAll) {
     EXPECT_EQ(CodeThrownBy([] { return Create<Component, IFirst>(); }), E_ABORT);
 }
 
-TEST_F(Components, AreHeldByPointersThatCount) {
+TEST_F(Components, AreKeptAliveByTheirPointers) {
     using Pointer = ComponentPtr<IFirst>;
     Pointer sole = Create<Component, IFirst>();
     IFirst* const object = sole.Get();
@@ -141,7 +141,7 @@ void ListAliveObjects(std::size_t framesToSkip) {
     EXPECT_THAT(list(), IsEmpty());
 }
 
-TEST_F(Components, AreListedWithThePlaceOfTheirCreationOnlyWhenTrackingIsOn) {
+TEST_F(Components, AreListedWithTheirCreationPlaceOnlyWhenTrackingIsOn) {
     {
         const ScopedVariable on("GS_Debug_EnableAliveObjectsTracking", "1");
         EXPECT_IN_CHILD(ListAliveObjects(0));

@@ -50,7 +50,7 @@ std::tuple<HRES, bool, const void*> Make(Form form, bool fails) {
     return {hres, false, frames[1]};
 }
 
-TEST(HResult, ReadsWordsThrowsAndCapturesFramesAsItsFormSays) {
+TEST(HResult, ReadsErrorInfoThrowsAndCapturesFramesByForm) {
     // The form, whether it takes the thread's words and throws, and the code where nothing fails.
     constexpr std::tuple<Form, bool, bool, HRESULT> forms[] = {
         {Form::Code, true, true, S_FALSE},       {Form::AssignedCode, true, true, S_FALSE},
@@ -78,7 +78,7 @@ TEST(HResult, ReadsWordsThrowsAndCapturesFramesAsItsFormSays) {
     }
 }
 
-TEST(ErrorRecord, TakesTheWordsThatBelongToItsCode) {
+TEST(ErrorRecord, UsesOnlyErrorInfoOfItsCode) {
     // The source and its text, and the description and the details in it.
     const std::tuple<GUID, const WideChar*, const WideChar*, const char*> rows[] = {
         {OwnErrorGuid, u"0x80070490 No such scope [0x1;0x2]", u"No such scope", "0x1;0x2;"},
@@ -112,7 +112,7 @@ HRESULT Component(int depth) {
     });
 }
 
-TEST(MethodEdge, GathersAGroupOfAddressesForEachEdgeThatAFailurePasses) {
+TEST(MethodEdge, AddsAGroupOfAddressesAtEachEdge) {
     Stage::LogLines log("DBG");
     EXPECT_EQ(Component(2), E_INVALIDARG);
     const Stage::Strings lines = log.Take();
@@ -180,7 +180,7 @@ void LoadTooMany() {
                                         begin + "5.txt' failed: No more slots"));
 }
 
-TEST(ErrorTexts, ComeFromTheReadableSourcesOfTheirCodeWithoutAFullStop) {
+TEST(ErrorTexts, ComeFromTheSourcesOfTheirCodeWithoutAFullStop) {
     EXPECT_IN_CHILD(AskEachSource());
     EXPECT_IN_CHILD(LoadTooMany());
 }

@@ -53,7 +53,7 @@ protected:
     const fs::path file_ = directory_ / "test.log";
 };
 
-TEST_F(LogFile, HasABannerAtItsHeadAndGoesOnInWhateverStandsAtItsPath) {
+TEST_F(LogFile, StartsWithABannerAndContinuesAfterAReplacement) {
     const fs::path other = directory_ / "other";
     const auto replace = [&] {
         Stage::WriteText(other, std::string("X\0", 2));
@@ -86,7 +86,7 @@ TEST_F(LogFile, HasABannerAtItsHeadAndGoesOnInWhateverStandsAtItsPath) {
     }
 }
 
-TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
+TEST_F(LogFile, StopsAtItsThresholdAndReportsThatOnce) {
     const ScopedVariable keepOpen("GS_Logger_KeepOpenInterval", "0"),
         threshold("GS_Logger_LogFileSizeThresholdMB", "1");
     PassLogInterval();
@@ -113,7 +113,7 @@ TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
     EXPECT_EQ(fs::file_size(file_), 5120 * megabyte + 2) << "no limit";
 }
 
-TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
+TEST_F(LogFile, IsInTheDirectoryThatTheSettingsName) {
     const fs::path module = Stage::ModuleDirectory(), impossible = directory_ / "file";
     Stage::WriteText(impossible, "");
     FileLogger logger(u"named.log", u"");
@@ -138,7 +138,7 @@ TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
     fs::remove_all(module);
 }
 
-TEST_F(LogFile, WaitsForAHolderThatSharesNothingInFourTries) {
+TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsItExclusively) {
     for (const int releasedAt : {3, 5}) {
         FileHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
                                                 Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -160,7 +160,7 @@ bool MountSmallDisk(const fs::path& at) {
            mount("tmpfs", at.c_str(), "tmpfs", 0, "size=64k") == 0;
 }
 
-TEST_F(LogFile, GoesOnWhenAFullDiskHasRoomAgain) {
+TEST_F(LogFile, ContinuesWhenAFullDiskHasSpaceAgain) {
     const auto fill = [this] {
         if (!MountSmallDisk(directory_)) _exit(2);
         Stage::WriteText(directory_ / "others", std::string(32 * 1024, '.'));
@@ -187,7 +187,7 @@ TEST_F(LogFile, GoesOnWhenAFullDiskHasRoomAgain) {
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(LogFile, HoldsEachLineWhoseStatementReturnedBeforeItsProcessWasKilled) {
+TEST_F(LogFile, ContainsEveryReturnedLineAfterItsProcessIsKilled) {
     int pipe[2];
     ASSERT_EQ(::pipe(pipe), 0);
     const pid_t child = fork();
@@ -211,7 +211,7 @@ TEST_F(LogFile, HoldsEachLineWhoseStatementReturnedBeforeItsProcessWasKilled) {
     EXPECT_TRUE(text == expected || text == expected + last) << text.substr(text.size() - 20);
 }
 
-TEST(LogBanner, TellsTheModuleItsVersionAndItsProcess) {
+TEST(LogBanner, NamesTheModuleItsVersionAndTheProcess) {
     const std::string stars(100, '*'), pattern = R"(!\*\*\* Module: .*Orv\.so \(Base: 0x[0-9A-F]{16}\)!)"
                                                  R"(\*\*\* Version: 1\.20\.3\.4!)"
                                                  R"(\*\*\* Module description: Description!)"
@@ -224,7 +224,7 @@ TEST(LogBanner, TellsTheModuleItsVersionAndItsProcess) {
     EXPECT_EQ(MakeLogFileName(), u"Orv.log");
 }
 
-TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
+TEST_F(LogFile, KeepsLinesOfThreadsAndProcessesIntact) {
     constexpr int threadCount = 4, lineCount = 25'000;
     const auto line = [](char process, int thread, int i) {
         return process + std::to_string(thread * lineCount + i) +
@@ -277,7 +277,7 @@ void LogWithoutADirectory() {
     EXPECT_EQ(Stage::CodeThrownBy(log), S_OK) << "the next look at the directory succeeds";
 }
 
-TEST(FileLogger, LetsAFailureOfItsDirectoryLeaveTheStatementAndNothingElse) {
+TEST(FileLogger, ThrowsAFailureOfItsDirectoryFromTheStatementOnly) {
     EXPECT_IN_CHILD(LogWithoutADirectory());
 }
 

@@ -62,7 +62,7 @@ WideStream& operator<<(WideStream& stream, Throwing) {
     throw 1;
 }
 
-TEST(LogStatement, EvaluatesItsOperandsWhenItIsLiveAndSurvivesThem) {
+TEST(LogStatement, EvaluatesItsOperandsOnlyWhenEnabledAndSurvivesExceptions) {
     LogLines log("WARN");
     int evaluated = 0;
     LOG(Info, u"off " << ++evaluated);
@@ -74,7 +74,7 @@ TEST(LogStatement, EvaluatesItsOperandsWhenItIsLiveAndSurvivesThem) {
                                         "ERR  ff 0000000000ABCDEF -81"));
 }
 
-TEST(LogManager, HasFourSlotsAndALoggerInOneAtMost) {
+TEST(LogManager, HoldsUpToFourLoggersEachOnce) {
     static std::vector<ILogger*> heard;
     struct Logger final : ILogger {
         void Write(const WideChar*, std::int32_t) override { heard.push_back(this); }
@@ -93,7 +93,7 @@ TEST(LogManager, HasFourSlotsAndALoggerInOneAtMost) {
                                    &loggers[4], &loggers[1], &loggers[2], &loggers[3]));
 }
 
-TEST(FunctionTrace, TellsAnExceptionThatPassesFromOneThatIsInFlightElsewhere) {
+TEST(FunctionTrace, ReportsOnlyExceptionsThatLeaveItsScope) {
     LogLines log;
     struct TracesAtItsEnd {
         ~TracesAtItsEnd() { TRACE_FUNCTION(Dbg2, u"Nest"); }
@@ -122,7 +122,7 @@ TEST(FunctionTrace, TestsItsSeverityAtEachLine) {
     EXPECT_THAT(log.Take(), ElementsAre("ERR  inside", "DBG3 Entering: Change", "ERR    inside", "ERR  behind"));
 }
 
-TEST(FunctionTrace, TellsMillisecondsInGroups) {
+TEST(FunctionTrace, ShowsMillisecondsInGroups) {
     EXPECT_EQ(FormatElapsed(12), u" [0.012 ms]");
     EXPECT_EQ(FormatElapsed(86'400'000'000'007), u" [86 400 000 000.007 ms]");
     EXPECT_EQ(MicrosecondsOf(999, 1'000'000'000), 0);

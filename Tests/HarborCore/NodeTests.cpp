@@ -24,7 +24,7 @@ ACNode AddChild(const ACNode& parent, const WideChar* name, const WideChar* type
 
 class Node : public StoreTest {};
 
-TEST_F(Node, ReadsTextsOfAnyLengthWhole) {
+TEST_F(Node, ReadsTextsOfAnyLength) {
     for (const std::size_t length : {0u, 1u, 126u, 127u, 128u, 129u, 5000u}) {
         const WideString text(length, u'\u6F22');
         ACNode node = NewNode(text.c_str(), text.c_str());
@@ -44,7 +44,7 @@ TEST_F(Node, ReadsTextsOfAnyLengthWhole) {
     }
 }
 
-TEST_F(Node, TellsAMissingAttributeFromAFailure) {
+TEST_F(Node, DistinguishesAMissingAttributeFromAFailure) {
     ACNode node = NewNode(u"n");
     node.SetInt32(u"number", -5);
     node.SetInt64(u"large", std::int64_t{1} << 40);
@@ -114,7 +114,7 @@ std::size_t Count(std::string_view text, std::string_view part) {
     return count;
 }
 
-TEST_F(Node, IsDumpedWithMaskedValuesAsTheRulesSay) {
+TEST_F(Node, IsDumpedWithHiddenAttributesMasked) {
     const Tree tree;
     const std::string heading = ToUtf8(FormatWide(u"ACNode[0x%p]:\r\n", static_cast<const void*>(tree.root.Handle())));
     // The rules, and what they mask of all 15 attributes and of the root's 3.
@@ -164,7 +164,7 @@ void LogTree(const char* rules, const char* end, std::size_t masked) {
     }
 }
 
-TEST_F(Node, IsDumpedInALogStatementByTheRulesOfTheSettingOrNotAtAll) {
+TEST_F(Node, IsLoggedOnlyIfTheHidingRulesAreKnown) {
     EXPECT_IN_CHILD(LogTree("*:Password;Account:Token", ">", 9));
     EXPECT_IN_CHILD(LogTree("*:Password;no rule", marked, 0));
 }

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(BinaryInterface, HasTheRecordsOfTheContract) {
+TEST(BinaryInterface, HasTheRecordLayoutOfTheContract) {
     using Timed = TimedActionSettings;
     using Forced = ForcedActionConfig;
     constexpr std::size_t text = sizeof(std::u16string);
@@ -33,7 +33,7 @@ std::size_t SlotOf(Method method) {
     return (place - 1) / sizeof(void*);
 }
 
-TEST(BinaryInterface, HasTheSlotsOfTheContractInWhatPartnersImplement) {
+TEST(BinaryInterface, HasTheMethodOrderOfTheContractForPartners) {
     EXPECT_THAT((std::array{SlotOf(&IActionListener::OnActionTriggered), SlotOf(&IACModifyCallback::OnTriggered),
                             SlotOf(&IACModifySubscription::Start), SlotOf(&IACNodeModifyEnum::GetNodeEnumerator),
                             SlotOf(&IACConfigService::AddSubscription), SlotOf(&IACConfigService::RemoveSubscription),
@@ -46,7 +46,7 @@ std::span<const Item> ItemsAt(const std::string& file, std::uint64_t offset, std
     return {reinterpret_cast<const Item*>(file.data() + offset), count};
 }
 
-TEST(BinaryInterface, ExportsNothingButTheOneFunction) {
+TEST(BinaryInterface, ExportsOnlyOneFunction) {
     const std::string file = ReadFile(ORV_MODULE_PATH);
     const Elf64_Ehdr& head = ItemsAt<Elf64_Ehdr>(file, 0, 1)[0];
     const auto sections = ItemsAt<Elf64_Shdr>(file, head.e_shoff, head.e_shnum);
@@ -106,7 +106,7 @@ ComponentPtr<IAction> TakeAction(const LoadedModule& module) {
     return action;
 }
 
-TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
+TEST_F(SlotTest, FindsEachMethodAtItsPlaceInTheTable) {
     LoadedModule module;
     const auto action = TakeAction(module);
     GUID type{};

@@ -66,7 +66,7 @@ private:
     static WideString LeafName(std::size_t point) { return WideString(point + 1, u'x'); }
 };
 
-TEST_F(ForcedCommandTest, CallsTheListenersOfThePointWithTheLastCommandThatTheyHaveNotHeard) {
+TEST_F(ForcedCommandTest, CallsTheListenersOfThePointForTheLastUnservedCommand) {
     const Client& late = AddClient(0);
     const Listener& prompt = AddStarted(1);
     for (const WideChar* const command : {u"Start", u"Stop", u"Start", u"Stop", u"Stop"}) Write(0, command);
@@ -170,7 +170,7 @@ protected:
     std::atomic<std::size_t> writersLeft_{0};
 };
 
-TEST_F(CommandStorm, LeavesEveryListenerWithItsPointsLastCommandAndNothingBehind) {
+TEST_F(CommandStorm, DeliversTheLastCommandOfEachPointAndLeaksNothing) {
     Round();
     for (Client& client : clients_) {
         EXPECT_EQ(client.subscription->Unsubscribe(), S_OK);
@@ -196,7 +196,7 @@ struct Holdings {
 };
 
 // Two seconds, or as many as ORV_STORM_SECONDS says.
-TEST_F(CommandStorm, EndsEachRoundWithTheMemoryDescriptorsAndObjectsOfTheOneBefore) {
+TEST_F(CommandStorm, KeepsMemoryDescriptorsAndObjectsConstant) {
     const char* const seconds = getenv("ORV_STORM_SECONDS");
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{seconds != nullptr ? atoi(seconds) : 2};
     constexpr std::size_t warmUp = 3, fewest = 8;
@@ -221,7 +221,7 @@ TEST_F(CommandStorm, EndsEachRoundWithTheMemoryDescriptorsAndObjectsOfTheOneBefo
         << first.memory << " pages became " << last.memory;
 }
 
-TEST_F(CommandStorm, EndsWithTheManagerThoughCommandsGoOn) {
+TEST_F(CommandStorm, EndsWithTheManagerWhileCommandsArrive) {
     const std::jthread writer([this] { WriteCommands(0); });
     EXPECT_TRUE(clients_[0].listener.AwaitCalls(1));
     for (Client& client : clients_) client.subscription.Reset();

@@ -58,7 +58,7 @@ TEST_F(ModuleTest, HasTheIdsOfTheContract) {
     for (const auto& [text, id] : rows) EXPECT_EQ(id, Id(text)) << text;
 }
 
-TEST_F(ModuleTest, HasAnObjectThatIsNotCounted) {
+TEST_F(ModuleTest, HasAnObjectWithoutAReferenceCount) {
     const LoadedModule module;
     void* result = nullptr;
     EXPECT_EQ(module->QueryInterface(&IComponentsModule::Id, &result), S_OK);
@@ -75,7 +75,7 @@ TEST_F(ModuleTest, HasAnObjectThatIsNotCounted) {
     EXPECT_EQ(result, before);
 }
 
-TEST_F(ModuleTest, EndsAnObjectWithTheLastReleaseOnWhicheverInterface) {
+TEST_F(ModuleTest, DeletesAnObjectAtItsLastReleaseOnAnyInterface) {
     LoadedModule module;
     for (const auto& [classId, interfaces] : CreatableClasses) {
         for (const GUID& last : interfaces) {
@@ -96,7 +96,7 @@ TEST_F(ModuleTest, EndsAnObjectWithTheLastReleaseOnWhicheverInterface) {
     }
 }
 
-TEST_F(ModuleTest, RefusesWhatItCannotCreateAndEndsWhatItBuiltForIt) {
+TEST_F(ModuleTest, RejectsWhatItCannotCreateAndLeavesNoObject) {
     LoadedModule module("DBG");
     const GUID noClass = Id("00000000-0000-0000-0000-000000000001");
     void* const untouched = &module;
@@ -114,7 +114,7 @@ TEST_F(ModuleTest, RefusesWhatItCannotCreateAndEndsWhatItBuiltForIt) {
               3u);
 }
 
-TEST_F(ModuleTest, LeavesMemoryAtEachOfManyUnloads) {
+TEST_F(ModuleTest, IsUnmappedAtEachOfManyUnloads) {
     for (int loads = Sanitized ? 50 : 1000; loads > 0 && !HasFailure(); --loads) {
         LoadedModule module;
         Listener listener;

@@ -125,7 +125,7 @@ protected:
 };
 
 // In the first cycle the action is due and its listener unsubscribes; the second drops what is dead.
-TEST_F(LogScenario, OfARegularActionHasEveryMessageInItsPlace) {
+TEST_F(LogScenario, OfARegularActionHasEveryMessageInOrder) {
     LoadedModule module("DBG3");
     UnsubscribeWhenCalled("ACTION");
     auto manager = module.Create();
@@ -141,7 +141,7 @@ TEST_F(LogScenario, OfARegularActionHasEveryMessageInItsPlace) {
 }
 
 // One command is served, one refused; the secret that both carry is hidden.
-TEST_F(LogScenario, OfAForcedActionHasEveryMessageInItsPlaceAndNoSecret) {
+TEST_F(LogScenario, OfAForcedActionHasEveryMessageInOrderAndNoSecret) {
     const ScopedVariable hidden("GS_Logger_HiddenNodeTypeAttrs", "*:Secret");
     const auto server = ConfigServer::CreateConfigServer();
     ASSERT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, server.Get()), S_OK);

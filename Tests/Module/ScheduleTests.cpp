@@ -16,7 +16,7 @@ std::ptrdiff_t Threads() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-TEST_F(ScheduleTest, EndsItsThreadAndItsCallsWithTheLastReleaseOfTheManager) {
+TEST_F(ScheduleTest, EndsItsThreadAndCallsAtTheLastReleaseOfTheManager) {
     LoadedModule module;
     std::thread([] {}).join();  // with the first thread, the libraries of some builds start one of their own
     const std::ptrdiff_t threads = Threads();
@@ -36,7 +36,7 @@ TEST_F(ScheduleTest, EndsItsThreadAndItsCallsWithTheLastReleaseOfTheManager) {
     EXPECT_TRUE(listener.AwaitDetached());
 }
 
-TEST_F(ScheduleTest, ReportsAFailureWithItsCodeItsWordsAndTheAddressesOnItsWay) {
+TEST_F(ScheduleTest, ReportsAFailureWithItsCodeTextAndAddresses) {
     LoadedModule module;
     const auto manager = module.Create();
     Listener listener;

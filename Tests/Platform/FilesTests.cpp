@@ -65,7 +65,7 @@ TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
 
-TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {
+TEST(Files, ReportWhyAWriteFailedAndHowMuchWasWritten) {
     EXPECT_EQ(Append(Open(u"/dev/full").get(), "x"), (std::pair{ERROR_DISK_FULL, DWORD{0}}));
 
     const TemporaryDirectory directory;

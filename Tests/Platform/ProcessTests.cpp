@@ -12,7 +12,7 @@
 
 using namespace Platform;
 
-TEST(Process, KnowsItsThreadsAlsoAfterAForkAndKeepsTheirErrorsApart) {
+TEST(Process, ReturnsItsIdsAfterAForkAndKeepsALastErrorPerThread) {
     const auto isKnown = [] {
         return GetCurrentThreadId() == static_cast<DWORD>(gettid()) &&
                GetCurrentProcessId() == static_cast<DWORD>(getpid());
@@ -31,7 +31,7 @@ TEST(Process, KnowsItsThreadsAlsoAfterAForkAndKeepsTheirErrorsApart) {
     EXPECT_TRUE(isKnown());
 }
 
-TEST(DebugOutput, WritesEachTextAtOnceAndSurvivesItsReader) {
+TEST(DebugOutput, WritesEachTextInOneCallAndSurvivesAClosedReader) {
     int ends[2];
     ASSERT_EQ(pipe2(ends, O_DIRECT), 0);  // in this mode each read gives one write
     const int standardError = dup(STDERR_FILENO);

@@ -59,7 +59,7 @@ TEST_F(Registry, ReadsEveryKindOfValueInTheOrderOfTheFile) {
     EXPECT_EQ(ValuesOf(u"K"), Texts{"t:1=ac200000"});
 }
 
-TEST_F(Registry, SkipsWhatIsMalformedOrDeletedAndJoinsSectionsOfOneKey) {
+TEST_F(Registry, SkipsMalformedAndDeletedValuesAndMergesSectionsOfOneKey) {
     Write(
         "[HKEY_LOCAL_MACHINE\\S\\K]\n;\"a\"=\"comment\\\n\"a\"=\"1\"\n\"b\"=\"open\n\"c\"=dword:xyz\n\"d\"=hex:100\n"
         "\"e\"=hex(:01\n\"f\"=\"x\"y\n\"g\"=\"C:\\n\"\n\"h\"=-\nnonsense\n\"z\"=dword:2\n[-HKEY_LOCAL_MACHINE\\S\\K]\n"

@@ -19,7 +19,7 @@ std::optional<WideString> ToWide(std::string_view text, DWORD flags = 0) {
     return result;
 }
 
-TEST(TextConversion, ReplacesMalformedBytesAndRefusesThemWhenToldTo) {
+TEST(TextConversion, ReplacesMalformedBytesOrRejectsThemOnRequest) {
     const struct {
         std::string_view bytes;
         WideString text;

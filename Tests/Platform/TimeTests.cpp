@@ -66,7 +66,7 @@ void Platform::GetSystemTimeAsFileTime(FILETIME* time) noexcept {
     presentTime ? void(*time = FromUnix(*presentTime)) : GetSystemTimePreciseAsFileTime(time);
 }
 
-TEST(Calendar, AgreesWithTheStandardLibraryThroughItsWholeRange) {
+TEST(Calendar, AgreesWithTheStandardLibraryOverItsWholeRange) {
     constexpr sys_days First = 1601y / January / 1;
     constexpr sys_days Last = year{30827} / December / 31;
     constexpr days Stride{13};
@@ -85,7 +85,7 @@ TEST(Calendar, AgreesWithTheStandardLibraryThroughItsWholeRange) {
     }
 }
 
-TEST(LocalTime, FollowsTheZoneThroughItsChangesAndAnotherZoneAtOnce) {
+TEST(LocalTime, FollowsDaylightSavingAndAChangeOfZone) {
     for (const auto& day : {2024y / March / 31, 2024y / October / 27, 2024y / April / 6, 2024y / October / 5,
                             2024y / March / 10, 1965y / July / 1}) {
         for (std::int64_t second = 0; second < SecondsPerDay; second += 449) {
@@ -99,7 +99,7 @@ TEST(LocalTime, FollowsTheZoneThroughItsChangesAndAnotherZoneAtOnce) {
     }
 }
 
-TEST(TimeZone, TellsTheBiasInForceAndWhy) {
+TEST(TimeZone, ReturnsTheCurrentBiasAndItsKind) {
     struct Case {
         const char* name;
         std::int64_t now;

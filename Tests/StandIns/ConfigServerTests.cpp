@@ -131,7 +131,7 @@ protected:
 };
 
 // All write one node: a report that shows another's value was not made together with its write.
-TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderWhoeverWritesAndListens) {
+TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderToEveryListener) {
     constexpr int Writers = 4;
     constexpr int Writes = 300;
     Listener first;
@@ -159,7 +159,7 @@ TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderWhoeverWritesAndListens) 
     EXPECT_EQ(first.References(), 0u);
 }
 
-TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
+TEST_F(ConfigServerTest, FiltersReportsByPathDepthAndKindOfChange) {
     constexpr auto added = static_cast<std::int32_t>(NodeAdded), written = static_cast<std::int32_t>(AttributesWritten);
     // The watch's path, whether it leaves that node out, its depth and changes; the path written, and whether it is
     // told.
@@ -198,7 +198,7 @@ TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
 
 // The callback stays until the end of its subscription has begun, and then gives whoever ends it every chance to be
 // back too early.
-TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFinal) {
+TEST_F(ConfigServerTest, WaitsForTheRunningCallbackWhenASubscriptionEnds) {
     for (const bool byRelease : {false, true}) {
         std::latch entered{1};
         std::atomic<bool> callerIsBack{false}, left{false};

@@ -60,7 +60,7 @@ TEST_F(NodeFabric, HoldsAndDumpsAChainThatIsDeeperThanTheCallStack) {
     EXPECT_EQ(FullPath(clone).size(), 2 * Depth);
 }
 
-TEST_F(NodeFabric, ReadersAndWritersOfOneTreeLeaveItWhole) {
+TEST_F(NodeFabric, StaysConsistentUnderConcurrentReadersAndWriters) {
     const NodePtr root = NewNode(u"Root");
     for (const char16_t* name : Names) AddChild(AddChild(root, name), u"Leaf");
     constexpr std::size_t Rounds = 2000;

@@ -122,7 +122,7 @@ void ExpectToldBeforehand(const Case& row, const std::vector<TimePoint>& calls) 
     EXPECT_GT(*run, row.registered + row.polling * row.cycles);
 }
 
-TEST_F(Years, BringTheCallsOfAnIndependentReferenceAndOfThePreview) {
+TEST_F(Years, MatchAnIndependentReferenceAndThePreview) {
     const auto cases = Cases();
     EXPECT_GE(cases.size(), 150u);
     for (const Case& row : cases) {
