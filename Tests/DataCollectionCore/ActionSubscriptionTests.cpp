@@ -8,7 +8,7 @@ namespace {
 
 using ActionPtr = ComponentPtr<IActionControl>;
 
-// An action that can't be shown to a listener.
+// An action that cannot be passed to a listener, since it has no IAction.
 class HiddenAction : public ActionImpl {
 public:
     using Queryable = InterfaceList<IActionControl>;
@@ -22,7 +22,7 @@ ActionPtr MarkedAction(const WideString& name) {
     return action;
 }
 
-// What a question answers.
+// Returns the answer of a query such as IsAlive.
 template <class Object>
 bool Ask(const ComponentPtr<Object>& object, HRESULT (Object::*question)(bool*)) {
     bool answer = false;
@@ -36,7 +36,7 @@ bool IsDisposed(const ActionPtr& action) {
     return Ask(action, &IActionControl::IsDisposed);
 }
 
-// A subscription with the way there as letters: L gives it its listener, S starts, U unsubscribes, T is a cycle.
+// A subscription and the steps that led to its state: L sets the listener, S starts, U unsubscribes, T runs a cycle.
 struct Subscription {
     explicit Subscription(const std::vector<ActionPtr>& actions, std::string_view steps = "") {
         for (const auto& action : actions) EXPECT_EQ(control->SetAction(action.Get()), S_OK);
@@ -163,7 +163,7 @@ TEST_F(Subscriptions, StayConsistentWhenAListenerFailsOrUnsubscribes) {
         EXPECT_TRUE(aliveInside);
         subscription.view->Unsubscribe();
         subscription.Do('T');
-        EXPECT_FALSE(subscription.IsAlive()) << "the lock is free, and the cycle comes again";
+        EXPECT_FALSE(subscription.IsAlive()) << "the lock must be free for the next cycle";
     }
 }
 
@@ -176,7 +176,7 @@ TEST_F(Subscriptions, ReleaseTheListenerAtUnsubscribeButNotDuringItsCall) {
             EXPECT_EQ(ended, 0);
             return S_OK;
         };
-        // A listener's end may come back to its subscription, for which no lock may be held.
+        // The listener's destructor may call its subscription, so no lock may be held.
         subscription.listener->onEnd = [&] {
             ++ended;
             subscription.Do('U');

@@ -5,7 +5,7 @@
 
 namespace {
 
-// A notification. A null text and a mask of 0 leave their attribute out.
+// A notification. A null text or a mask of 0 means that the attribute is missing.
 struct Change {
     const WideChar* command = nullptr;
     std::int64_t mask = 1;
@@ -78,7 +78,7 @@ TEST_F(ForcedCommands, RegisterAWatchWithExactFilterAndParameters) {
                                "DBG *. Attached action '*'", "DBG * created. *", "DBG Started forced action " + watch,
                                "DBG *starting."}));
     }
-    EXPECT_EQ(service_.references, 1u) << "the service isn't kept";
+    EXPECT_EQ(service_.references, 1u) << "the service must not be kept";
 }
 
 TEST_F(ForcedCommands, TriggerTheActionOfTheLastValidCommand) {
@@ -133,7 +133,7 @@ TEST_F(ForcedCommands, AreDroppedForAnUnknownOrEndedWatch) {
     service_.Latest().onEnd = [&] {
         ++ends;
         EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}))
-            << "as long as a command waits, no other watch may get this one's address";
+            << "while a command waits, no other watch may get this one's address";
     };
     Cycle();
     EXPECT_EQ(ends, 1);
@@ -154,11 +154,11 @@ TEST_F(ForcedCommands, RemoveEndedPairsEvenIfTheServiceFails) {
         const std::uint32_t before = LivingObjects();
         CapturedLog log("WARN");
         Cycle();
-        EXPECT_EQ(LivingObjects(), before - 4) << "of each pair the two actions";
+        EXPECT_EQ(LivingObjects(), before - 4) << "the two actions of each pair";
         const std::string refused = pair + "0x80004004 *", missing = pair + "0x80070490 *";
         EXPECT_TRUE(log.Wrote(there ? Texts{call, refused, call, refused} : Texts{missing, missing}));
         Cycle();
-        EXPECT_TRUE(log.Wrote({})) << "the removal isn't tried again";
+        EXPECT_TRUE(log.Wrote({})) << "the removal must not be repeated";
     }
 }
 

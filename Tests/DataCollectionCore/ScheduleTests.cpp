@@ -73,7 +73,7 @@ TEST_F(Schedules, ComputeTheirFirstRun) {
         TimedActionSettings settings;
         Zone zone;
         TimePoint creation, firstRun;
-        Texts lines;  // between those that each creation has
+        Texts lines;  // besides those that every creation logs
     } table[] = {
         {{99999, true, 3600, Repeat, 0}, east, Day + 5h + Tick, Day + 6h + Tick, {}},
         {{0, false, 0, Repeat, 1500}, utc, Day - 1ms, Day + 1499ms, {}},
@@ -129,7 +129,7 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
     struct Step {
         Ticks sinceCreation;
         bool due;
-        bool run = false;  // then notes the moment as the last run
+        bool run = false;  // then records the moment as the last run
     };
     const struct {
         std::uint32_t interval;  // in ms
@@ -141,7 +141,7 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
         {3600000, {{10h + 5s, true, true}, {10h + 6s, false}, {11h - Tick, false}, {11h, true}}},
         {1500, {{1500ms - Tick, false}, {1501ms, true, true}, {2999ms, false}, {3s, true}}},
         {4294967295, {{4294967294ms, false}, {4294967296ms, true, true}, {8589934589ms, false}, {8589934590ms, true}}},
-        // A run to the tick leaves its interval open.
+        // A run at the very first tick of an interval does not use it up.
         {3600000, {{1h, true, true}, {1h + 1s, true, true}, {1h + 2s, false}}},
         // The clock goes back.
         {3600000, {{5h + 1s, true, true}, {3h, false}, {30min, false}, {5h, false}, {6h, true}}},
@@ -152,7 +152,7 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
         for (const Step& step : row.steps) {
             const TimePoint moment = Day + step.sinceCreation;
             EXPECT_EQ(action.ShouldBeTriggered(moment), step.due) << Formatted(moment);
-            EXPECT_EQ(action.ShouldBeTriggered(moment), step.due) << "asking changes nothing";
+            EXPECT_EQ(action.ShouldBeTriggered(moment), step.due) << "the check must not change the state";
             if (step.run) action.SetTriggeredTime(moment);
         }
     }

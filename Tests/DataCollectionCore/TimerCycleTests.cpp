@@ -28,7 +28,7 @@ TEST_F(TimerCycle, DeliversRunsDueBeforeStartAsOneCall) {
 TEST_F(TimerCycle, ServesTheOthersWhenAListenerFails) {
     const struct {
         std::function<HRESULT(IActionSubscription&)> call;
-        std::string code;  // empty: the call isn't repeated
+        std::string code;  // empty if the call is not repeated
     } table[] = {
         {[](auto&) -> HRESULT { throw std::runtime_error("listener"); }, "0x8000FFFF"},
         {[](auto&) -> HRESULT { throw std::bad_alloc(); }, "0x8007000E"},
@@ -98,7 +98,7 @@ TEST_F(TimerCycle, AllowsAListenerToSubscribeAndUnsubscribe) {
     for (int cycle = 0; cycle < 2; ++cycle) {
         Cycle();
         EXPECT_EQ(outer->TakeCalls(), cycle == 0 ? Once : Texts{});
-        EXPECT_EQ(listener_->TakeCalls(), Once) << "from the one before, then from the one that was added";
+        EXPECT_EQ(listener_->TakeCalls(), Once) << "from the first subscription, then from the added one";
     }
 }
 

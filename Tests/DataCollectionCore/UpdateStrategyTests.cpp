@@ -5,10 +5,10 @@
 
 namespace {
 
-using Value = std::pair<std::uint16_t, std::int32_t>;  // with its type
+using Value = std::pair<std::uint16_t, std::int32_t>;  // type and value
 using Attributes = std::vector<std::pair<WideString, Value>>;
 
-// A plain tree, from which the nodes of the store are built.
+// A plain tree from which nodes of the store are built.
 struct Tree {
     WideString name;
     Attributes attributes;
@@ -77,7 +77,7 @@ TEST_F(UpdateStrategies, CompareTheWholeSubtreesOfItems) {
     const auto item = [](const Attributes& attributes, const std::vector<Tree>& children) {
         return Tree{u"item", {}, {{u"child", attributes, children}}};
     };
-    // Two items, and whether they are the same.
+    // Two items, and whether they are equal.
     const std::tuple<Tree, Tree, bool> table[] = {
         {item({{u"x", one}, {u"y", two}}, {deep, leaf}), item({{u"y", two}, {u"x", one}}, {deep, leaf}), true},
         {item({{u"x", one}}, {}), item({{u"x", two}}, {}), false},
@@ -89,7 +89,7 @@ TEST_F(UpdateStrategies, CompareTheWholeSubtreesOfItems) {
         {item({}, {leaf}), item({}, {deep}), false},
         {item({}, {leaf, deep}), item({}, {deep, leaf}), false},
         {item({}, {{u"deep", {}, {leaf}}}), item({}, {{u"deep", {}, {twin}}}), false},
-        // Of children that share a name only the first is ever found.
+        // Of children that share a name, only the first is found.
         {item({}, {leaf, leaf}), item({}, {leaf, leaf}), false},
     };
     for (const auto& [a, b, same] : table) {

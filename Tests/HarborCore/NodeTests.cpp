@@ -72,7 +72,7 @@ TEST_F(Node, DistinguishesAMissingAttributeFromAFailure) {
 TEST_F(Node, FindsANodeByItsPath) {
     const ACNode root = NewNode(u"Root"), a = AddChild(root, u"A"), ab = AddChild(root, u"Ab"), b = AddChild(a, u"B"),
                  c = AddChild(b, u"C"), none;
-    // From where, the path, and what is found without flags and with NotAboveThisNode.
+    // The start, the path, and the result without flags and with NotAboveThisNode.
     const std::tuple<ACNode, const WideChar*, ACNode, ACNode> rows[] = {{a, u"", a, a},
                                                                         {a, u"B\\C", c, c},
                                                                         {a, u"B\\missing\\C", none, none},
@@ -94,8 +94,8 @@ TEST_F(Node, FindsANodeByItsPath) {
     EXPECT_EQ(CodeThrownBy([&] { return a.FindByPath(static_cast<const WideChar*>(nullptr), 0); }), E_POINTER);
 }
 
-// A root of type "Server" with accounts below it that their paths don't tell apart, and one below these; a secret in
-// three attributes of each.
+// A root of type "Server", accounts below it that have the same path, and one below these. Three attributes of each
+// contain a secret.
 struct Tree {
     Tree() {
         for (ACNode* const node : {&root, &first, &second, &nameless, &inner}) {
@@ -117,7 +117,7 @@ std::size_t Count(std::string_view text, std::string_view part) {
 TEST_F(Node, IsDumpedWithHiddenAttributesMasked) {
     const Tree tree;
     const std::string heading = ToUtf8(FormatWide(u"ACNode[0x%p]:\r\n", static_cast<const void*>(tree.root.Handle())));
-    // The rules, and what they mask of all 15 attributes and of the root's 3.
+    // The rules, and how many they mask of all 15 attributes and of the root's 3.
     const std::tuple<const WideChar*, std::size_t, std::size_t> rows[] = {
         {u"", 0, 0},
         {u"Account:Password", 4, 0},
@@ -134,10 +134,10 @@ TEST_F(Node, IsDumpedWithHiddenAttributesMasked) {
             const std::string text = ToUtf8(DumpNode(view));
             EXPECT_EQ(Count(text, "\"********\""), expected);
             EXPECT_EQ(Count(text, "5ecret"), (deep ? 15 : 3) - expected);
-            EXPECT_EQ(text.starts_with(heading), expected == 0) << "only what is masked is cloned";
+            EXPECT_EQ(text.starts_with(heading), expected == 0) << "only a masked node may be cloned";
             EXPECT_EQ(Count(text, "nr>"), 0u);
         }
-        EXPECT_EQ(tree.inner.GetText(u"Password"), u"5ecret") << "the original is untouched";
+        EXPECT_EQ(tree.inner.GetText(u"Password"), u"5ecret") << "the original must not change";
     }
     for (const auto* const bad : {u"Account", u"Account:", u":Password", u"A:b:c", u"A:b; ", u"A:b;c"}) {
         EXPECT_EQ(CodeThrownBy([&] { return HiddenNodeAttrs::ParseRules(bad); }), E_INVALIDARG) << ToUtf8(bad);

@@ -37,7 +37,7 @@ TEST_F(Settings, ComeFromTheFirstSourceThatHasThem) {
     SetKey(std::nullopt);
     for (const auto& file : files) {
         EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), Stage::Wide(file));
-        Stage::WriteText(file, "[Test]\nKey=\n");  // an empty key is none
+        Stage::WriteText(file, "[Test]\nKey=\n");  // an empty key counts as missing
     }
     EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), u"default");
     const ScopedVariable missing("GLOBAL_SETTINGS_INI", "/nowhere/missing.ini");
@@ -55,7 +55,7 @@ TEST_F(Settings, ThatCannotBeReadAreNotTreatedAsMissing) {
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
     std::filesystem::remove(Stage::ProcessDirectory() / "GlobalSettings.ini");
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-    EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is empty";
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is an empty file";
 }
 
 TEST_F(Settings, AreReadInFullAtAnyLength) {
@@ -101,21 +101,21 @@ TEST_F(Settings, AreNotSearchedFurtherAfterAnAbort) {
         EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
         source.code = E_ABORT;
     }
-    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the source is gone";
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the source has been removed";
 }
 
 TEST_F(Settings, OfASectionAreCachedUntilClearedOrExpired) {
     SettingsSection section(u"Test", 100);
-    Stage::Ticks = 0xFFFFFFF0;  // the clock wraps within the interval
+    Stage::Ticks = 0xFFFFFFF0;  // the clock overflows within the interval
     WideString text;
     std::uint32_t number = 0;
     EXPECT_FALSE(section.GetString(u"Key", text, true));
     SetKey("1");
-    EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "texts and numbers share what is missing";
+    EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "a missing text is also a missing number";
     EXPECT_TRUE(section.GetNumber(u"Key", number, false));
-    EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "an uncached read is not remembered";
+    EXPECT_FALSE(section.GetNumber(u"Key", number, true)) << "an uncached read must not be cached";
     section.Clear();
-    // What is read, what the setting then becomes, and how long after that it is read again.
+    // The value read, the new value of the setting, and the time until the next read.
     for (const auto& [expected, next, pause] : {std::tuple(1u, "3", 100u), {1u, "4", 1u}, {4u, "5", 0u}}) {
         EXPECT_TRUE(section.GetString(u"Key", text, true) && section.GetNumber(u"Key", number, true));
         EXPECT_EQ(number, expected);
@@ -150,7 +150,7 @@ void Resolve(const char* path, const char* expected) {
 
 TEST(DataDirectory, ResolvesAPathBySettingsAndOverrides) {
     constexpr const char* nested = "\"Logs\"=\"D:\\\\Big\"\n\"/LOGS\\\\x/\"=\"F:\\\\Deep\\\\\"";
-    // The setting of the directory, the values of the registry key, the path, and where it lies. "/" is any separator.
+    // The directory setting, the values of the registry key, the path, and the resolved path. "/" is any separator.
     const std::tuple<Stage::Setting, std::string, const char*, const char*> rows[] = {
         {std::nullopt, "", "Logs/", "<module>/Logs/"},
         {"%ORV_BASE%", "", "%ORV_NAME%/x", "E:/Base/Logs/x"},

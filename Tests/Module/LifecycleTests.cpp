@@ -6,7 +6,7 @@
 
 namespace {
 
-// Ids as the contract writes them, not as the headers have them.
+// Ids as the contract states them, independent of the headers.
 GUID Id(const char* text) {
     GUID id{};
     auto& d = id.Data4;

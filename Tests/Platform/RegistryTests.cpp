@@ -18,7 +18,7 @@ class Registry : public ::testing::Test {
 protected:
     void Write(const std::string& body) const { WriteAll(file_, body); }
 
-    // Every value of the key as "name:type=bytes" in hexadecimal; one empty text if there is no such key.
+    // Returns every value of the key as "name:type=bytes" in hexadecimal, or one empty text if there is no such key.
     static Texts ValuesOf(const WideChar* path, HKEY root = HKEY_LOCAL_MACHINE) {
         HKEY key = nullptr;
         if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != 0) return {""};

@@ -21,7 +21,7 @@ constexpr std::int64_t SecondsPerDay = 86400;
 
 constexpr const char* Berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
 constexpr const char* LordHowe = "LHST-10:30LHDT-11,M10.1.0,M4.1.0";
-constexpr const char* Dublin = "IST-1GMT0,M10.5.0,M3.5.0/1";  // it is winter that is marked as daylight saving
+constexpr const char* Dublin = "IST-1GMT0,M10.5.0,M3.5.0/1";  // winter is marked as daylight saving time
 constexpr const char* NewYork = "EST5EDT,M3.2.0,M11.1.0";
 
 FILETIME FromTicks(std::int64_t ticks) {
@@ -61,7 +61,7 @@ std::optional<std::int64_t> presentTime;
 
 }  // namespace
 
-// Takes the place of the library's own.
+// Replaces the function of the library.
 void Platform::GetSystemTimeAsFileTime(FILETIME* time) noexcept {
     presentTime ? void(*time = FromUnix(*presentTime)) : GetSystemTimePreciseAsFileTime(time);
 }
@@ -93,7 +93,7 @@ TEST(LocalTime, FollowsDaylightSavingAndAChangeOfZone) {
                 const Zone scope{zone};
                 const std::int64_t time = UnixOf(day, second);
                 ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time;
-                ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time << " again";
+                ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time << ", second call";
             }
         }
     }

@@ -1,4 +1,4 @@
-// Handles for tests of the node store.
+// Node handles for tests, closed at the end of their scope.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ struct CloseNode {
 };
 using NodePtr = std::unique_ptr<AcnNodeOpaque, CloseNode>;
 
-// Runs a function that gives a handle in its last argument; null if it fails.
+// Calls a function that returns a handle in its last argument. Returns null if it fails.
 template <class... Parameters, class... Arguments>
 NodePtr Open(Harbor::HRESULT (*function)(Parameters...), Arguments... arguments) {
     AcnHandle out = nullptr;
