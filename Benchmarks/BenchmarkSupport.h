@@ -1,4 +1,4 @@
-// What the benchmark programs share: the time of one item, and a table of ratios behind the figures.
+// Shared by the benchmark programs: the time of one item, and a table of ratios after the figures.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -13,15 +13,15 @@
 
 namespace Benchmarks {
 
-// Shows the time of one of the `items` that every iteration handles. Ratios are those of this figure.
+// Reports the time of one of the `items` that every iteration handles. Ratios compare this figure.
 inline void ReportEach(benchmark::State& state, std::size_t items) {
     using benchmark::Counter;
     state.counters["each"] = Counter(static_cast<double>(items),
                                      Counter::kIsIterationInvariantRate | Counter::kAvgThreads | Counter::kInvert);
 }
 
-// A line of the table: the time of an item of `measured`, without those of `apart`, in relation to the time of an
-// item of `floor`. A goal of 0 means that the ratio is only shown.
+// A line of the table: the time of an item of `measured`, minus those of `apart`, divided by the time of an item of
+// `floor`. A goal of 0 means that the ratio has no goal.
 struct Comparison {
     std::string measured;
     std::string floor;
@@ -29,8 +29,8 @@ struct Comparison {
     std::vector<std::string> apart = {};
 };
 
-// The usual output, and at the end a line for each comparison whose parts have run. Of several repetitions the quickest
-// counts.
+// Prints the usual output, and at the end a line for each comparison whose parts have run. Of several repetitions the
+// fastest counts.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
     explicit RatioReporter(std::vector<Comparison> comparisons)
@@ -73,8 +73,8 @@ private:
     std::map<std::string, double> seconds_;
 };
 
-// The main of a program. Logging stands at WARN unless the environment says otherwise already. Freed memory stays with
-// the process, so that no figure hangs on what an earlier benchmark has left to the allocator.
+// The main function of a program. The log severity is WARN unless the environment sets another. Freed memory remains in
+// the process, so that no figure depends on the state in which an earlier benchmark left the allocator.
 inline int RunBenchmarks(int argc, char** argv, std::vector<Comparison> comparisons) {
     setenv("GS_Logger_MaxSeverity", "WARN", 0);
     mallopt(M_MMAP_MAX, 0);

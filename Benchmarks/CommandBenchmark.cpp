@@ -1,4 +1,4 @@
-// The road of a command: from the configuration service's callback through the queue to the mark on the action.
+// The path of a command: from the configuration service's callback through the queue to the mark on the action.
 #include "BenchmarkSupport.h"
 #include "LocalComponent.h"
 #include "ModuleBroker/Registration.h"
@@ -24,7 +24,7 @@ class Watch final : public Local<IACModifySubscription> {
     HRESULT Start() override { return S_OK; }
 };
 
-// Knows one watch.
+// A service with one watch.
 class Service final : public Local<IACConfigService> {
 public:
     explicit Service(Watch& watch) : watch_(watch) {}
@@ -65,7 +65,7 @@ ACNode MakeNotification() {
     return notification;
 }
 
-// One report, walked anew by each reader. Each poster has its own, as each report of a service has nodes of its own.
+// One report, read several times. Each poster has its own, since each report of a service has its own nodes.
 class Report final : public Local<IACNodeModifyEnum> {
 public:
     Report() { std::generate_n(std::back_inserter(notifications_), NodesOfReport, MakeNotification); }
@@ -96,8 +96,7 @@ private:
     Walk walk_{notifications_};
 };
 
-// What happens between two cycles of the worker: `posters` threads call `post`, each with its number. Then the cycle
-// drains.
+// One cycle: `posters` threads call `post`, each with its number, then `drain` runs.
 template <class Post, class Drain>
 void RunPosters(std::size_t posters, Post post, Drain drain) {
     {
@@ -110,7 +109,7 @@ void RunPosters(std::size_t posters, Post post, Drain drain) {
 template <class Post, class Drain>
 void MeasurePosters(benchmark::State& state, Post post, Drain drain) {
     const auto posters = static_cast<std::size_t>(state.range(0));
-    RunPosters(posters, post, drain);  // the memory of a long queue is there from then on
+    RunPosters(posters, post, drain);  // allocates the queue's memory in advance
     for (auto _ : state) RunPosters(posters, post, drain);
     const std::size_t records = posters * RecordsOfPoster;
     state.SetItemsProcessed(static_cast<std::int64_t>(records) * state.iterations());
@@ -142,7 +141,7 @@ void FromCallbackToMark(benchmark::State& state) {
 }
 BENCHMARK(FromCallbackToMark)->Arg(1)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-// The parts of that road: reading a report, the clone, and the queue.
+// The parts of that path: reading a report, the clone, and the queue.
 void ReadReport(benchmark::State& state) {
     Report report;
     for (auto _ : state) {

@@ -1,4 +1,4 @@
-// Objects by class id, and what successes and failures cost.
+// The creation of objects by class id, and the cost of successes and failures.
 #include <stdexcept>
 
 #include "BenchmarkSupport.h"
@@ -35,7 +35,7 @@ void CreateInstanceAndRelease(benchmark::State& state) {
 }
 BENCHMARK(CreateInstanceAndRelease);
 
-// As big as the smallest component.
+// Has the size of the smallest component.
 class CountedObject {
 public:
     static CountedObject* Create() { return std::make_unique<CountedObject>().release(); }
@@ -68,7 +68,7 @@ BENCHMARK(MapLookupAndHeapObject);
 HRESULT Succeed() {
     return S_OK;
 }
-// Through a pointer that the compiler can't follow.
+// Called through a pointer that the compiler cannot resolve.
 HRESULT (*volatile succeed)() = &Succeed;
 
 void HResOfSuccess(benchmark::State& state) {
@@ -90,8 +90,8 @@ void BareTestOfSuccess(benchmark::State& state) {
 }
 BENCHMARK(BareTestOfSuccess);
 
-// What a method does that fails, and what its caller does: throw, line in the log, words into the thread's error
-// object, and the words taken out again. No logger is registered, so the line is formatted and goes nowhere.
+// A failing method and its caller: the throw, the log line, the text set in the thread's error object and taken by the
+// caller. No logger is registered, so the line is formatted and discarded.
 HRESULT FailAtEdge() {
     return MethodEdge(TRACED_METHOD(Dbg, "Benchmarks::FailAtEdge"), []() -> HRESULT { ThrowError(E_FAIL); });
 }

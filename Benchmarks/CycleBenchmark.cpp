@@ -1,5 +1,5 @@
-// One cycle of the manager, called without a worker and by a clock of its own: with nothing due, with everything due,
-// and what a registration costs in time and memory.
+// One cycle of the manager, called without a worker and with the benchmark's own clock, with nothing due and with
+// everything due, and the cost of a registration in time and memory.
 #include <malloc.h>
 
 #include "BenchmarkSupport.h"
@@ -29,7 +29,7 @@ public:
     }
 };
 
-// A manager with regular actions, each with a started subscription and a listener of its own.
+// A manager with regular actions, each with its own started subscription and listener.
 class Registrations {
 public:
     explicit Registrations(std::size_t count) : listeners_(count), subscriptions_(count) {
@@ -59,7 +59,7 @@ public:
 
     void Cycle() { manager_->OnTimerEvent(now_); }
     void MakeAllDue() { now_ += Interval; }
-    // A subscription detaches in one cycle and leaves the registry in the next.
+    // A subscription detaches in one cycle and is removed from the registry in the next.
     void LetDetachedGo() {
         Cycle();
         Cycle();
@@ -74,7 +74,7 @@ private:
     TimePoint now_;
 };
 
-// Kept from one run to the next, since a million registrations take a while.
+// Kept between runs, since a million registrations take a while.
 std::unique_ptr<Registrations> standing;
 
 Registrations& Standing(benchmark::State& state) {
@@ -87,8 +87,8 @@ Registrations& Standing(benchmark::State& state) {
     return *standing;
 }
 
-// A look at the log's settings, which falls into one cycle of many, allocates and is not the cycle's: of three cycles
-// the one with the fewest counts.
+// The fewest allocations of three cycles: now and then a cycle also reads the log's settings, which allocates and is
+// not the cycle's own work.
 std::uint64_t AllocationsOfCycle(Registrations& registrations) {
     std::uint64_t fewest = ~std::uint64_t{0};
     for (int i = 0; i < 3; ++i) {
@@ -99,7 +99,7 @@ std::uint64_t AllocationsOfCycle(Registrations& registrations) {
     return fewest;
 }
 
-// All have run once, so that the place of the moment within its interval is worked out for each.
+// All have run once, so that each check computes the current interval.
 void CycleNothingDue(benchmark::State& state) {
     Registrations& registrations = Standing(state);
     registrations.MakeAllDue();
@@ -137,7 +137,7 @@ void CycleAllDue(benchmark::State& state) {
 }
 BENCHMARK(CycleAllDue)->Arg(100'000)->Arg(1'000'000)->Unit(benchmark::kMillisecond);
 
-// Each registration and its end, with others standing. The cycles that clear away what has ended are left out.
+// Registering and unsubscribing, while other registrations exist. The cycles that remove what has ended are not timed.
 void RegisterAndUnsubscribeOne(benchmark::State& state) {
     constexpr int mostDetached = 1000;
     Registrations& registrations = Standing(state);
@@ -170,7 +170,7 @@ void RegisterAndUnsubscribeAll(benchmark::State& state) {
 }
 BENCHMARK(RegisterAndUnsubscribeAll)->Arg(1'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
-// The heap's bytes in use, its own overhead among them. The listener is the client's and does not count.
+// The bytes of the heap in use, with its own overhead. The listener belongs to the client and is not counted.
 std::size_t HeapInUse() {
     const struct mallinfo2 heap = mallinfo2();
     return heap.uordblks + heap.hblkhd;
@@ -205,7 +205,7 @@ int main(int argc, char** argv) {
         comparisons.push_back({"CycleAllDue" + count, "LibeventAllDue" + count});
     }
     const int code = Benchmarks::RunBenchmarks(argc, argv, std::move(comparisons));
-    // The log that its objects write to ends before the program's own variables.
+    // Its objects log, and the log is destroyed before the program's own variables.
     standing.reset();
     return code;
 }

@@ -1,4 +1,4 @@
-// A component on the stack: it counts its references, and whoever made it ends it.
+// A component on the stack. It counts references but does not delete itself.
 #pragma once
 
 #include <atomic>
@@ -12,7 +12,7 @@ class Local : public Interface {
 public:
     std::uint32_t AddRef() override { return ++references_; }
     std::uint32_t Release() override { return --references_; }
-    // There is but one interface, and whoever asks knows which.
+    // There is only one interface, which every caller knows.
     Harbor::HRESULT QueryInterface(const Harbor::GUID*, void** result) override {
         AddRef();
         *result = static_cast<Interface*>(this);

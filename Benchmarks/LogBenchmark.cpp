@@ -1,4 +1,4 @@
-// Log statements and traces, enabled and not. INFO is on, DBG is off.
+// Log statements and traces, enabled and disabled. INFO is enabled, DBG is disabled.
 #include <fcntl.h>
 
 #include "BenchmarkSupport.h"
@@ -26,7 +26,7 @@ void WriteLine(const void* subscription) {
     LOG(Info, u"Subscription '" << subscription << u"' becomes triggered, call " << 42u);
 }
 
-// One line of the product, as it lies in the file.
+// One line of the product as it is in the file.
 std::string& SampleLine() {
     static std::string line;
     return line;
@@ -38,7 +38,7 @@ void DisabledStatement(benchmark::State& state) {
     for (auto _ : state) LOG(Dbg, u"Subscription '" << ++evaluated << u"' becomes triggered");
     const std::uint64_t allocations = Benchmarks::AllocationsOfThisThread() - before;
     if (evaluated != 0) state.SkipWithError("the operands were evaluated");
-    // Not 0 in a run of seconds: it has looked at the settings again.
+    // Not 0 in a run of seconds, since the log then reads its settings again.
     state.counters["allocs"] = static_cast<double>(allocations);
     ReportEach(state, 1);
 }

@@ -1,4 +1,4 @@
-// The files that the log benchmarks write, in a directory that goes with the program's end.
+// The files that the log benchmarks write, in a directory that is removed at the end of the program.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -32,14 +32,14 @@ inline std::string Contents(const std::filesystem::path& file) {
     return contents;
 }
 
-// Fails the benchmark unless that many lines stand in the file, and empties it. On one thread, behind the loop.
+// Fails the benchmark unless the file has that many lines, and empties it. Called on one thread, after the loop.
 inline void CheckLinesAndEmpty(benchmark::State& state, const std::filesystem::path& file, std::int64_t lines) {
     const std::string written = Contents(file);
     if (std::count(written.begin(), written.end(), '\n') != lines) state.SkipWithError("lines are missing");
     std::filesystem::resize_file(file, 0);
 }
 
-// The lines that all threads of a run have written, with so many in each iteration.
+// The number of lines that all threads of a run have written, with `linesOfIteration` in each iteration.
 inline std::int64_t LinesOfRun(const benchmark::State& state, std::int64_t linesOfIteration = 1) {
     return state.iterations() * state.threads() * linesOfIteration;
 }

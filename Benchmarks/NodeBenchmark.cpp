@@ -15,7 +15,7 @@ using Benchmarks::ItemName;
 using Benchmarks::MakeItemTree;
 using Benchmarks::ReportEach;
 
-// Gives the names in an order that jumps about, again and again.
+// Returns the names in a scattered order, repeatedly.
 class Names {
 public:
     explicit Names(std::size_t count) {
@@ -25,7 +25,7 @@ public:
     const std::vector<WideString>& All() const { return names_; }
 
 private:
-    static constexpr std::size_t stride_ = 7919;  // a prime: every name has its turn
+    static constexpr std::size_t stride_ = 7919;  // a prime, so that every name is returned
     std::vector<WideString> names_;
     std::size_t at_ = 0;
 };
@@ -53,13 +53,13 @@ std::string TextOf(const ACNode& node) {
     return NodesToText(&handle, 1, 0, AcnWholeTree);
 }
 
-// Runs `dump` on a tree of so many nodes. The rate is that of the store's text, in UTF-8.
+// Runs `dump` on a tree. The rate counts the bytes of the store's text, in UTF-8.
 template <class Dump>
 void MeasureDump(benchmark::State& state, Dump dump) {
     const auto count = static_cast<std::size_t>(state.range(0));
     const ACNode tree = MakeItemTree(u"Root", count);
     const auto bytes = static_cast<std::int64_t>(TextOf(tree).size());
-    benchmark::DoNotOptimize(dump(tree).size());  // its memory is there from then on
+    benchmark::DoNotOptimize(dump(tree).size());  // allocates the memory in advance
     for (auto _ : state) benchmark::DoNotOptimize(dump(tree).size());
     state.SetBytesProcessed(bytes * state.iterations());
     ReportEach(state, count);
@@ -70,7 +70,7 @@ void DumpToText(benchmark::State& state) {
 }
 BENCHMARK(DumpToText)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 
-// As a log statement inserts it, in 16-bit text.
+// The dump as a log statement inserts it, in 16-bit text.
 void DumpForLog(benchmark::State& state) {
     MeasureDump(state, [](const ACNode& tree) { return DumpNode(ACNodeLogView(tree, DumpDepth::WholeTree)); });
 }

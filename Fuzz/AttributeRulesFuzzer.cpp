@@ -1,5 +1,5 @@
-// The rules of hidden attributes: rules that are written out anew are read back as they were, and whatever they name is
-// hidden in what is printed, while the node stays as it is.
+// The rules of hidden attributes: rules that are written again are read back unchanged, and the attributes that they
+// name are hidden in the dump, while the node does not change.
 #include "Common/Base/HRes.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Fuzzing.h"
@@ -18,7 +18,7 @@ WideString Written(const HiddenNodeAttrs::Rules& rules) {
     return text;
 }
 
-// A node of each rule's type with the attributes that it hides, and one attribute that no rule can name.
+// A node of each rule's type with the attributes that the rule hides, and one attribute that no rule can name.
 void CheckMask(const HiddenNodeAttrs::Rules& rules) {
     const HiddenNodeAttrs hidden(rules);
     for (const auto& [type, names] : rules) {
@@ -30,7 +30,7 @@ void CheckMask(const HiddenNodeAttrs::Rules& rules) {
         }
         const ACNode masked = hidden.Mask(node, 0);
         REQUIRE(masked.GetText(u"a:b") == u"shown" && masked.GetAttributeNames() == node.GetAttributeNames());
-        if (type.find(u'\0') != type.npos) continue;  // ends there for the store
+        if (type.find(u'\0') != type.npos) continue;  // to the store the type ends there
         for (const WideString& name : names) {
             if (name.empty() || name.find(u'\0') != name.npos) continue;
             REQUIRE(node.GetText(name.c_str()) == u"secret" && masked.GetText(name.c_str()) == u"********");

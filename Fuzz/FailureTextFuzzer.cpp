@@ -1,5 +1,5 @@
-// The text of a failure: what is read and written is read back as it was, and a failure that travels in the thread's
-// error object keeps its code, whatever the words.
+// The text of a failure: a text that is parsed and written is parsed again as the same, and a failure that is passed in
+// the thread's error object keeps its code, whatever its text.
 #include "Common/Failures/ErrorRecord.h"
 #include "Fuzzing.h"
 
@@ -40,7 +40,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     if (record.details.empty()) {
         record.description = TrimEnd(record.description);
-        // Brackets of its own at its end can't be told from addresses.
+        // A text that ends in brackets cannot be distinguished from addresses.
         if (record.description.ends_with(u']')) return 0;
     }
     const ErrorRecord again = Read(record.Text());

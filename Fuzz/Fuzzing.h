@@ -1,4 +1,4 @@
-// What the fuzzers share: the check of a property, the input as text, and files that lie in memory.
+// Shared by the fuzzers: the check of a property, the input as text, and files in memory.
 #pragma once
 
 #include <sys/mman.h>
@@ -14,7 +14,7 @@
 #include "Common/Base/Text.h"
 #include "NodeFabric/Authoring.h"
 
-// Ends the process where a property doesn't hold; the fuzzer then keeps the input.
+// Ends the process if a property does not hold. The fuzzer then keeps the input.
 #define REQUIRE(condition)                                                                     \
     do {                                                                                       \
         if (!(condition)) {                                                                    \
@@ -31,7 +31,7 @@ inline std::string_view AsBytes(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-// Up to the end of the line, which goes too.
+// Takes the text up to the end of the line, and the line end.
 inline Harbor::WideString TakeLine(std::u16string_view& text) {
     const std::u16string_view line = text.substr(0, text.find(u'\n'));
     text.remove_prefix(std::min(line.size() + 1, text.size()));
@@ -53,7 +53,7 @@ inline std::string Utf16File(std::u16string_view text) {
     return bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
 }
 
-// A file that goes with its scope.
+// A file that is removed at the end of its scope.
 class MemoryFile {
 public:
     explicit MemoryFile(std::string_view bytes) : descriptor_(::memfd_create("input", MFD_CLOEXEC)) {

@@ -1,5 +1,5 @@
-// An INI file, behind two lines that hold the section and the key to ask for: a value depends neither on the encoding
-// of the file nor on the room, apart from its cut end, and a value in quotes is read as it was written.
+// An INI file, after two lines with the section and the key to read: a value depends neither on the encoding of the
+// file nor, apart from being cut, on the size of the buffer, and a value in quotes is read as it was written.
 #include "Fuzzing.h"
 #include "Platform/Environment.h"
 

@@ -1,5 +1,5 @@
-// The bytes of a log: however they are divided, the same lines, banners and complaints come out, each complaint with a
-// place within the input.
+// The bytes of a log: however they are divided, the parser reports the same lines, banners and errors, each error with
+// a position within the input.
 #include "Fuzzing.h"
 #include "Host/Log/LogParser.h"
 
@@ -40,7 +40,7 @@ std::string Read(std::string_view bytes, std::size_t pieceSize) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes = Fuzzing::AsBytes(data, size);
-    // As it stands, and widened: so that a mutation of one byte changes one character.
+    // Unchanged, and widened to 16 bits, so that a mutation of one byte changes one character.
     const std::u16string text = Harbor::FromUtf8(bytes);
     const std::string_view wide(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t));
     for (const std::string_view log : {bytes, wide}) {

@@ -1,5 +1,5 @@
 // A message module: its texts are the same in either encoding, and a text that is written as a line of a module is read
-// back as it was.
+// back unchanged.
 #include <optional>
 
 #include "Fuzzing.h"
@@ -14,7 +14,7 @@ namespace {
 constexpr DWORD Codes[] = {0, 1, 5, 0x80040201, 0xFFFFFFFF};
 constexpr DWORD Languages[] = {0, 0x0407, 0x0409};
 
-// What the module says for each code in each language, or nothing if it isn't one.
+// The module's text for each code in each language, or nothing if the file is not a module.
 std::optional<WideString> Texts(std::string_view bytes) {
     const MemoryFile file(bytes);
     const HMODULE module =

@@ -1,5 +1,5 @@
-// A file with a tree: it is read or refused with its place, and the dump of what was read is read back as the same
-// tree.
+// A file with a tree: it is read, or rejected with the position of the error, and the dump of a tree is read back as
+// the same tree.
 #include <optional>
 
 #include "Common/Nodes/NodeDump.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-// The dump without its heading, which names the handle.
+// The dump without its heading, which contains the handle.
 std::string Dump(const Harbor::ACNode& node) {
     const std::string dump = Harbor::ToUtf8(Harbor::DumpNode({node, Harbor::DumpDepth::WholeTree}));
     return dump.substr(dump.find('\n'));

@@ -1,5 +1,5 @@
-// Sequences of operations on nodes, beside a model that is plain data: both must show the same tree after each
-// operation, and no handle may be left at the end.
+// Sequences of operations on nodes and on a model of plain data. Both must have the same tree after each operation, and
+// no handle may be open at the end.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <array>
@@ -68,7 +68,7 @@ private:
 
     ModelNode* Make(ModelNode node) { return models_.emplace_back(std::make_unique<ModelNode>(std::move(node))).get(); }
 
-    // The code that an operation ends with.
+    // The code that an operation returns or throws.
     template <class Operation>
     static HRESULT CodeOf(Operation operation) {
         try {
@@ -97,7 +97,7 @@ private:
 
     void Move(Slot& to, Slot& from) {
         to.node = std::move(from.node);
-        // A node stays where it is if the other one is the same.
+        // Taking the same handle changes nothing.
         if (to.model != from.model) to.model = std::exchange(from.model, nullptr);
     }
 
@@ -177,7 +177,7 @@ private:
         Store(slot, name, value, CodeOf([&] { slot.node.SetInt64(name.c_str(), value); }));
     }
 
-    // Of lengths on both sides of a reader's first buffer.
+    // Texts shorter and longer than a reader's first buffer.
     void SetText(Slot& slot, Slot&) {
         const WideString name = Word();
         const WideString text(input_.ConsumeIntegralInRange<std::size_t>(0, 300), u'x');
@@ -196,7 +196,7 @@ private:
         }
     }
 
-    // From one node down a path of two elements.
+    // Follows a path of two elements from one node.
     void Search(Slot& from, Slot& to) {
         const WideString first = Word(), second = Word();
         ModelNode* model = from.model != nullptr ? from.model->Find(first) : nullptr;

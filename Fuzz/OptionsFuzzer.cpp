@@ -1,5 +1,5 @@
-// A command line, a word on each line up to an empty one, and behind that a configuration file: it is understood or
-// refused, and what is understood asks for something.
+// A command line with one argument on each line, then an empty line and a configuration file. It is accepted or
+// rejected, and an accepted one requests something.
 #include <vector>
 
 #include "Fuzzing.h"

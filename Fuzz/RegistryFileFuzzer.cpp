@@ -1,5 +1,5 @@
 // A registry file: the values of a key are the same in either encoding, names are unique, texts end in their
-// terminator, and values that are written out anew are read back as they were.
+// terminator, and values that are written again are read back unchanged.
 #include <set>
 #include <vector>
 
@@ -47,7 +47,7 @@ std::vector<Value> ReadKey(std::string_view bytes) {
         REQUIRE(code == 0);
         const WideString found = name.substr(0, length);
         REQUIRE(names.insert(found).second);
-        // The functions take names that end at their first 0 character.
+        // To the functions a name ends at its first 0 character.
         if (found.find(u'\0') == found.npos) values.push_back(ReadValue(key, found));
     }
     RegCloseKey(key);

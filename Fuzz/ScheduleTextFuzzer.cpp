@@ -1,4 +1,4 @@
-// Durations, schedules and command points: what is understood is written out anew and understood as the same.
+// Durations, schedules and command points: an accepted text is written again and accepted as the same.
 #include "Fuzzing.h"
 #include "Host/Run/CommandPoint.h"
 #include "Host/Schedules/LocalTime.h"

@@ -1,5 +1,5 @@
-// Two configurations that differ in a few places, or in none: the strategy says what a plain comparison of plain trees
-// says.
+// Two configurations that differ in a few places, or in none: the strategy must agree with a plain comparison of plain
+// trees.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <map>
@@ -16,7 +16,7 @@ namespace {
 
 struct Tree {
     WideString name;
-    std::vector<std::pair<WideString, std::pair<std::uint16_t, std::int32_t>>> attributes;  // with their types
+    std::vector<std::pair<WideString, std::pair<std::uint16_t, std::int32_t>>> attributes;  // type and value
     std::vector<Tree> children;
 
     ACNode Build() const {
@@ -62,7 +62,7 @@ public:
         for (std::size_t i = depth > 0 ? Below(4) : 0; i > 0; --i) tree.children.push_back(Make(depth - 1));
         return tree;
     }
-    // Makes one change, somewhere in the tree.
+    // Makes one change somewhere in the tree.
     void Change(Tree& tree) {
         auto& [name, attributes, children] = tree;
         if (!children.empty() && Below(3) != 0) return Change(children[Below(children.size())]);

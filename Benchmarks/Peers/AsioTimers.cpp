@@ -16,7 +16,7 @@ public:
         for (std::size_t i = 0; i < count; ++i) Arm(timers_.emplace_back(context_, firstRun));
     }
 
-    // A timer keeps to its first moment, so all stay due together, and one turn finds them all.
+    // Each timer is armed relative to the first moment, so all remain due together, and one turn fires them all.
     std::size_t RunRound() {
         fired_ = 0;
         context_.restart();

@@ -24,7 +24,7 @@ public:
             timers_.emplace_back(event_new(base_.get(), -1, EV_PERSIST, onTimer, &fired_));
             event_add(timers_.back().get(), &millisecond);
         }
-        // Events that fire in one turn are armed again for one moment: from here on they are due together.
+        // Events that fire in one turn are armed again for one moment: from now on they are due together.
         std::this_thread::sleep_for(std::chrono::milliseconds{50});
         RunRound();
     }

@@ -24,7 +24,7 @@ public:
     RepeatingTimers(const RepeatingTimers&) = delete;
     RepeatingTimers& operator=(const RepeatingTimers&) = delete;
 
-    // All were armed at one moment of the loop's clock, so one turn of the loop finds all or none due.
+    // All were armed at one moment of the loop's clock, so in one turn of the loop all or none are due.
     std::size_t RunRound() {
         fired_ = 0;
         while (fired_ == 0) uv_run(&loop_, UV_RUN_NOWAIT);

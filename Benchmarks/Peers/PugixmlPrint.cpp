@@ -1,4 +1,4 @@
-// The tree of a dump, printed by pugixml.
+// Prints the tree of a dump with pugixml.
 #include <pugixml.hpp>
 
 #include "BenchmarkSupport.h"

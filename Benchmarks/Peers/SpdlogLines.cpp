@@ -1,4 +1,4 @@
-// An equal line by spdlog, in the file when the statement returns. It writes 8-bit characters, half the bytes.
+// An equal line by spdlog, written to the file before the statement returns. It has 8-bit characters, half the bytes.
 #define SPDLOG_ACTIVE_LEVEL SPDLOG_LEVEL_INFO
 
 #include <spdlog/sinks/basic_file_sink.h>

@@ -22,7 +22,7 @@ TEST_F(Manager, IsConfiguredOnce) {
     EXPECT_EQ(System.threadsAsked, threadsBefore + 1);
 }
 
-TEST_F(Manager, StaysWithoutAWorkerWhenItsConfigurationFails) {
+TEST_F(Manager, StartsNoWorkerWhenItsConfigurationFails) {
     ACNode none, without, wrongType;
     without.Create(u"ActionManager", nullptr);
     wrongType.Create(u"ActionManager", nullptr);
@@ -59,7 +59,7 @@ TEST_F(Manager, StaysWithoutAWorkerWhenItsConfigurationFails) {
     }
 }
 
-TEST_F(Manager, EndsOnlyAfterTheCycleThatIsUnderWay) {
+TEST_F(Manager, EndsOnlyAfterTheRunningCycle) {
     const ListenerPtr last = NewObject<RecordingListener>();
     std::atomic<bool> releasing{false}, left{false};
     listener_->onCall = [&](IActionSubscription&) {
@@ -80,7 +80,7 @@ TEST_F(Manager, EndsOnlyAfterTheCycleThatIsUnderWay) {
     EXPECT_EQ(last->TakeCalls(), Texts{"Schedule"});
 }
 
-TEST_F(Manager, ServesClientsThatComeAndGoOnSeveralThreads) {
+TEST_F(Manager, ServesClientsOnSeveralThreads) {
     const std::uint32_t before = LivingObjects();
     EXPECT_EQ(manager_->Configure(Configuration(0).Handle()), S_OK);
     const auto client = [&] {

@@ -8,7 +8,7 @@ namespace {
 
 using ActionPtr = ComponentPtr<IActionControl>;
 
-// An action that can't be shown to a listener.
+// An action that cannot be passed to a listener, since it has no IAction.
 class HiddenAction : public ActionImpl {
 public:
     using Queryable = InterfaceList<IActionControl>;
@@ -22,7 +22,7 @@ ActionPtr MarkedAction(const WideString& name) {
     return action;
 }
 
-// What a question answers.
+// Returns the answer of a query such as IsAlive.
 template <class Object>
 bool Ask(const ComponentPtr<Object>& object, HRESULT (Object::*question)(bool*)) {
     bool answer = false;
@@ -36,7 +36,7 @@ bool IsDisposed(const ActionPtr& action) {
     return Ask(action, &IActionControl::IsDisposed);
 }
 
-// A subscription with the way there as letters: L gives it its listener, S starts, U unsubscribes, T is a cycle.
+// A subscription and the steps that led to its state: L sets the listener, S starts, U unsubscribes, T runs a cycle.
 struct Subscription {
     explicit Subscription(const std::vector<ActionPtr>& actions, std::string_view steps = "") {
         for (const auto& action : actions) EXPECT_EQ(control->SetAction(action.Get()), S_OK);
@@ -61,7 +61,7 @@ class Actions : public LeakChecked {};
 
 }  // namespace
 
-TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
+TEST_F(Actions, HaveTheLastValidNameAndType) {
     const ActionPtr action = Create<ActionImpl, IActionControl>();
     const auto view = QueryOrThrow<IAction>(action);
     EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
@@ -73,19 +73,21 @@ TEST_F(Actions, TellNothingUntilTheyHaveANameAndAType) {
     EXPECT_EQ(name, u"before");
     EXPECT_EQ(type, IAction::Id);
     EXPECT_EQ(action->SetNameAndType(u"A", ForcedStopActionType), S_OK);
+    EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
+    EXPECT_EQ(action->SetNameAndType(u"B", GUID{}), E_INVALIDARG);
     EXPECT_EQ(view->GetName(&name), S_OK);
     EXPECT_EQ(view->GetType(&type), S_OK);
     EXPECT_EQ(name, u"A");
     EXPECT_EQ(type, ForcedStopActionType);
 }
 
-TEST_F(Subscriptions, RefuseToBindNothing) {
+TEST_F(Subscriptions, RejectANullListenerAndANullAction) {
     const Subscription subscription({});
     EXPECT_EQ(subscription.control->SetListener(nullptr), E_POINTER);
     EXPECT_EQ(subscription.control->SetAction(nullptr), E_POINTER);
 }
 
-TEST_F(Subscriptions, ActInEachStateAsItsTableTells) {
+TEST_F(Subscriptions, DeliverAndDetachAccordingToTheirState) {
     const struct {
         const char* steps;
         std::size_t calls;
@@ -121,7 +123,7 @@ TEST_F(Subscriptions, ActInEachStateAsItsTableTells) {
     }
 }
 
-TEST_F(Subscriptions, EndureWhatHappensInACall) {
+TEST_F(Subscriptions, StayConsistentWhenAListenerFailsOrUnsubscribes) {
     const std::string failed =
         "ERR DataCollection::ActionManagement::ActionSubscription::TriggerActionsIfNeeded failed: ";
     const ActionPtr hidden = MarkedAction<HiddenAction>(u"hidden");
@@ -163,11 +165,11 @@ TEST_F(Subscriptions, EndureWhatHappensInACall) {
         EXPECT_TRUE(aliveInside);
         subscription.view->Unsubscribe();
         subscription.Do('T');
-        EXPECT_FALSE(subscription.IsAlive()) << "the lock is free, and the cycle comes again";
+        EXPECT_FALSE(subscription.IsAlive()) << "the lock must be free for the next cycle";
     }
 }
 
-TEST_F(Subscriptions, LetTheListenerGoAtUnsubscribeButNotDuringItsCall) {
+TEST_F(Subscriptions, ReleaseTheListenerAtUnsubscribeButNotDuringItsCall) {
     for (const char lastStep : {'U', 'T'}) {
         Subscription subscription({MarkedAction(u"A")}, "LS");
         int ended = 0;
@@ -176,7 +178,7 @@ TEST_F(Subscriptions, LetTheListenerGoAtUnsubscribeButNotDuringItsCall) {
             EXPECT_EQ(ended, 0);
             return S_OK;
         };
-        // A listener's end may come back to its subscription, for which no lock may be held.
+        // The listener's destructor may call its subscription, so no lock may be held.
         subscription.listener->onEnd = [&] {
             ++ended;
             subscription.Do('U');

@@ -1,6 +1,6 @@
-// Each function of the platform, of the node store and of the broker that can fail, so that a sweep may choose the call
-// that does. Functions whose failure nobody could answer (closing, freeing) and those that the tests replace are left
-// out.
+// Replaces each function of the platform, of the node store and of the broker that can fail, so that a sweep can choose
+// the call that fails. Functions whose failure no caller could handle (closing, freeing) and those that the tests
+// replace elsewhere are not in the list.
 #include <tuple>
 
 #include "ModuleBroker/ModuleBroker.h"
@@ -47,8 +47,8 @@ struct Signature<R(Arguments...) noexcept(NeverThrows)> {
 #define NAMES_7 NAMES_6, a6
 #define NAMES_8 NAMES_7, a7
 
-// A function of so many parameters: what it gives when it fails, and `code`, which that becomes, the last error among
-// it.
+// A function of `count` parameters, the value that it returns when it fails, and the `code` of that failure, which also
+// sets the last error.
 #define MAY_FAIL(count, name, failure, code, specifier)                                      \
     Signature<decltype(name)>::Result name(PARAMETERS_##count(name)) specifier {             \
         static const auto next = NextDefinitionOf(&name);                                    \

@@ -1,6 +1,7 @@
-// Lets each call that can fail do so in turn, the first, the second, and so on, until a client's whole life with the
-// module comes through with no failure reached. Whatever fails, the client gets the code of that failure or does not
-// notice it, succeeds when it asks again, and nothing is left behind at the end.
+// Runs a client's whole session with the module again and again. In the first run the first call that can fail fails,
+// in the second run the second call, and so on, until a run ends before it reaches its failure. Whatever fails, the
+// client gets the code of that failure or does not notice it, succeeds when it repeats the operation, and nothing
+// leaks.
 #include <climits>
 #include <cstdio>
 #include <deque>
@@ -65,7 +66,7 @@ class FailureSweep : public LeakChecked, public testing::WithParamInterface<Swee
 protected:
     FailureSweep() {
         std::set_terminate([] {
-            std::fprintf(stderr, "ended by the failure of call %d, %s\n", call_, InjectedFault.place.load());
+            std::fprintf(stderr, "terminated by the failure of call %d, %s\n", call_, InjectedFault.place.load());
             std::abort();
         });
         config_ = Configuration(Interval);
@@ -81,8 +82,8 @@ protected:
     }
     ~FailureSweep() override { EXPECT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, nullptr), S_OK); }
 
-    // An operation fails with the code of the failure, and only if that came about meanwhile. Memory that runs out may
-    // leave it as the exception, too.
+    // Returns the code of the operation, which may fail only with the code of the injected failure, and only if that
+    // has occurred. If memory runs out, the operation may also throw std::bad_alloc.
     template <class Operation>
     static HRESULT Try(Operation operation) {
         const bool mayFail = InjectedFault.armed != Fallible::Nothing;
@@ -97,15 +98,15 @@ protected:
             << std::hex << code << " after " << InjectedFault.place;
         return code;
     }
-    // What was left undone succeeds when it is asked for again.
+    // Repeats the operation once if it failed; then it must succeed.
     template <class Operation>
     static void Do(Operation operation, HRESULT success = S_OK) {
         if (Try(operation) == success) return;
         EXPECT_TRUE(Failed(InjectedFault.code));
         EXPECT_EQ(Try(operation), success);
     }
-    // A registration that fails has been no registration: its listener is never called, and let go, though only with
-    // the manager if it was the watch that didn't start.
+    // After a failed registration the listener is never called, and it is released: at once, or with the manager if the
+    // watch failed to start.
     template <class Register>
     Client& Subscribe(Register registration) {
         for (;;) {
@@ -119,7 +120,7 @@ protected:
             return manager_->SubscribeRegularAction(&client, &schedule, client.subscription.Address());
         });
     }
-    // A failure that lasts does so to the end of the operation, the cycle or the object that it has hit.
+    // A lasting failure ends with the operation, the cycle or the object in which it occurred.
     static void EndFailure() {
         if (Failed(InjectedFault.code)) InjectedFault.armed = Fallible::Nothing;
     }
@@ -149,8 +150,8 @@ protected:
         const bool failedBeforeCycle = Failed(InjectedFault.code);
         Cycle();
 
-        // A failure lasts no longer than its own call, and the cycle that it hit loses nothing but a command that
-        // the store refused to read.
+        // The failure affects only its own call. The cycle in which it occurred loses at most a command that the store
+        // failed to read.
         const Fallible armed = InjectedFault.armed.exchange(Fallible::Nothing);
         Cycle();
         EXPECT_TRUE(failedBeforeCycle || forced.calls > 0 || FailedAt("AcnGetAttribute"));
@@ -176,17 +177,16 @@ protected:
         manager_.Reset();
     }
 
-    // Gives whether the failure was reached.
+    // Returns whether the failure occurred.
     bool LiveWithFailureOf(int call) {
         const std::uint32_t objects = LivingObjects();
-        std::uint64_t handles = 0, handlesAfter = 0;
-        EXPECT_EQ(AcnGetOpenHandleCount(&handles), S_OK);
+        const auto handles = OpenHandles();
         std::filesystem::remove(directory_ / "a.log");
         System.clock = TimePoint(std::chrono::sys_days{std::chrono::year{2024} / 3 / 5});
         GlobalSettings::Instance()->Load(Configuration(1));
         clients_.clear();
         service_.removed.clear();
-        Stage::PassLogInterval();  // its settings are read again, and its file is opened anew
+        Stage::PassLogInterval();  // the log reads its settings and opens its file again
         SCOPED_TRACE(call);
         call_ = call;
         InjectedFault.code = S_OK;
@@ -203,8 +203,7 @@ protected:
         const std::string text = (std::ostringstream() << std::ifstream(directory_ / "a.log").rdbuf()).str();
         EXPECT_EQ(text.find(std::string_view(reinterpret_cast<const char*>(Secret), sizeof(Secret) - sizeof(WideChar))),
                   text.npos);
-        EXPECT_EQ(AcnGetOpenHandleCount(&handlesAfter), S_OK);
-        EXPECT_EQ(handlesAfter, handles);
+        EXPECT_EQ(OpenHandles(), handles);
         return Failed(InjectedFault.code);
     }
 
@@ -228,7 +227,7 @@ private:
 
 }  // namespace
 
-TEST_P(FailureSweep, LeavesTheRightCodeAndNothingElse) {
+TEST_P(FailureSweep, ReturnsTheCodeOfTheFailureAndLeaksNothing) {
     EXPECT_FALSE(LiveWithFailureOf(INT_MAX));
     const auto threads = EntriesOf("/proc/self/task"), descriptors = EntriesOf("/proc/self/fd");
     int call = 1;

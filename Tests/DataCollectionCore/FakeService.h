@@ -1,12 +1,12 @@
-// A configuration service whose answers, watches and reports the tests choose. It allocates nothing by itself, so that
-// a sweep of failing allocations meets those of the product alone.
+// A configuration service whose results, watches and reports the tests choose. It allocates nothing itself, so that a
+// sweep of failing allocations affects only those of the product.
 #pragma once
 
 #include <array>
 
 #include "TestSupport.h"
 
-// What the test owns; it counts the references that others have.
+// An object that the test owns. It counts the references that others hold.
 template <class... Interfaces>
 class Neighbour : public Interfaces... {
 public:
@@ -17,7 +17,7 @@ public:
     std::atomic<std::uint32_t> references{0};
 };
 
-// The answer, unless the sweep lets this call fail.
+// Returns `answer`, unless the sweep makes this call fail.
 inline HRESULT AnswerOf(const char* call, HRESULT answer) {
     constexpr HRESULT Refusal = MakeHResult(0x80045678);
     return InjectedFault.Strikes(Fallible::Call, call, Refusal) ? Refusal : answer;
@@ -64,7 +64,7 @@ public:
     }
     HRESULT Reset() override {
         place_ = 0;
-        return E_FAIL;  // which nobody reads
+        return E_FAIL;  // no caller reads it
     }
     HRESULT Next(AcnHandle* node) override {
         return place_ < nodes.size() ? AcnDuplicateNodeHandle(nodes[place_++].Handle(), node) : E_FAIL;
@@ -72,7 +72,7 @@ public:
 
     FakeWatch& Latest() { return watches[latest_]; }
     HRESULT Report(IACModifySubscription* watch) {
-        place_ = SIZE_MAX;  // nothing is found without a Reset
+        place_ = SIZE_MAX;  // without a Reset nothing is found
         return callback->OnTriggered(watch, 0, this);
     }
     HRESULT Report() { return Report(&Latest()); }
@@ -80,7 +80,7 @@ public:
     HRESULT addResult = S_OK, removeResult = S_OK, walkResult = S_OK;
     std::function<void(AcnHandle, AcnHandle)> onAdd = [](AcnHandle, AcnHandle) {};
     bool oneWatchForAll = false;
-    std::array<FakeWatch, 8> watches;  // in turn, so that an ended one isn't taken for the next
+    std::array<FakeWatch, 8> watches;  // used in turn, so that an ended watch differs from the next
     std::vector<ACNode> nodes;         // the notifications of the report
     IACModifyCallback* callback = nullptr;
     std::vector<IACModifySubscription*> removed;

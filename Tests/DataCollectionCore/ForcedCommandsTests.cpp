@@ -5,7 +5,7 @@
 
 namespace {
 
-// A notification. A null text and a mask of 0 leave their attribute out.
+// A notification. A null text or a mask of 0 means that the attribute is missing.
 struct Change {
     const WideChar* command = nullptr;
     std::int64_t mask = 1;
@@ -56,7 +56,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
+TEST_F(ForcedCommands, RegisterAWatchWithExactFilterAndParameters) {
     const std::string wanted = R"(*<node name="" type="FilterByPath">
     <attribute name="NodePath" type="text" value="\Commands\ManagedObjectsDataCollectionCommand\A\B"/>
     <attribute name="IsParent" type="bool" value="false"/>
@@ -79,10 +79,10 @@ TEST_F(ForcedCommands, AskForTheirWatchToTheLetter) {
                                "DBG *. Attached action '*'", "DBG * created. *", "DBG Started forced action " + watch,
                                "DBG *starting."}));
     }
-    EXPECT_EQ(service_.references, 1u) << "the service isn't kept";
+    EXPECT_EQ(service_.references, 1u) << "the service must not be kept";
 }
 
-TEST_F(ForcedCommands, AreServedAsTheReportTells) {
+TEST_F(ForcedCommands, TriggerTheActionOfTheLastValidCommand) {
     const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::OnTriggered failed: ";
     const std::string empty = "WARN Empty attribute: 'Command'.", bad = "ERR Invalid forced command format: ACNode[";
     const auto unknown = [](const std::string& command) { return "WARN Unknown command: '" + command + "'."; };
@@ -114,12 +114,16 @@ TEST_F(ForcedCommands, AreServedAsTheReportTells) {
         EXPECT_TRUE(log.Wrote(row.lines));
         EXPECT_EQ(listener_->TakeCalls(), row.calls);
     }
+    EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    service_.nodes[0].GetChild(u"B").SetText(u"Command", u"Stop", MeasureText);
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStart"}) << "a change after the report must not change the command";
     EXPECT_EQ(service_.callback->OnTriggered(&service_.Latest(), 0, nullptr), E_POINTER);
     service_.walkResult = E_ABORT;
     EXPECT_EQ(service_.Report(), E_ABORT);
 }
 
-TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
+TEST_F(ForcedCommands, AreDroppedForAnUnknownOrEndedWatch) {
     const SubscriptionPtr subscription = SubscribeForced(listener_);
     FakeWatch stranger;
     CapturedLog log("WARN");
@@ -134,7 +138,7 @@ TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
     service_.Latest().onEnd = [&] {
         ++ends;
         EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}))
-            << "as long as a command waits, no other watch may get this one's address";
+            << "while a command waits, no other watch may get this one's address";
     };
     Cycle();
     EXPECT_EQ(ends, 1);
@@ -142,7 +146,7 @@ TEST_F(ForcedCommands, OfAnUnknownOrEndedPairAreDropped) {
     EXPECT_EQ(listener_->TakeCalls(), Texts{});
 }
 
-TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
+TEST_F(ForcedCommands, RemoveEndedPairsEvenIfTheServiceFails) {
     const std::string call = "ERR query->RemoveSubscription(it->first)\tcall failed. 0x80004004 *; ";
     const std::string pair =
         "WARN Cannot remove subscription: Forced Actions: StartAction '*', StopAction '*'; error: ";
@@ -155,15 +159,28 @@ TEST_F(ForcedCommands, EndTheirPairsEvenWhenTheRemovalFails) {
         const std::uint32_t before = LivingObjects();
         CapturedLog log("WARN");
         Cycle();
-        EXPECT_EQ(LivingObjects(), before - 4) << "of each pair the two actions";
+        EXPECT_EQ(LivingObjects(), before - 4) << "the two actions of each pair";
         const std::string refused = pair + "0x80004004 *", missing = pair + "0x80070490 *";
         EXPECT_TRUE(log.Wrote(there ? Texts{call, refused, call, refused} : Texts{missing, missing}));
         Cycle();
-        EXPECT_TRUE(log.Wrote({})) << "the removal isn't tried again";
+        EXPECT_TRUE(log.Wrote({})) << "the removal must not be repeated";
     }
 }
 
-TEST_F(ForcedCommands, GoToTheFirstOfTwoPairsOfOneWatch) {
+TEST_F(ForcedCommands, MayArriveUntilTheManagerHasReleasedTheirWatch) {
+    const SubscriptionPtr subscription = SubscribeForced(listener_);
+    const std::uint32_t objects = LivingObjects();
+    int ends = 0;
+    service_.Latest().onEnd = [&] {
+        ++ends;
+        EXPECT_EQ(LivingObjects(), objects) << "the manager must still be whole";
+        EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    };
+    manager_.Reset();
+    EXPECT_EQ(ends, 1);
+}
+
+TEST_F(ForcedCommands, ReachTheFirstOfTwoPairsThatShareAWatch) {
     service_.oneWatchForAll = true;
     const ListenerPtr other = NewObject<RecordingListener>();
     const SubscriptionPtr first = SubscribeForced(listener_), second = SubscribeForced(other);
@@ -173,7 +190,7 @@ TEST_F(ForcedCommands, GoToTheFirstOfTwoPairsOfOneWatch) {
     EXPECT_EQ(other->TakeCalls(), Texts{});
 }
 
-TEST_F(ForcedCommands, FailToRegisterWithoutATrace) {
+TEST_F(ForcedCommands, LeaveNothingWhenTheirRegistrationFails) {
     const ForcedActionConfig config{u"B", u"A", false};
     const std::uint32_t before = LivingObjects();
     auto* const untouched = reinterpret_cast<IActionSubscription*>(0x10);

@@ -18,7 +18,7 @@ class Schedules : public LeakChecked {};
 
 }  // namespace
 
-TEST_F(Schedules, RefuseABadRecordWithItsWords) {
+TEST_F(Schedules, RejectInvalidSettingsAndLogTheReason) {
     const std::string presence =
         "ERR Invalid repeat time interval. The interval cannot be null, and only one option should be set: seconds or "
         "milliseconds. Regular Action: ";
@@ -55,7 +55,7 @@ TEST_F(Schedules, RefuseABadRecordWithItsWords) {
     }
 }
 
-TEST_F(Schedules, WorkOutTheirFirstRun) {
+TEST_F(Schedules, ComputeTheirFirstRun) {
     struct Zone {
         Platform::DWORD result;
         Platform::DYNAMIC_TIME_ZONE_INFORMATION biases;
@@ -73,11 +73,12 @@ TEST_F(Schedules, WorkOutTheirFirstRun) {
         TimedActionSettings settings;
         Zone zone;
         TimePoint creation, firstRun;
-        Texts lines;  // between those that each creation has
+        Texts lines;  // besides those that every creation logs
     } table[] = {
         {{99999, true, 3600, Repeat, 0}, east, Day + 5h + Tick, Day + 6h + Tick, {}},
         {{0, false, 0, Repeat, 1500}, utc, Day - 1ms, Day + 1499ms, {}},
         {{0, false, 0, Repeat, 0xFFFFFFFF}, utc, Day, Day + 4294967295ms, {}},
+        {{0, false, 4294967, Repeat, 0}, utc, Day, Day + 4294967s, {}},
         {{3600, false, 86400, SpecificTime, 0}, east, Day + 30min, Day + 1h, {}},
         {{3600, false, 86400, SpecificTime, 0}, utc, Day + 1h, Day + 1h, {}},
         {{3600, false, 86400, SpecificTime, 0}, utc, Day + 1h + Tick, Day + 25h, {nextDay}},
@@ -108,7 +109,7 @@ TEST_F(Schedules, WorkOutTheirFirstRun) {
     }
 }
 
-TEST_F(Schedules, SayWhyTheyAreNotDue) {
+TEST_F(Schedules, LogWhyTheyAreNotDue) {
     System.clock = Day;
     TimedAction action({0, false, 0, Repeat, 1000});
     const std::string pointer = Shown(action.GetAction()), shown = "DBG2 Action: '" + pointer + "'.";
@@ -129,7 +130,7 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
     struct Step {
         Ticks sinceCreation;
         bool due;
-        bool run = false;  // then notes the moment as the last run
+        bool run = false;  // then records the moment as the last run
     };
     const struct {
         std::uint32_t interval;  // in ms
@@ -141,7 +142,7 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
         {3600000, {{10h + 5s, true, true}, {10h + 6s, false}, {11h - Tick, false}, {11h, true}}},
         {1500, {{1500ms - Tick, false}, {1501ms, true, true}, {2999ms, false}, {3s, true}}},
         {4294967295, {{4294967294ms, false}, {4294967296ms, true, true}, {8589934589ms, false}, {8589934590ms, true}}},
-        // A run to the tick leaves its interval open.
+        // A run at the very first tick of an interval does not use it up.
         {3600000, {{1h, true, true}, {1h + 1s, true, true}, {1h + 2s, false}}},
         // The clock goes back.
         {3600000, {{5h + 1s, true, true}, {3h, false}, {30min, false}, {5h, false}, {6h, true}}},
@@ -152,7 +153,7 @@ TEST_F(Schedules, AreDueOnceInEachIntervalThatIsReached) {
         for (const Step& step : row.steps) {
             const TimePoint moment = Day + step.sinceCreation;
             EXPECT_EQ(action.ShouldBeTriggered(moment), step.due) << Formatted(moment);
-            EXPECT_EQ(action.ShouldBeTriggered(moment), step.due) << "asking changes nothing";
+            EXPECT_EQ(action.ShouldBeTriggered(moment), step.due) << "the check must not change the state";
             if (step.run) action.SetTriggeredTime(moment);
         }
     }

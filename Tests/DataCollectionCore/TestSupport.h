@@ -1,5 +1,5 @@
-// What the tests of this program replace or look into: the clocks, the time zone, thread creation, allocation, the log,
-// the client's listener, and a manager.
+// Replacements and helpers of this program's tests: the clocks, the time zone, thread creation, allocation, the log, a
+// client's listener, and a manager.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 #include "Platform/Time.h"
 #include "Subsystems/ActionManager/ActionManager.h"
 #include "Support/LogLines.h"
+#include "Support/NodeLedger.h"
 
 using namespace DataCollection;
 using namespace DataCollection::ActionManagement;
@@ -19,25 +20,25 @@ using namespace Harbor;
 using namespace std::chrono_literals;
 using Texts = std::vector<std::string>;
 
-// The answers of the replaced functions.
+// The results of the replaced functions.
 struct FakeSystem {
-    std::atomic<TimePoint> clock{};  // the epoch: the real clock
+    std::atomic<TimePoint> clock{};  // the epoch means the real clock
     Platform::DYNAMIC_TIME_ZONE_INFORMATION zone{};
-    Platform::DWORD zoneResult = Platform::TIME_ZONE_ID_UNKNOWN;  // beside it the last error is 5
-    std::atomic<Platform::DWORD> threadRefusal{0};                // the last error, instead of creating a thread
+    Platform::DWORD zoneResult = Platform::TIME_ZONE_ID_UNKNOWN;  // the last error is then 5
+    std::atomic<Platform::DWORD> threadRefusal{0};                // the last error instead of creating a thread, or 0
     std::atomic<int> threadsAsked{0};
 };
 inline FakeSystem System;
 inline thread_local std::size_t Allocations = 0;  // of the calling thread
 
-// Which call of a sweep fails: the callsLeft-th of the armed kind, on whatever thread it comes, and all behind it if
-// the failure lasts.
+// Which call of a sweep fails: the callsLeft-th of the armed kind, on any thread, and all calls after it if the failure
+// lasts.
 enum class Fallible { Nothing, Call, Allocation };
 struct Fault {
     std::atomic<Fallible> armed{Fallible::Nothing};
     std::atomic<int> callsLeft{0};
     bool lasts = false;
-    std::atomic<HRESULT> code{S_OK};  // of the failure that has come about
+    std::atomic<HRESULT> code{S_OK};  // of the failure that has occurred
     std::atomic<const char*> place{""};
 
     bool Strikes(Fallible kind, const char* name, HRESULT failure) noexcept {
@@ -63,12 +64,12 @@ bool IsLike(std::string_view text, std::string_view pattern);  // a "*" is any t
 std::string Narrow(std::u16string_view text);
 std::string Shown(const void* pointer);  // as the log shows it
 
-// The lines that are written while this lives, as "ERR text", traces left out. One at a time.
+// The lines logged during its lifetime, as "ERR text", without traces. Only one may exist at a time.
 class CapturedLog {
 public:
     explicit CapturedLog(const char* maxSeverity) : lines_(maxSeverity) {}
 
-    // Whether exactly such lines were written since the last call.
+    // Whether exactly these lines were written since the last call.
     testing::AssertionResult Wrote(const Texts& patterns);
 
 private:
@@ -82,7 +83,7 @@ ComponentPtr<CComponentObject<T>> NewObject() {
     return ComponentPtr<CComponentObject<T>>::Attach(object);
 }
 
-// Notes the name of each action that it is told about, and then does what the test wants.
+// Records the name of each triggered action and runs the test's action.
 class RecordingListener : public ComponentRoot, public IActionListener {
 public:
     static constexpr const char* Tag = "RecordingListener";
@@ -105,7 +106,7 @@ private:
 using ListenerPtr = ComponentPtr<CComponentObject<RecordingListener>>;
 using SubscriptionPtr = ComponentPtr<IActionSubscription>;
 
-// Every test must leave as many objects and node handles as it found.
+// Every test must leave as many objects, and the same node handles, as it found.
 class LeakChecked : public testing::Test {
 protected:
     ~LeakChecked() override {
@@ -118,14 +119,8 @@ protected:
     }
 
 private:
-    static std::uint64_t OpenHandles() {
-        std::uint64_t count = 0;
-        EXPECT_EQ(AcnGetOpenHandleCount(&count), S_OK);
-        return count;
-    }
-
     const std::uint32_t objects_ = LivingObjects();
-    const std::uint64_t handles_ = OpenHandles();
+    const std::pair<std::uint64_t, std::uint64_t> handles_ = OpenHandles();
 };
 
 inline constexpr WideChar IntervalName[] = u"PollingIntervalInMilliseconds";
@@ -138,7 +133,7 @@ inline ACNode Configuration(std::uint32_t interval) {
     return node;
 }
 
-// A manager whose cycles the test runs itself, or whose worker it starts by Configure.
+// A manager whose cycles the test runs itself, or whose worker it starts with Configure.
 class ManagerTest : public LeakChecked {
 protected:
     static constexpr TimePoint Creation = std::chrono::sys_days{std::chrono::year{2024} / 3 / 5};
@@ -146,7 +141,7 @@ protected:
 
     ManagerTest() { System.clock = Creation; }
 
-    // To EveryMillisecond.
+    // Registers the listener for EveryMillisecond.
     SubscriptionPtr Subscribe(const ListenerPtr& listener) {
         SubscriptionPtr subscription;
         EXPECT_EQ(manager_->SubscribeRegularAction(listener.Get(), &EveryMillisecond, subscription.Address()), S_OK);

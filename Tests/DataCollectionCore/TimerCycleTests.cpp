@@ -11,7 +11,7 @@ const Texts Once{"Schedule"};
 
 }  // namespace
 
-TEST_F(TimerCycle, DeliversWhatFellDueBeforeStartAsOneCall) {
+TEST_F(TimerCycle, DeliversRunsDueBeforeStartAsOneCall) {
     const SubscriptionPtr subscription = Subscribe(listener_);
     Cycle();
     Cycle();
@@ -25,10 +25,10 @@ TEST_F(TimerCycle, DeliversWhatFellDueBeforeStartAsOneCall) {
     EXPECT_EQ(listener_->TakeCalls(), Texts{}) << "one call for an interval";
 }
 
-TEST_F(TimerCycle, ServesTheOthersWhenAListenerThrows) {
+TEST_F(TimerCycle, ServesTheOthersWhenAListenerFails) {
     const struct {
         std::function<HRESULT(IActionSubscription&)> call;
-        std::string code;  // empty: the call isn't repeated
+        std::string code;  // empty if the call is not repeated
     } table[] = {
         {[](auto&) -> HRESULT { throw std::runtime_error("listener"); }, "0x8000FFFF"},
         {[](auto&) -> HRESULT { throw std::bad_alloc(); }, "0x8007000E"},
@@ -59,7 +59,7 @@ TEST_F(TimerCycle, ServesTheOthersWhenAListenerThrows) {
     }
 }
 
-TEST_F(TimerCycle, LetsAnUnsubscribedActionGoInTheSecondCycle) {
+TEST_F(TimerCycle, ReleasesAnUnsubscribedActionInTheSecondCycle) {
     const std::uint32_t before = LivingObjects();
     SubscribeAndStart(listener_)->Unsubscribe();
     Cycle();
@@ -69,7 +69,7 @@ TEST_F(TimerCycle, LetsAnUnsubscribedActionGoInTheSecondCycle) {
     EXPECT_EQ(listener_->TakeCalls(), Texts{});
 }
 
-TEST_F(TimerCycle, KeepsTheOrderOfThoseThatStay) {
+TEST_F(TimerCycle, CallsListenersInOrderOfRegistration) {
     std::string order;
     std::vector<SubscriptionPtr> subscriptions;
     for (const char name : std::string("abcdef")) {
@@ -85,7 +85,7 @@ TEST_F(TimerCycle, KeepsTheOrderOfThoseThatStay) {
     EXPECT_EQ(order, "befbefbef");
 }
 
-TEST_F(TimerCycle, LetsAListenerSubscribeAndUnsubscribe) {
+TEST_F(TimerCycle, AllowsAListenerToSubscribeAndUnsubscribe) {
     const ListenerPtr outer = NewObject<RecordingListener>();
     const SubscriptionPtr before = SubscribeAndStart(listener_);
     SubscriptionPtr added;
@@ -98,7 +98,7 @@ TEST_F(TimerCycle, LetsAListenerSubscribeAndUnsubscribe) {
     for (int cycle = 0; cycle < 2; ++cycle) {
         Cycle();
         EXPECT_EQ(outer->TakeCalls(), cycle == 0 ? Once : Texts{});
-        EXPECT_EQ(listener_->TakeCalls(), Once) << "from the one before, then from the one that was added";
+        EXPECT_EQ(listener_->TakeCalls(), Once) << "from the first subscription, then from the added one";
     }
 }
 

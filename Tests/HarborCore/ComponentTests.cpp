@@ -21,7 +21,7 @@ struct IUnlisted : IComponentUnknown {
     static constexpr GUID Id{1, 2, 3, {6}};
 };
 
-// What has happened to the objects of the test's class, and what shall happen to the next.
+// The state of all objects of the test's class, and what the next creation does.
 struct {
     int alive, finalReleases;
     HRESULT finalConstruct;
@@ -41,7 +41,7 @@ public:
     HRESULT FinalConstruct() { return Objects.finalConstruct; }
     void FinalRelease() {
         ++Objects.finalReleases;
-        EXPECT_EQ(First() + Second(), 3) << "the object is still whole";
+        EXPECT_EQ(First() + Second(), 3) << "the object must still be intact";
     }
     int First() override { return 1; }
     int Second() override { return 2; }
@@ -69,7 +69,7 @@ protected:
 
 TEST_F(Components, AreCreatedWithOneReferenceOrNotAtAll) {
     void* const before = &Objects;
-    // The id that is asked for, the results of FinalConstruct and of the creation, and the final releases.
+    // The requested id, the results of FinalConstruct and of the creation, and the number of final releases.
     const std::tuple<const GUID*, HRESULT, HRESULT, int> rows[] = {{&IFirst::Id, S_OK, S_OK, 1},
                                                                    {&IComponentUnknown::Id, S_FALSE, S_OK, 1},
                                                                    {&IUnlisted::Id, S_OK, E_NOINTERFACE, 1},
@@ -92,7 +92,7 @@ TEST_F(Components, AreCreatedWithOneReferenceOrNotAtAll) {
     EXPECT_EQ(CodeThrownBy([] { return Create<Component, IFirst>(); }), E_ABORT);
 }
 
-TEST_F(Components, AreHeldByPointersThatCount) {
+TEST_F(Components, AreKeptAliveByTheirPointers) {
     using Pointer = ComponentPtr<IFirst>;
     Pointer sole = Create<Component, IFirst>();
     IFirst* const object = sole.Get();
@@ -103,12 +103,12 @@ TEST_F(Components, AreHeldByPointersThatCount) {
         step();
         EXPECT_EQ(sole.Get(), object);
         EXPECT_EQ(References(object), 1u);
-        EXPECT_EQ(Objects.finalReleases, 0) << "the only reference wasn't let go on the way";
+        EXPECT_EQ(Objects.finalReleases, 0) << "the only reference must not be released in between";
     }
     Pointer other;
     EXPECT_EQ(sole.QueryTo(other), S_OK);
     EXPECT_EQ(sole.QueryTo(other, IUnlisted::Id), E_NOINTERFACE);
-    EXPECT_EQ(other.Get(), object) << "a failed query leaves the pointer alone";
+    EXPECT_EQ(other.Get(), object) << "a failed query must not change the pointer";
     EXPECT_EQ(*other.Address(), nullptr);
     EXPECT_EQ(References(object), 1u);
     EXPECT_EQ(QueryOrThrow<ISecond>(sole)->Second(), 2);
@@ -125,7 +125,7 @@ void ListAliveObjects(std::size_t framesToSkip) {
     EXPECT_THAT(list(), IsEmpty());
     {
         const auto alive = Create<Component, IComponentUnknown>();
-        void* frames[5];  // all but the first, which lies within this function, are also those of what is tracked here
+        void* frames[5];  // all but the first, which is in this function, are also recorded by Track below
         ASSERT_EQ(Platform::RtlCaptureStackBackTrace(0, 5, frames, nullptr), 5);
         DbgAliveObjectsTracker::Instance().Track(&Objects, nullptr);
         std::string end = framesToSkip == 0 ? "" : " EIPs=" + ToUtf8(FormatWide(u"%#p", frames[1]));
@@ -141,7 +141,7 @@ void ListAliveObjects(std::size_t framesToSkip) {
     EXPECT_THAT(list(), IsEmpty());
 }
 
-TEST_F(Components, AreListedWithThePlaceOfTheirCreationOnlyWhenTrackingIsOn) {
+TEST_F(Components, AreListedWithTheirCreationPlaceOnlyWhenTrackingIsOn) {
     {
         const ScopedVariable on("GS_Debug_EnableAliveObjectsTracking", "1");
         EXPECT_IN_CHILD(ListAliveObjects(0));

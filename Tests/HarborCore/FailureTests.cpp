@@ -15,8 +15,8 @@ namespace {
 
 constexpr GUID ForeignGuid{};
 
-// Leaves an error object on the thread, as a component could.
-void LeaveWords(const GUID& source, const WideChar* text) {
+// Sets the thread's error object, as a component could.
+void SetErrorObject(const GUID& source, const WideChar* text) {
     ComponentPtr<Platform::ICreateErrorInfo> object;
     ComponentPtr<Platform::IErrorInfo> words;
     EXPECT_EQ(Platform::CreateErrorInfo(object.Address()), S_OK);
@@ -26,7 +26,7 @@ void LeaveWords(const GUID& source, const WideChar* text) {
 
 enum class Form { Code, AssignedCode, Unchecked, Bool, AssignedBool, BoolUnchecked, Win32, Win32Unchecked, Thrown };
 
-// What is made, whether it was thrown, and where this function returns to.
+// Returns the code object, whether it was thrown, and the address to which this function returns.
 std::tuple<HRES, bool, const void*> Make(Form form, bool fails) {
     const HRESULT code = fails ? NOT_FOUND : S_FALSE;
     const std::uint32_t error = fails ? Platform::ERROR_NOT_FOUND : Platform::ERROR_SUCCESS;
@@ -50,36 +50,37 @@ std::tuple<HRES, bool, const void*> Make(Form form, bool fails) {
     return {hres, false, frames[1]};
 }
 
-TEST(HResult, ReadsWordsThrowsAndCapturesFramesAsItsFormSays) {
-    // The form, whether it takes the thread's words and throws, and the code where nothing fails.
+TEST(HResult, ReadsErrorInfoThrowsAndCapturesFramesByForm) {
+    // The form, whether it takes the thread's error object, whether it throws, and the code of a success.
     constexpr std::tuple<Form, bool, bool, HRESULT> forms[] = {
         {Form::Code, true, true, S_FALSE},       {Form::AssignedCode, true, true, S_FALSE},
         {Form::Unchecked, true, false, S_FALSE}, {Form::Bool, false, true, S_OK},
         {Form::AssignedBool, false, true, S_OK}, {Form::BoolUnchecked, false, false, S_OK},
         {Form::Win32, false, true, S_OK},        {Form::Win32Unchecked, false, false, S_OK},
         {Form::Thrown, false, true, E_FAIL}};
-    for (const auto& [form, takesWords, throws, success] : forms) {
+    for (const auto& [form, takesErrorObject, throws, success] : forms) {
         for (const bool fails : {false, true}) {
             SCOPED_TRACE(testing::Message() << "form " << static_cast<int>(form) << " fails " << fails);
-            LeaveWords(ForeignGuid, u"words");
+            SetErrorObject(ForeignGuid, u"words");
             auto [result, thrown, returnsTo] = Make(form, fails);
             const bool failed = fails || form == Form::Thrown;
             EXPECT_EQ(result.Code(), fails ? NOT_FOUND : success);
             EXPECT_EQ(thrown, failed && throws);
-            EXPECT_EQ(bool(result.ErrorInfo()), fails && takesWords);
+            EXPECT_EQ(bool(result.ErrorInfo()), fails && takesErrorObject);
             const auto& [place, caller] = result.CodeAddresses();
             EXPECT_EQ(place != nullptr, failed);
-            EXPECT_EQ(caller, failed ? returnsTo : nullptr) << "then the place is in Make";
-            EXPECT_EQ(HRES().PublishErrorInfo(), S_OK) << "a success publishes nothing";
-            EXPECT_EQ(bool(HRES::Unchecked(E_FAIL).ErrorInfo()), !(fails && takesWords)) << "words are taken once";
+            EXPECT_EQ(caller, failed ? returnsTo : nullptr) << "the caller of Make";
+            EXPECT_EQ(HRES().PublishErrorInfo(), S_OK) << "a success must publish nothing";
+            EXPECT_EQ(bool(HRES::Unchecked(E_FAIL).ErrorInfo()), !(fails && takesErrorObject))
+                << "the error object is taken once";
             result = S_FALSE;
             EXPECT_FALSE(result.ErrorInfo());
         }
     }
 }
 
-TEST(ErrorRecord, TakesTheWordsThatBelongToItsCode) {
-    // The source and its text, and the description and the details in it.
+TEST(ErrorRecord, UsesOnlyErrorInfoOfItsCode) {
+    // The source and its text, and the description and details taken from it.
     const std::tuple<GUID, const WideChar*, const WideChar*, const char*> rows[] = {
         {OwnErrorGuid, u"0x80070490 No such scope [0x1;0x2]", u"No such scope", "0x1;0x2;"},
         {OwnErrorGuid, u" 2147943568 In decimal", u"In decimal", ""},
@@ -95,7 +96,7 @@ TEST(ErrorRecord, TakesTheWordsThatBelongToItsCode) {
         {ForeignGuid, u"0x80004005 As it stands [0x1]", u"0x80004005 As it stands [0x1]", ""},
         {ForeignGuid, u"", u"Element not found", ""}};
     for (const auto& [source, text, description, details] : rows) {
-        LeaveWords(source, text);
+        SetErrorObject(source, text);
         const HRES failure = HRES::Unchecked(NOT_FOUND);
         const ErrorRecord record = ErrorRecord::Of(failure);
         EXPECT_EQ(record.description, description);
@@ -112,12 +113,12 @@ HRESULT Component(int depth) {
     });
 }
 
-TEST(MethodEdge, GathersAGroupOfAddressesForEachEdgeThatAFailurePasses) {
+TEST(MethodEdge, AddsAGroupOfAddressesAtEachEdge) {
     Stage::LogLines log("DBG");
     EXPECT_EQ(Component(2), E_INVALIDARG);
     const Stage::Strings lines = log.Take();
     ASSERT_EQ(lines.size(), 9u);
-    for (std::size_t i = 0; i < 3; ++i) {  // the way out, from the innermost edge
+    for (std::size_t i = 0; i < 3; ++i) {  // from the innermost edge outwards
         const std::string indentation((2 - i) * 2, ' '), groups = "0x\\w{16},0x\\w{16}(;0x\\w{16},0x\\w{16}){";
         EXPECT_THAT(lines[3 + 2 * i],
                     MatchesRegex("DBG  " + indentation + "EXCEPTION at: Tests::Component \\[.* ms\\]"));
@@ -140,7 +141,7 @@ void AskEachSource() {
                      "0x80040200\t0\tFirst\n0x80040201\t0\t%1 is full. ..  .\n0x800401B0\t0\tnot asked\n"
                      "0x8004FFFF\t0\tLast\n0x80050000\t0\tnot asked\n");
     Stage::WriteText(elsewhere,
-                     "0x80040201\t0\tnot asked\n0x800401B0\t0\tBelow the range\n0x80050000\t0\tBehind the range\n"
+                     "0x80040201\t0\tnot asked\n0x800401B0\t0\tBelow the range\n0x80050000\t0\tAbove the range\n"
                      "0x80040300\t0\tOnly here\n0x80070002\t0\tnot asked\n0x8007EE00\t0\tWhole code\n"
                      "0xEE00\t0\tnot asked\n0xEE01\t0\tLow word\n");
     SetMessageFiles("own.txt", elsewhere.string() + ",own.txt");
@@ -150,7 +151,7 @@ void AskEachSource() {
                                                           {0x8004FFFF, "Last"},
                                                           {0x80040300, "Only here"},
                                                           {0x800401B0, "Below the range"},
-                                                          {0x80050000, "Behind the range"},
+                                                          {0x80050000, "Above the range"},
                                                           {0x80070002, "The system cannot find the file specified"},
                                                           {0x8007EE00, "Whole code"},
                                                           {0x8007EE01, "Low word"},
@@ -159,7 +160,7 @@ void AskEachSource() {
     for (const auto& [code, text] : rows) EXPECT_EQ(ToUtf8(DescribeError(code)), text);
     EXPECT_THAT(log.Take(), ElementsAre(MatchesRegex("ERR  Loading errormsg module 'own.txt' failed: 0x8007007E The "
                                                      "specified module could not be found \\[.*\\]")))
-        << "a bare name of the second list isn't looked for beside this module";
+        << "a plain name of the second list is not searched beside this module";
 }
 
 void LoadTooMany() {
@@ -180,7 +181,7 @@ void LoadTooMany() {
                                         begin + "5.txt' failed: No more slots"));
 }
 
-TEST(ErrorTexts, ComeFromTheReadableSourcesOfTheirCodeWithoutAFullStop) {
+TEST(ErrorTexts, ComeFromTheSourcesOfTheirCodeWithoutAFullStop) {
     EXPECT_IN_CHILD(AskEachSource());
     EXPECT_IN_CHILD(LoadTooMany());
 }

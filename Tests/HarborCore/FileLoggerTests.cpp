@@ -53,13 +53,13 @@ protected:
     const fs::path file_ = directory_ / "test.log";
 };
 
-TEST_F(LogFile, HasABannerAtItsHeadAndGoesOnInWhateverStandsAtItsPath) {
+TEST_F(LogFile, StartsWithABannerAndContinuesAfterAReplacement) {
     const fs::path other = directory_ / "other";
     const auto replace = [&] {
         Stage::WriteText(other, std::string("X\0", 2));
         fs::rename(other, file_);
     };
-    // What happens to the file, and the texts of the file at its path and of the other one.
+    // What happens to the file, and the expected contents of the file at its path and of the other file.
     const std::tuple<const char*, std::function<void()>, std::string, std::string> rows[] = {
         {"left alone", [] {}, "B123", ""},
         {"renamed", [&] { fs::rename(file_, other); }, "B3", "B12"},
@@ -86,7 +86,7 @@ TEST_F(LogFile, HasABannerAtItsHeadAndGoesOnInWhateverStandsAtItsPath) {
     }
 }
 
-TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
+TEST_F(LogFile, StopsAtItsThresholdAndReportsThatOnce) {
     const ScopedVariable keepOpen("GS_Logger_KeepOpenInterval", "0"),
         threshold("GS_Logger_LogFileSizeThresholdMB", "1");
     PassLogInterval();
@@ -94,18 +94,18 @@ TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
     Write(logger, u"1");
     constexpr std::uintmax_t megabyte = 1 << 20;
     const std::string tooBig = "FileLogger: log file '" + file_.string() + "' is too big (size=";
-    // The file's size, by how much a line makes it grow, and what is told.
+    // The file's size, its growth by one line, and the debug output.
     const std::tuple<std::uintmax_t, std::uintmax_t, Stage::Strings> steps[] = {
         {megabyte - 1, 2, {}},
         {megabyte, 0, {tooBig + "1MB threshold=1MB)\n"}},
         {3 * megabyte, 0, {}},
         {megabyte - 1, 2, {}},
         {5120 * megabyte, 0, {tooBig + "5120MB threshold=1MB)\n"}}};
-    for (const auto& [size, growth, told] : steps) {
+    for (const auto& [size, growth, output] : steps) {
         fs::resize_file(file_, size);
         Write(logger, u"2");
         EXPECT_EQ(fs::file_size(file_), size + growth);
-        EXPECT_EQ(Stage::TakeDebugOutput(), told) << size;
+        EXPECT_EQ(Stage::TakeDebugOutput(), output) << size;
     }
     const ScopedVariable noThreshold("GS_Logger_LogFileSizeThresholdMB", "0");
     PassLogInterval();
@@ -113,7 +113,7 @@ TEST_F(LogFile, StopsAtItsThresholdAndTellsSoOnce) {
     EXPECT_EQ(fs::file_size(file_), 5120 * megabyte + 2) << "no limit";
 }
 
-TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
+TEST_F(LogFile, IsInTheDirectoryThatTheSettingsName) {
     const fs::path module = Stage::ModuleDirectory(), impossible = directory_ / "file";
     Stage::WriteText(impossible, "");
     FileLogger logger(u"named.log", u"");
@@ -133,12 +133,12 @@ TEST_F(LogFile, LiesInTheDirectoryOfTheSettings) {
     EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(testing::MatchesRegex(
                                               R"(FileLogger: cannot open log file '.*file\\named.log' \(error: .*\))"
                                               "\n")))
-        << "the file is tried again only after the interval";
-    EXPECT_EQ(sleeps, 0) << "only a sharing violation is tried again at once";
+        << "the file is opened again only after the interval";
+    EXPECT_EQ(sleeps, 0) << "only a sharing violation is retried at once";
     fs::remove_all(module);
 }
 
-TEST_F(LogFile, WaitsForAHolderThatSharesNothingInFourTries) {
+TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsItExclusively) {
     for (const int releasedAt : {3, 5}) {
         SystemHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
                                                   Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -149,18 +149,18 @@ TEST_F(LogFile, WaitsForAHolderThatSharesNothingInFourTries) {
         FileLogger logger = Logger();
         Write(logger, u"1");
         EXPECT_EQ(sleeps, std::min(releasedAt, 4));
-        EXPECT_EQ(ReadLog(file_), "B1") << "the second line is lost";
+        EXPECT_EQ(ReadLog(file_), "B1") << "the second line must be lost";
     }
     EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(CannotOpen("0x80070020")));
 }
 
-// A small file system that this process alone sees; false where the system doesn't let it.
+// Mounts a small file system that only this process sees. Returns false if the system does not permit that.
 bool MountSmallDisk(const fs::path& at) {
     return unshare(CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
            mount("tmpfs", at.c_str(), "tmpfs", 0, "size=64k") == 0;
 }
 
-TEST_F(LogFile, GoesOnWhenAFullDiskHasRoomAgain) {
+TEST_F(LogFile, ContinuesWhenAFullDiskHasSpaceAgain) {
     const auto fill = [this] {
         if (!MountSmallDisk(directory_)) _exit(2);
         Stage::WriteText(directory_ / "others", std::string(32 * 1024, '.'));
@@ -169,25 +169,25 @@ TEST_F(LogFile, GoesOnWhenAFullDiskHasRoomAgain) {
         while (Stage::TakeDebugOutput().empty()) Write(logger, FromUtf8(line).c_str());
         const std::string full = ReadLog(file_);
         fs::remove(directory_ / "others");
-        Write(logger, u"room again\n");
-        // Whole lines, at most a part of the one that met the end of the disk, and what came behind.
+        Write(logger, u"space again\n");
+        // Whole lines, possibly a part of the line that filled the disk, and the line after it.
         const std::size_t part = (full.size() - 1) % line.size();
         EXPECT_GT(full.size(), 10 * line.size());
         EXPECT_EQ(full.substr(0, full.size() - part).find_first_not_of("Bx\n"), full.npos);
-        EXPECT_EQ(ReadLog(file_), full + "room again\n");
+        EXPECT_EQ(ReadLog(file_), full + "space again\n");
         EXPECT_EQ(Stage::TakeDebugOutput(), Stage::Strings());
         umount2(directory_.c_str(), MNT_DETACH);
-        Stage::ExitTelling();
+        Stage::ExitWithResult();
     };
     const pid_t child = fork();
     if (child == 0) fill();
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == 2) GTEST_SKIP() << "this system lets nobody mount a disk";
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 2) GTEST_SKIP() << "this system does not permit mounting a disk";
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(LogFile, HoldsEachLineWhoseStatementReturnedBeforeItsProcessWasKilled) {
+TEST_F(LogFile, ContainsEveryReturnedLineAfterItsProcessIsKilled) {
     int pipe[2];
     ASSERT_EQ(::pipe(pipe), 0);
     const pid_t child = fork();
@@ -211,7 +211,7 @@ TEST_F(LogFile, HoldsEachLineWhoseStatementReturnedBeforeItsProcessWasKilled) {
     EXPECT_TRUE(text == expected || text == expected + last) << text.substr(text.size() - 20);
 }
 
-TEST(LogBanner, TellsTheModuleItsVersionAndItsProcess) {
+TEST(LogBanner, NamesTheModuleItsVersionAndTheProcess) {
     const std::string stars(100, '*'), pattern = R"(!\*\*\* Module: .*Orv\.so \(Base: 0x[0-9A-F]{16}\)!)"
                                                  R"(\*\*\* Version: 1\.20\.3\.4!)"
                                                  R"(\*\*\* Module description: Description!)"
@@ -224,7 +224,7 @@ TEST(LogBanner, TellsTheModuleItsVersionAndItsProcess) {
     EXPECT_EQ(MakeLogFileName(), u"Orv.log");
 }
 
-TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
+TEST_F(LogFile, KeepsLinesOfThreadsAndProcessesIntact) {
     constexpr int threadCount = 4, lineCount = 25'000;
     const auto line = [](char process, int thread, int i) {
         return process + std::to_string(thread * lineCount + i) +
@@ -236,7 +236,7 @@ TEST_F(LogFile, KeepsEachLineOfManyThreadsAndTwoProcessesWhole) {
         for (int t = 0; t < threadCount; ++t) {
             threads.emplace_back([&, t] {
                 for (int i = 0; i < lineCount; ++i) {
-                    if (i % 500 == 0) PassLogInterval();  // the file is opened anew under the writers
+                    if (i % 500 == 0) PassLogInterval();  // makes the writers open the file again
                     Write(logger, FromUtf8(line(process, t, i) + "\r\n").c_str());
                 }
             });
@@ -271,13 +271,14 @@ void LogWithoutADirectory() {
     };
     Stage::ModuleIsKnown = false;
     EXPECT_EQ(Stage::CodeThrownBy(log), HResultFromWin32(Platform::ERROR_ACCESS_DENIED));
-    EXPECT_EQ(Stage::CodeThrownBy([] { return DescribeError(0x80040201); }), S_OK) << "a missing module's report fails";
+    EXPECT_EQ(Stage::CodeThrownBy([] { return DescribeError(0x80040201); }), S_OK)
+        << "reporting the missing module fails";
     EXPECT_EQ(Stage::CodeThrownBy([] { return HRES::Unchecked(MakeHResult(0x80040202)).PublishErrorInfo(); }), S_OK);
     Stage::ModuleIsKnown = true;
-    EXPECT_EQ(Stage::CodeThrownBy(log), S_OK) << "the next look at the directory succeeds";
+    EXPECT_EQ(Stage::CodeThrownBy(log), S_OK) << "the next statement finds the directory";
 }
 
-TEST(FileLogger, LetsAFailureOfItsDirectoryLeaveTheStatementAndNothingElse) {
+TEST(FileLogger, ThrowsAFailureOfItsDirectoryFromTheStatementOnly) {
     EXPECT_IN_CHILD(LogWithoutADirectory());
 }
 

@@ -17,7 +17,7 @@ TEST(LogLine, HasFixedColumnsUnlessANameOrANumberIsTooLong) {
     constexpr std::uint64_t moment = 133'540'960'890'120'345;  // 2024-03-05 07:08:09.0120345 UTC
     constexpr Platform::FILETIME time{static_cast<std::uint32_t>(moment), static_cast<std::uint32_t>(moment >> 32)};
     const std::string n25(25, 'n'), n26(26, 'n'), deepest(60, ' ');
-    // Severity, file, line and indentation, and what these make of the line.
+    // Severity, file, line and indentation, and the resulting columns.
     const std::tuple<std::uint32_t, std::string, std::uint32_t, std::int32_t, std::string> rows[] = {
         {0, "", 1, -1, "NONE | 4660    86 | :1                             | "},
         {1, "a/b\\c.cpp", 65, 1, "CRIT | 4660    86 | c.cpp:65                       |   "},
@@ -46,7 +46,7 @@ TEST(LogSettings, SelectTheSeverityByItsName) {
 }
 
 TEST(LogSettings, AreReadAgainOnlyAfterMoreThanFiveSeconds) {
-    Stage::Ticks = 0xFFFFFF00 - 5000;  // the clock wraps on the way
+    Stage::Ticks = 0xFFFFFF00 - 5000;  // the clock overflows in between
     LogLines log("ERR");
     EXPECT_FALSE(IsLogEnabled(LogSeverity::Warn));
     const ScopedVariable changed("GS_Logger_MaxSeverity", "WARN");
@@ -62,7 +62,7 @@ WideStream& operator<<(WideStream& stream, Throwing) {
     throw 1;
 }
 
-TEST(LogStatement, EvaluatesItsOperandsWhenItIsLiveAndSurvivesThem) {
+TEST(LogStatement, EvaluatesItsOperandsOnlyWhenEnabledAndSurvivesExceptions) {
     LogLines log("WARN");
     int evaluated = 0;
     LOG(Info, u"off " << ++evaluated);
@@ -74,7 +74,7 @@ TEST(LogStatement, EvaluatesItsOperandsWhenItIsLiveAndSurvivesThem) {
                                         "ERR  ff 0000000000ABCDEF -81"));
 }
 
-TEST(LogManager, HasFourSlotsAndALoggerInOneAtMost) {
+TEST(LogManager, HoldsUpToFourLoggersEachOnce) {
     static std::vector<ILogger*> heard;
     struct Logger final : ILogger {
         void Write(const WideChar*, std::int32_t) override { heard.push_back(this); }
@@ -83,17 +83,17 @@ TEST(LogManager, HasFourSlotsAndALoggerInOneAtMost) {
     for (auto& logger : loggers) EXPECT_EQ(manager.Register(&logger), &logger != &loggers[4]);
     EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre("LogManager: Too many loggers\n"));
     EXPECT_TRUE(manager.Register(&loggers[2]));
-    LOG(Err, u"everybody");
+    LOG(Err, u"all");
     manager.Unregister(&loggers[0]);
     EXPECT_TRUE(manager.Register(&loggers[4]));
     LOG(Err, u"the free slot is the first");
     for (auto& logger : loggers) manager.Unregister(&logger);
-    LOG(Err, u"nobody");
+    LOG(Err, u"none");
     EXPECT_THAT(heard, ElementsAre(&loggers[0], &loggers[1], &loggers[2], &loggers[3],  //
                                    &loggers[4], &loggers[1], &loggers[2], &loggers[3]));
 }
 
-TEST(FunctionTrace, TellsAnExceptionThatPassesFromOneThatIsInFlightElsewhere) {
+TEST(FunctionTrace, ReportsOnlyExceptionsThatLeaveItsScope) {
     LogLines log;
     struct TracesAtItsEnd {
         ~TracesAtItsEnd() { TRACE_FUNCTION(Dbg2, u"Nest"); }
@@ -118,11 +118,11 @@ TEST(FunctionTrace, TestsItsSeverityAtEachLine) {
         LOG(Err, u"inside");
         log.SetSeverity(name);
     }
-    LOG(Err, u"behind");
-    EXPECT_THAT(log.Take(), ElementsAre("ERR  inside", "DBG3 Entering: Change", "ERR    inside", "ERR  behind"));
+    LOG(Err, u"after");
+    EXPECT_THAT(log.Take(), ElementsAre("ERR  inside", "DBG3 Entering: Change", "ERR    inside", "ERR  after"));
 }
 
-TEST(FunctionTrace, TellsMillisecondsInGroups) {
+TEST(FunctionTrace, ShowsMillisecondsInGroups) {
     EXPECT_EQ(FormatElapsed(12), u" [0.012 ms]");
     EXPECT_EQ(FormatElapsed(86'400'000'000'007), u" [86 400 000 000.007 ms]");
     EXPECT_EQ(MicrosecondsOf(999, 1'000'000'000), 0);

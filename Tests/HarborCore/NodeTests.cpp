@@ -1,9 +1,29 @@
+#include <dlfcn.h>
+
 #include "Common/Base/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Common/Nodes/NodeDump.h"
 #include "Stage.h"
 #include "Support/StoreFixture.h"
+
+namespace {
+
+// What the next dumps are, in place of the store's text, and the flags of the last one.
+std::optional<std::string> dumpOfStore;
+std::uint32_t dumpFlags = 0;
+
+}  // namespace
+
+Harbor::HRESULT AcnStartSerialization(std::int32_t kind, std::uint32_t flags, AcnSerializationCallback callback,
+                                      void* user, AcnContext* out) {
+    static const auto next = reinterpret_cast<decltype(&AcnStartSerialization)>(dlsym(RTLD_NEXT, __func__));
+    dumpFlags = flags;
+    if (!dumpOfStore) return next(kind, flags, callback, user, out);
+    EXPECT_EQ(callback(dumpOfStore->data(), static_cast<std::uint32_t>(dumpOfStore->size()), user), Harbor::S_OK);
+    const AcnSerializationCallback discard = [](const void*, std::uint32_t, void*) { return Harbor::S_OK; };
+    return next(kind, flags, discard, nullptr, out);
+}
 
 namespace Harbor {
 namespace {
@@ -24,7 +44,7 @@ ACNode AddChild(const ACNode& parent, const WideChar* name, const WideChar* type
 
 class Node : public StoreTest {};
 
-TEST_F(Node, ReadsTextsOfAnyLengthWhole) {
+TEST_F(Node, ReadsTextsOfAnyLength) {
     for (const std::size_t length : {0u, 1u, 126u, 127u, 128u, 129u, 5000u}) {
         const WideString text(length, u'\u6F22');
         ACNode node = NewNode(text.c_str(), text.c_str());
@@ -44,7 +64,7 @@ TEST_F(Node, ReadsTextsOfAnyLengthWhole) {
     }
 }
 
-TEST_F(Node, TellsAMissingAttributeFromAFailure) {
+TEST_F(Node, DistinguishesAMissingAttributeFromAFailure) {
     ACNode node = NewNode(u"n");
     node.SetInt32(u"number", -5);
     node.SetInt64(u"large", std::int64_t{1} << 40);
@@ -72,7 +92,7 @@ TEST_F(Node, TellsAMissingAttributeFromAFailure) {
 TEST_F(Node, FindsANodeByItsPath) {
     const ACNode root = NewNode(u"Root"), a = AddChild(root, u"A"), ab = AddChild(root, u"Ab"), b = AddChild(a, u"B"),
                  c = AddChild(b, u"C"), none;
-    // From where, the path, and what is found without flags and with NotAboveThisNode.
+    // The start, the path, and the result without flags and with NotAboveThisNode.
     const std::tuple<ACNode, const WideChar*, ACNode, ACNode> rows[] = {{a, u"", a, a},
                                                                         {a, u"B\\C", c, c},
                                                                         {a, u"B\\missing\\C", none, none},
@@ -94,8 +114,8 @@ TEST_F(Node, FindsANodeByItsPath) {
     EXPECT_EQ(CodeThrownBy([&] { return a.FindByPath(static_cast<const WideChar*>(nullptr), 0); }), E_POINTER);
 }
 
-// A root of type "Server" with accounts below it that their paths don't tell apart, and one below these; a secret in
-// three attributes of each.
+// A root of type "Server", accounts below it that have the same path, and one below these. Three attributes of each
+// contain a secret.
 struct Tree {
     Tree() {
         for (ACNode* const node : {&root, &first, &second, &nameless, &inner}) {
@@ -114,10 +134,10 @@ std::size_t Count(std::string_view text, std::string_view part) {
     return count;
 }
 
-TEST_F(Node, IsDumpedWithMaskedValuesAsTheRulesSay) {
+TEST_F(Node, IsDumpedWithHiddenAttributesMasked) {
     const Tree tree;
     const std::string heading = ToUtf8(FormatWide(u"ACNode[0x%p]:\r\n", static_cast<const void*>(tree.root.Handle())));
-    // The rules, and what they mask of all 15 attributes and of the root's 3.
+    // The rules, and how many they mask of all 15 attributes and of the root's 3.
     const std::tuple<const WideChar*, std::size_t, std::size_t> rows[] = {
         {u"", 0, 0},
         {u"Account:Password", 4, 0},
@@ -134,14 +154,43 @@ TEST_F(Node, IsDumpedWithMaskedValuesAsTheRulesSay) {
             const std::string text = ToUtf8(DumpNode(view));
             EXPECT_EQ(Count(text, "\"********\""), expected);
             EXPECT_EQ(Count(text, "5ecret"), (deep ? 15 : 3) - expected);
-            EXPECT_EQ(text.starts_with(heading), expected == 0) << "only what is masked is cloned";
+            EXPECT_EQ(text.starts_with(heading), expected == 0) << "only a masked node may be cloned";
             EXPECT_EQ(Count(text, "nr>"), 0u);
         }
-        EXPECT_EQ(tree.inner.GetText(u"Password"), u"5ecret") << "the original is untouched";
+        EXPECT_EQ(tree.inner.GetText(u"Password"), u"5ecret") << "the original must not change";
     }
     for (const auto* const bad : {u"Account", u"Account:", u":Password", u"A:b:c", u"A:b; ", u"A:b;c"}) {
         EXPECT_EQ(CodeThrownBy([&] { return HiddenNodeAttrs::ParseRules(bad); }), E_INVALIDARG) << ToUtf8(bad);
     }
+}
+
+TEST_F(Node, IsDumpedWithoutTheMarkersOfTheStore) {
+    const ACNode node = NewNode(u"n");
+    ACNodeLogView view(ACNode(), DumpDepth::WholeTree);
+    view.node = node;
+    const std::string heading = ToUtf8(FormatWide(u"ACNode[0x%p]:\r\n", static_cast<const void*>(node.Handle())));
+    // The store's text, and what remains of it.
+    const std::pair<const char*, const char*> rows[] = {{"<nr>\r\n\t<n/>\r\n</nr>\r\n", "\t<n/>"},
+                                                        {"<nr>\n<n/>\n</nr>\n\t\t", "<n/>"},
+                                                        {"<nr> <n/>\t</nr>", " <n/>\t"},
+                                                        {"<n/>\r\n \t", "<n/>"},
+                                                        {"\n<n/>", "\n<n/>"},
+                                                        {"<n/></nr>", "<n/>"},
+                                                        {"<nr><n/>", "<n/>"},
+                                                        {"<nr>\r\n</nr>\r\n", ""},
+                                                        {"<nr>", ""},
+                                                        {"</nr>\n", ""},
+                                                        {" \r\n\t", ""},
+                                                        {"", ""}};
+    for (const auto& [text, expected] : rows) {
+        dumpOfStore = text;
+        EXPECT_EQ(ToUtf8(DumpNode(view)), heading + expected) << text;
+        dumpOfStore = text + std::string(1, '\0');
+        EXPECT_EQ(ToUtf8(DumpNode(view)), heading + expected) << text << " and a terminator";
+    }
+    dumpOfStore.reset();
+    EXPECT_EQ(ToUtf8(DumpNode(view)), heading + "  <node name=\"n\" type=\"\"/>");
+    EXPECT_EQ(dumpFlags, 257u);
 }
 
 constexpr const char* marked = "] ... (***EXCEPTION***)";
@@ -164,7 +213,7 @@ void LogTree(const char* rules, const char* end, std::size_t masked) {
     }
 }
 
-TEST_F(Node, IsDumpedInALogStatementByTheRulesOfTheSettingOrNotAtAll) {
+TEST_F(Node, IsLoggedOnlyIfTheHidingRulesAreKnown) {
     EXPECT_IN_CHILD(LogTree("*:Password;Account:Token", ">", 9));
     EXPECT_IN_CHILD(LogTree("*:Password;no rule", marked, 0));
 }

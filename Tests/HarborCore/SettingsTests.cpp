@@ -25,7 +25,7 @@ private:
     std::optional<ScopedVariable> key_;
 };
 
-TEST_F(Settings, ComeFromTheFirstPlaceThatHasThem) {
+TEST_F(Settings, ComeFromTheFirstSourceThatHasThem) {
     const auto process = Stage::ProcessDirectory(), module = Stage::ModuleDirectory();
     const std::filesystem::path files[] = {Stage::Root() / "any.ini", process / "Host.ini",
                                            process / "Orv.ini",       process / "GlobalSettings.ini",
@@ -37,7 +37,7 @@ TEST_F(Settings, ComeFromTheFirstPlaceThatHasThem) {
     SetKey(std::nullopt);
     for (const auto& file : files) {
         EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), Stage::Wide(file));
-        Stage::WriteText(file, "[Test]\nKey=\n");  // an empty key is none
+        Stage::WriteText(file, "[Test]\nKey=\n");  // an empty key counts as missing
     }
     EXPECT_EQ(GetSettingOr(u"Test", u"Key", u"default"), u"default");
     const ScopedVariable missing("GLOBAL_SETTINGS_INI", "/nowhere/missing.ini");
@@ -45,7 +45,7 @@ TEST_F(Settings, ComeFromTheFirstPlaceThatHasThem) {
     EXPECT_EQ(GetSettingOr(nullptr, u"Key", u""), u"in a file");
 }
 
-TEST_F(Settings, ThatCantBeReadForTheMomentAreNoMissingOnes) {
+TEST_F(Settings, ThatCannotBeReadAreNotTreatedAsMissing) {
     const auto file = Stage::ProcessDirectory() / "Host.ini";
     Stage::WriteText(Stage::ProcessDirectory() / "GlobalSettings.ini", "[Test]\nKey=1\n");
     WideString value;
@@ -55,10 +55,10 @@ TEST_F(Settings, ThatCantBeReadForTheMomentAreNoMissingOnes) {
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
     std::filesystem::remove(Stage::ProcessDirectory() / "GlobalSettings.ini");
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-    EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is empty";
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is an empty file";
 }
 
-TEST_F(Settings, AreReadWholeHoweverLongTheyAre) {
+TEST_F(Settings, AreReadInFullAtAnyLength) {
     for (const std::size_t length : {1u, 258u, 259u, 260u, 519u, 4000u}) {
         const std::string text(length, 'x');
         WriteHostIni("[Test]\nKey=" + text + "\n");
@@ -69,7 +69,7 @@ TEST_F(Settings, AreReadWholeHoweverLongTheyAre) {
     }
 }
 
-TEST_F(Settings, AreNumbersOnlyAsAWhole) {
+TEST_F(Settings, AreNumbersOnlyIfTheWholeTextIsANumber) {
     WriteHostIni("[Test]\nKey=77\n");
     const std::tuple<const char*, HRESULT, std::uint32_t> rows[] = {
         {"0x10", S_OK, 16},       {"010", S_OK, 8},        {" 7 ", S_OK, 7},
@@ -91,7 +91,7 @@ struct FailingSource : SettingsSource {
     HRESULT code = E_ABORT;
 };
 
-TEST_F(Settings, EndTheirSearchAtAnAbort) {
+TEST_F(Settings, AreNotSearchedFurtherAfterAnAbort) {
     SetKey("1");
     WideString value;
     {
@@ -101,21 +101,21 @@ TEST_F(Settings, EndTheirSearchAtAnAbort) {
         EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
         source.code = E_ABORT;
     }
-    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the source is gone";
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the source has been removed";
 }
 
-TEST_F(Settings, OfASectionStayAsTheyWereUntilTheirCacheIsClearedOrExpires) {
+TEST_F(Settings, OfASectionAreCachedUntilClearedOrExpired) {
     SettingsSection section(u"Test", 100);
-    Stage::Ticks = 0xFFFFFFF0;  // the clock wraps within the interval
+    Stage::Ticks = 0xFFFFFFF0;  // the clock overflows within the interval
     WideString text;
     std::uint32_t number = 0;
     EXPECT_FALSE(section.GetString(u"Key", text, UseCache::Yes));
     SetKey("1");
-    EXPECT_FALSE(section.GetNumber(u"Key", number, UseCache::Yes)) << "texts and numbers share what is missing";
+    EXPECT_FALSE(section.GetNumber(u"Key", number, UseCache::Yes)) << "a missing text is also a missing number";
     EXPECT_TRUE(section.GetNumber(u"Key", number, UseCache::No));
-    EXPECT_FALSE(section.GetNumber(u"Key", number, UseCache::Yes)) << "an uncached read is not remembered";
+    EXPECT_FALSE(section.GetNumber(u"Key", number, UseCache::Yes)) << "an uncached read must not be cached";
     section.Clear();
-    // What is read, what the setting then becomes, and how long after that it is read again.
+    // The value read, the new value of the setting, and the time until the next read.
     for (const auto& [expected, next, pause] : {std::tuple(1u, "3", 100u), {1u, "4", 1u}, {4u, "5", 0u}}) {
         EXPECT_TRUE(section.GetString(u"Key", text, UseCache::Yes) && section.GetNumber(u"Key", number, UseCache::Yes));
         EXPECT_EQ(number, expected);
@@ -125,7 +125,7 @@ TEST_F(Settings, OfASectionStayAsTheyWereUntilTheirCacheIsClearedOrExpires) {
     }
 }
 
-TEST(Registry, GivesTheTextsOfAKeyByItsRoot) {
+TEST(Registry, ReturnsTheTextsOfAKeyByItsRoot) {
     const std::string longName(300, 'n'), longValue(300, 'e'), path = Stage::Root() / "registry.reg";
     Stage::WriteText(path, "REGEDIT4\n[HKEY_LOCAL_MACHINE\\Orv]\n@=\"x\"\n\"Number\"=dword:00000001\n\"" + longName +
                                "\"=\"<%E%>\"\n[HKEY_CURRENT_USER\\Orv]\n\"User\"=\"yes\"\n");
@@ -148,9 +148,9 @@ void Resolve(const char* path, const char* expected) {
     EXPECT_EQ(resolved, expected);
 }
 
-TEST(DataDirectory, SendsAPathWhereSettingsAndOverridesSay) {
+TEST(DataDirectory, ResolvesAPathBySettingsAndOverrides) {
     constexpr const char* nested = "\"Logs\"=\"D:\\\\Big\"\n\"/LOGS\\\\x/\"=\"F:\\\\Deep\\\\\"";
-    // The setting of the directory, the values of the registry key, the path, and where it lies. "/" is any separator.
+    // The directory setting, the values of the registry key, the path, and the resolved path. "/" is any separator.
     const std::tuple<Stage::Setting, std::string, const char*, const char*> rows[] = {
         {std::nullopt, "", "Logs/", "<module>/Logs/"},
         {"%ORV_BASE%", "", "%ORV_NAME%/x", "E:/Base/Logs/x"},

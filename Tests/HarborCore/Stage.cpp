@@ -46,10 +46,10 @@ void WriteText(const std::filesystem::path& path, const std::string& bytes) {
 void MakeUnreadable(const std::filesystem::path& path) {
     std::filesystem::create_directories(path.parent_path());
     std::filesystem::remove(path);
-    std::filesystem::create_symlink("/proc/self/mem", path);  // its first page can't be read
+    std::filesystem::create_symlink("/proc/self/mem", path);  // its first page cannot be read
 }
 
-void ExitTelling() {
+void ExitWithResult() {
     const auto& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
     for (int i = 0; i < result.total_part_count(); ++i) {
         std::fprintf(stderr, "%s\n", result.GetTestPartResult(i).summary());
@@ -74,7 +74,7 @@ DWORD GetCurrentThreadId() noexcept {
 }
 
 HMODULE GetModuleHandleW(const WideChar*) noexcept {
-    return nullptr;  // so this program is taken for a library
+    return nullptr;  // so that this program is taken for a library
 }
 
 DWORD GetModuleFileNameW(HMODULE module, WideChar* path, DWORD size) noexcept {

@@ -1,5 +1,5 @@
-// What the tests share: sleeps that take no time, a debugger's output that can be read, the lines of the log, places in
-// the file system, and processes that start anew.
+// Shared by the tests: sleeps that take no time, the captured debug output, the lines of the log, directories, and
+// child processes.
 #pragma once
 
 #include <gmock/gmock.h>
@@ -16,17 +16,17 @@ namespace Stage {
 extern std::function<void()> OnSleep;  // runs in place of each sleep
 Strings TakeDebugOutput();
 
-// The files. The process seems to be <ProcessDirectory>/Host.exe, and this module, behind a path of more than 260
-// characters, <ModuleDirectory>/Orv.so.
-const std::filesystem::path& Root();  // of this process alone; it goes with it
+// Files. The program's path is <ProcessDirectory>/Host.exe. The module's path is <ModuleDirectory>/Orv.so, which is
+// longer than 260 characters.
+const std::filesystem::path& Root();  // removed at the end of this process
 std::filesystem::path ProcessDirectory();
 std::filesystem::path ModuleDirectory();
-extern std::atomic<bool> ModuleIsKnown;  // false: its path can't be told
+extern std::atomic<bool> ModuleIsKnown;  // false if its path cannot be determined
 Harbor::WideString Wide(const std::filesystem::path& path);
-void WriteText(const std::filesystem::path& path, const std::string& bytes);  // with the directories above it
+void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
 void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails
 
-// The code of the HRX that the call throws, or S_OK.
+// Returns the code of the HRX that the call throws, or S_OK.
 template <class Call>
 Harbor::HRESULT CodeThrownBy(Call call) {
     try {
@@ -37,13 +37,13 @@ Harbor::HRESULT CodeThrownBy(Call call) {
     }
 }
 
-[[noreturn]] void ExitTelling();  // ends a child process with its failures on standard error, where its parent listens
+[[noreturn]] void ExitWithResult();  // ends a child process and writes its failures to standard error
 
 }  // namespace Stage
 
-// Runs the call in a process of its own, which is loaded anew with the environment of this moment.
-#define EXPECT_IN_CHILD(call)                                                                 \
-    do {                                                                                      \
-        GTEST_FLAG_SET(death_test_style, "threadsafe");                                       \
-        EXPECT_EXIT((call, Stage::ExitTelling()), testing::ExitedWithCode(EXIT_SUCCESS), ""); \
+// Runs the call in a new process that has the current environment.
+#define EXPECT_IN_CHILD(call)                                                                    \
+    do {                                                                                         \
+        GTEST_FLAG_SET(death_test_style, "threadsafe");                                          \
+        EXPECT_EXIT((call, Stage::ExitWithResult()), testing::ExitedWithCode(EXIT_SUCCESS), ""); \
     } while (false)

@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(BinaryInterface, HasTheRecordsOfTheContract) {
+TEST(BinaryInterface, HasTheRecordLayoutOfTheContract) {
     using Timed = TimedActionSettings;
     using Forced = ForcedActionConfig;
     constexpr std::size_t text = sizeof(std::u16string);
@@ -25,7 +25,7 @@ TEST(BinaryInterface, HasTheRecordsOfTheContract) {
                 ElementsAre(0, text, 2 * text, 2 * text + alignof(std::u16string)));
 }
 
-// Where a method stands in the table: a pointer to a virtual method holds the place, in bytes, plus one.
+// Returns a method's place in the table. A pointer to a virtual method contains the place in bytes, plus one.
 template <class Method>
 std::size_t SlotOf(Method method) {
     std::size_t place = 0;
@@ -33,7 +33,7 @@ std::size_t SlotOf(Method method) {
     return (place - 1) / sizeof(void*);
 }
 
-TEST(BinaryInterface, HasTheSlotsOfTheContractInWhatPartnersImplement) {
+TEST(BinaryInterface, HasTheMethodOrderOfTheContractForPartners) {
     EXPECT_THAT((std::array{SlotOf(&IActionListener::OnActionTriggered), SlotOf(&IACModifyCallback::OnTriggered),
                             SlotOf(&IACModifySubscription::Start), SlotOf(&IACNodeModifyEnum::GetNodeEnumerator),
                             SlotOf(&IACConfigService::AddSubscription), SlotOf(&IACConfigService::RemoveSubscription),
@@ -46,7 +46,7 @@ std::span<const Item> ItemsAt(const std::string& file, std::uint64_t offset, std
     return {reinterpret_cast<const Item*>(file.data() + offset), count};
 }
 
-TEST(BinaryInterface, ExportsNothingButTheOneFunction) {
+TEST(BinaryInterface, ExportsOnlyOneFunction) {
     const std::string file = ReadFile(ORV_MODULE_PATH);
     const Elf64_Ehdr& head = ItemsAt<Elf64_Ehdr>(file, 0, 1)[0];
     const auto sections = ItemsAt<Elf64_Shdr>(file, head.e_shoff, head.e_shnum);
@@ -62,7 +62,7 @@ TEST(BinaryInterface, ExportsNothingButTheOneFunction) {
     EXPECT_THAT(exported, ElementsAre("GetComponentsModuleObject"));
 }
 
-// Calls the method in a slot as a client of another compiler would: by its place in the table alone.
+// Calls a method only by its place in the table, as a client of another compiler does.
 template <class Result = HRESULT, class... Arguments>
 Result Call(void* object, std::size_t slot, Arguments... arguments) {
     void* const* const table = *static_cast<void* const**>(object);
@@ -75,7 +75,7 @@ bool Read(void* object, std::size_t slot) {
     return flag;
 }
 
-// The three slots that every interface of an object begins with.
+// Checks the three methods with which every interface begins.
 void CheckBaseSlots(std::initializer_list<void*> views) {
     for (void* const view : views) {
         const auto count = Call<std::uint32_t>(view, 0);
@@ -88,7 +88,7 @@ void CheckBaseSlots(std::initializer_list<void*> views) {
 
 class SlotTest : public StoreTest {};
 
-// A delivered action for hand-made calls, of a manager that has ended since.
+// Returns a delivered action, for direct calls, whose manager has been deleted.
 ComponentPtr<IAction> TakeAction(const LoadedModule& module) {
     const auto manager = module.Create();
     Listener listener;
@@ -106,7 +106,7 @@ ComponentPtr<IAction> TakeAction(const LoadedModule& module) {
     return action;
 }
 
-TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
+TEST_F(SlotTest, FindsEachMethodAtItsPlaceInTheTable) {
     LoadedModule module;
     const auto action = TakeAction(module);
     GUID type{};
@@ -128,14 +128,14 @@ TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
     EXPECT_EQ(Call(mark.Get(), 7, true), S_OK);  // SetTriggered
     EXPECT_TRUE(Read(mark.Get(), 8));
 
-    // Without a worker the test itself drives the subscription.
+    // Without a worker the test itself runs the subscription.
     const auto manager = module.Create();
     const auto configurable = QueryOrThrow<IConfigurable>(manager);
     EXPECT_EQ(Call(configurable.Get(), 3, nullptr), E_FAIL);  // Configure
     Listener first, second;
     const ForcedActionConfig point{u"Leaf", u"Parent", false};
     SubscriptionPtr subscription;
-    EXPECT_EQ(Call(manager.Get(), 4, &first, &point, subscription.Address()), NOT_FOUND);  // there is no service
+    EXPECT_EQ(Call(manager.Get(), 4, &first, &point, subscription.Address()), NOT_FOUND);  // without a service
     subscription = Subscribe(manager, first, Every(1));
     const auto control = QueryOrThrow<IActionSubscriptionControl>(subscription);
     EXPECT_EQ(Call(control.Get(), 3, &second), S_OK);  // SetListener
@@ -153,8 +153,8 @@ TEST_F(SlotTest, OfTheObjectsStandInTheOrderOfTheContract) {
     const NodePtr empty = NewNode(u"Config"), full = NewNode(u"Config");
     AddChild(full, u"ScopeItems");
     const auto strategy = module.Create<ITriggerStrategy>(ScopeItemUpdateStrategyClassId);
-    EXPECT_EQ(Call(strategy.Get(), 3, empty.get(), full.get()), S_OK);     // trigger
-    EXPECT_EQ(Call(strategy.Get(), 3, full.get(), empty.get()), S_FALSE);  // don't
+    EXPECT_EQ(Call(strategy.Get(), 3, empty.get(), full.get()), S_OK);     // triggers
+    EXPECT_EQ(Call(strategy.Get(), 3, full.get(), empty.get()), S_FALSE);  // does not trigger
     EXPECT_EQ(Call(strategy.Get(), 4, nullptr), S_OK);                     // ReservedOperation
     CheckBaseSlots({manager.Get(), configurable.Get(), subscription.Get(), control.Get(), action.Get(), mark.Get(),
                     strategy.Get()});

@@ -17,8 +17,8 @@ struct Client {
     SubscriptionPtr subscription;
 };
 
-// A module and a configuration service that find each other by the broker. Commands arrive in the order in which they
-// are written: one that is heard stands for all before it.
+// A module and a configuration service that are connected through the broker. Commands arrive in the order in which
+// they are written, so after one is served, all before it have been served, too.
 class ForcedCommandTest : public StoreTest {
 protected:
     explicit ForcedCommandTest(const std::optional<std::string>& maxSeverity = "NONE") : module_(maxSeverity) {}
@@ -66,7 +66,7 @@ private:
     static WideString LeafName(std::size_t point) { return WideString(point + 1, u'x'); }
 };
 
-TEST_F(ForcedCommandTest, CallsTheListenersOfThePointWithTheLastCommandThatTheyHaveNotHeard) {
+TEST_F(ForcedCommandTest, CallsTheListenersOfThePointForTheLastUnservedCommand) {
     const Client& late = AddClient(0);
     const Listener& prompt = AddStarted(1);
     for (const WideChar* const command : {u"Start", u"Stop", u"Start", u"Stop", u"Stop"}) Write(0, command);
@@ -85,7 +85,7 @@ TEST_F(ForcedCommandTest, CallsTheListenersOfThePointWithTheLastCommandThatTheyH
     EXPECT_THAT(prompt.Names(), ElementsAre("ForcedStart", "ForcedStop"));
 }
 
-// The settings of the log, in a file.
+// The settings of the log in a file.
 class StormSettings {
 protected:
     void Set(const char* severity) const {
@@ -98,7 +98,7 @@ private:
     const ScopedVariable file_{"GLOBAL_SETTINGS_INI", (directory_ / "Storm.ini").string()};
 };
 
-// Several threads command many points while visitors come and go.
+// Several threads write commands for many points while clients register and unsubscribe.
 class CommandStorm : protected StormSettings, public ForcedCommandTest {
 protected:
     static constexpr std::size_t Points = 24, Writers = 3, Visitors = 2;
@@ -112,7 +112,7 @@ protected:
         EXPECT_EQ(Configure(manager_, 1), S_OK);
     }
 
-    // Each writer has points of its own, so that every point has one last command.
+    // Each writer has its own points, so that the last command of each point is known.
     void WriteCommands(std::size_t writer) {
         std::minstd_rand random(static_cast<unsigned>(writer + 1));
         for (int i = 0; i < Commands; ++i) {
@@ -140,7 +140,7 @@ protected:
         for (const auto& [client, calls] : visits) EXPECT_EQ(client.listener.Names().size(), calls);
     }
 
-    // At its end each listener has heard its point's last command, and what came with the round is gone.
+    // At its end each listener has received the last command of its point, and all objects of the round are deleted.
     void Round() {
         writersLeft_ = Writers;
         {
@@ -155,14 +155,14 @@ protected:
                 threads.emplace_back([this, visitor] { Visit(visitor); });
             }
         }
-        // Behind all others, so that it is heard after them.
+        // Written after all others, so it is served after them.
         Write(Points, u"Start");
         ASSERT_TRUE(clients_[Points].listener.AwaitCalls(1));
         for (std::size_t point = 0; point <= Points; ++point) {
             const auto names = clients_[point].listener.TakeNames();
             EXPECT_EQ(names.empty() ? "" : names.back(), point < Points ? last_[point] : "ForcedStart") << point;
         }
-        // The manager, and for each client that stays a subscription and the pair's actions.
+        // The manager, and for each remaining client a subscription and two actions.
         EXPECT_TRUE(Await([&] { return module_.LiveObjects() == 1 + 3 * clients_.size(); }));
     }
 
@@ -170,7 +170,7 @@ protected:
     std::atomic<std::size_t> writersLeft_{0};
 };
 
-TEST_F(CommandStorm, LeavesEveryListenerWithItsPointsLastCommandAndNothingBehind) {
+TEST_F(CommandStorm, DeliversTheLastCommandOfEachPointAndLeaksNothing) {
     Round();
     for (Client& client : clients_) {
         EXPECT_EQ(client.subscription->Unsubscribe(), S_OK);
@@ -179,31 +179,30 @@ TEST_F(CommandStorm, LeavesEveryListenerWithItsPointsLastCommandAndNothingBehind
     EXPECT_TRUE(Await([&] { return module_.LiveObjects() == 1; }));  // the manager
 }
 
-// What a process has: node handles, descriptors, and memory in pages.
-struct Holdings {
-    std::uint64_t nodeHandles = 0;
+// The resources of the process: node handles, descriptors, and memory in pages.
+struct Resources {
+    std::uint64_t nodeHandles = OpenHandles().first;
     std::ptrdiff_t descriptors = std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
     long memory = 0;
 
-    static Holdings Now() {
-        Holdings now;
-        EXPECT_EQ(AcnGetOpenHandleCount(&now.nodeHandles), S_OK);
-        malloc_trim(0);  // what the allocator keeps for later doesn't count
+    static Resources Now() {
+        Resources now;
+        malloc_trim(0);  // returns the memory that the allocator caches
         long all = 0;
         std::ifstream("/proc/self/statm") >> all >> now.memory;
         return now;
     }
 };
 
-// Two seconds, or as many as ORV_STORM_SECONDS says.
-TEST_F(CommandStorm, EndsEachRoundWithTheMemoryDescriptorsAndObjectsOfTheOneBefore) {
+// Runs for two seconds, or for ORV_STORM_SECONDS.
+TEST_F(CommandStorm, KeepsMemoryDescriptorsAndObjectsConstant) {
     const char* const seconds = getenv("ORV_STORM_SECONDS");
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{seconds != nullptr ? atoi(seconds) : 2};
     constexpr std::size_t warmUp = 3, fewest = 8;
-    std::vector<Holdings> rounds;
+    std::vector<Resources> rounds;
     while (!HasFailure() && (std::chrono::steady_clock::now() < end || rounds.size() < fewest)) {
         Round();
-        // The log is moved and removed in turn, and told and not told what the commands do.
+        // The log is renamed and removed in turn, and its severity is high and low in turn.
         std::error_code missing;
         if (rounds.size() % 2 == 0) {
             std::filesystem::rename(module_.LogFile(), module_.LogFile().string() + ".old", missing);
@@ -211,17 +210,17 @@ TEST_F(CommandStorm, EndsEachRoundWithTheMemoryDescriptorsAndObjectsOfTheOneBefo
             std::filesystem::remove(module_.LogFile(), missing);
         }
         Set(rounds.size() % 4 < 2 ? "DBG3" : "WARN");
-        rounds.push_back(Holdings::Now());
+        rounds.push_back(Resources::Now());
     }
-    const Holdings &first = rounds[warmUp], &last = rounds.back();
+    const Resources &first = rounds[warmUp], &last = rounds.back();
     EXPECT_EQ(last.nodeHandles, first.nodeHandles);
     EXPECT_LE(last.descriptors, first.descriptors + 1) << "the log may be open";
-    // Fragments take some megabytes more at times; the allocators of the sanitizers keep everything for a while.
+    // Fragmentation may take some megabytes. The allocators of the sanitizers keep freed memory for a while.
     EXPECT_TRUE(Sanitized || last.memory < first.memory + first.memory / 10 + 1024)
         << first.memory << " pages became " << last.memory;
 }
 
-TEST_F(CommandStorm, EndsWithTheManagerThoughCommandsGoOn) {
+TEST_F(CommandStorm, EndsWithTheManagerWhileCommandsArrive) {
     const std::jthread writer([this] { WriteCommands(0); });
     EXPECT_TRUE(clients_[0].listener.AwaitCalls(1));
     for (Client& client : clients_) client.subscription.Reset();

@@ -1,4 +1,4 @@
-// The module as its host and its clients see it: loaded by its path and reached through its one export.
+// The module as a host uses it: loaded by its path and called through its one export.
 #pragma once
 
 #include <dlfcn.h>
@@ -38,7 +38,7 @@ inline constexpr bool Sanitized = true;
 inline constexpr bool Sanitized = false;
 #endif
 
-// Waits for a condition; false if it doesn't come about.
+// Waits for a condition. Returns false if it does not become true within a minute.
 template <class Condition>
 [[nodiscard]] bool Await(Condition condition) {
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds{60};
@@ -65,8 +65,8 @@ inline std::size_t CountOf(std::string_view part, std::string_view text) {
     return count;
 }
 
-// Loads the module with a log directory of its own. At the end nothing may keep it in memory. Without a severity the
-// files of settings decide.
+// Loads the module with its own log directory, and checks that it is unmapped at the end. Without a severity the
+// settings files decide.
 class LoadedModule {
 public:
     explicit LoadedModule(const std::optional<std::string>& maxSeverity = "NONE")
@@ -139,8 +139,8 @@ constexpr TimedActionSettings Every(std::uint32_t milliseconds) {
     return {0, false, 0, TimedActionType::Repeat, milliseconds};
 }
 
-// A client's listener: notes the name of each action, then does what the test wants. It belongs to the test and counts
-// the references that others have.
+// A client's listener: records the name of each action and runs the test's action. The test owns it; it counts the
+// references that others hold.
 class Listener final : public IActionListener {
 public:
     std::uint32_t AddRef() override { return ++references_; }
@@ -154,7 +154,7 @@ public:
             names_.push_back(Narrow(name));
         }
         if (onCall) onCall(*subscription, *action);
-        return E_FAIL;  // which nobody reads
+        return E_FAIL;  // no caller reads it
     }
 
     std::vector<std::string> Names() const {
@@ -168,7 +168,7 @@ public:
         const std::lock_guard guard(lock_);
         return std::exchange(names_, {});
     }
-    // Nobody can call it any more.
+    // Waits until no other object holds a reference.
     [[nodiscard]] bool AwaitDetached() const {
         return Await([&] { return references_ == 0; });
     }

@@ -12,7 +12,7 @@ namespace {
 
 const std::string Namespace = "DataCollection::ActionManagement::";
 
-// Gives names to what differs from run to run; "~" stands for the namespace of the manager.
+// Replaces what differs from run to run by names, and the manager's namespace by "~".
 class Normalizer {
 public:
     void Name(const void* pointer, const char* name) {
@@ -38,8 +38,8 @@ private:
     std::vector<std::pair<std::regex, std::string>> pointers_;
 };
 
-// The messages of each thread, in the order in which the threads appear: severity, indentation and words. Of a message
-// of several lines the first stands; entry and exit of a method that logs nothing in between are one.
+// The messages of each thread (severity, indentation and text), in the order in which the threads appear. Only the
+// first line of a message is kept. The entry and exit of a method that logs nothing in between become one message.
 std::vector<std::string> MessagesByThread(const std::string& log, const Normalizer& normalize) {
     static const std::regex line(R"([-0-9]{10} [:.0-9]{16} \| ([A-Z0-9 ]{4})[^|]*\|([^|]*)\|[^|]*\|(.*)\r)");
     std::vector<std::string> messages;
@@ -53,7 +53,7 @@ std::vector<std::string> MessagesByThread(const std::string& log, const Normaliz
         const std::size_t thread = threads.emplace(fields[2], threads.size()).first->second;
         messages.resize(threads.size());
         std::string& before = messages[thread];
-        // The entry that this exit would follow.
+        // The entry that belongs to this exit.
         std::string entry = message;
         if (const std::size_t at = message.find("Exiting: "); at != message.npos && message.ends_with(" [ELAPSED]\n")) {
             entry.replace(at, 7, "Entering").erase(entry.rfind(" [ELAPSED]"), 10);
@@ -67,8 +67,8 @@ std::vector<std::string> MessagesByThread(const std::string& log, const Normaliz
     return messages;
 }
 
-// How many cycles with nothing to do there are is left to time: of those in a row one stands.
-void OneEmptyCycle(std::string& messages) {
+// The number of cycles with nothing to do depends on time: several in a row become one.
+void MergeEmptyCycles(std::string& messages) {
     static const std::string cycle = R"(DBG2   Entering: ~ActionManager::OnTimerEvent
 DBG2     Entering and exiting: ~ActionManager::UpdateSubscriptions
 DBG2     Entering and exiting: ~ActionManager::EraseDisposedActions
@@ -81,7 +81,7 @@ DBG2   Exiting: ~ActionManager::OnTimerEvent [ELAPSED]
     for (std::size_t at; (at = messages.find(cycle + cycle)) != cycle.npos;) messages.erase(at, cycle.size());
 }
 
-// The scenario's file has the messages of each thread, in the same order, under a heading "== who".
+// The scenario's file contains the messages of each thread, in the same order, after a heading "== name".
 std::vector<std::string> Expected(const std::string& scenario) {
     std::ifstream file(ORV_LOG_SCENARIOS "/" + scenario + ".txt");
     std::vector<std::string> messages;
@@ -105,7 +105,7 @@ protected:
         auto messages = MessagesByThread(module.Log(), normalize_);
         const auto expected = Expected(scenario);
         ASSERT_EQ(messages.size(), expected.size());
-        OneEmptyCycle(messages.back());
+        MergeEmptyCycles(messages.back());
         for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(messages[i], expected[i]);
     }
     // The listener's first call names its action and ends its subscription.
@@ -124,8 +124,8 @@ protected:
     Listener listener_;
 };
 
-// In the first cycle the action is due and its listener unsubscribes; the second drops what is dead.
-TEST_F(LogScenario, OfARegularActionHasEveryMessageInItsPlace) {
+// In the first cycle the action is due and its listener unsubscribes. The second cycle removes both.
+TEST_F(LogScenario, OfARegularActionHasEveryMessageInOrder) {
     LoadedModule module("DBG3");
     UnsubscribeWhenCalled("ACTION");
     auto manager = module.Create();
@@ -140,8 +140,8 @@ TEST_F(LogScenario, OfARegularActionHasEveryMessageInItsPlace) {
     ExpectMessages(module, "RegularAction");
 }
 
-// One command is served, one refused; the secret that both carry is hidden.
-TEST_F(LogScenario, OfAForcedActionHasEveryMessageInItsPlaceAndNoSecret) {
+// One command is served and one is rejected. Both contain a secret, which must be hidden.
+TEST_F(LogScenario, OfAForcedActionHasEveryMessageInOrderAndNoSecret) {
     const ScopedVariable hidden("GS_Logger_HiddenNodeTypeAttrs", "*:Secret");
     const auto server = ConfigServer::CreateConfigServer();
     ASSERT_EQ(MBSetNamedInstance(ConfigServiceInstanceName, server.Get()), S_OK);

@@ -9,16 +9,16 @@ namespace {
 using testing::Each;
 using testing::MatchesRegex;
 
-// On the real clock.
+// Uses the real clock.
 class ScheduleTest : public StoreTest {};
 
 std::ptrdiff_t Threads() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-TEST_F(ScheduleTest, EndsItsThreadAndItsCallsWithTheLastReleaseOfTheManager) {
+TEST_F(ScheduleTest, EndsItsThreadAndCallsAtTheLastReleaseOfTheManager) {
     LoadedModule module;
-    std::thread([] {}).join();  // with the first thread, the libraries of some builds start one of their own
+    std::thread([] {}).join();  // the libraries of some builds start a thread together with the first one
     const std::ptrdiff_t threads = Threads();
     Listener listener;
     auto manager = module.Create();
@@ -36,13 +36,13 @@ TEST_F(ScheduleTest, EndsItsThreadAndItsCallsWithTheLastReleaseOfTheManager) {
     EXPECT_TRUE(listener.AwaitDetached());
 }
 
-TEST_F(ScheduleTest, ReportsAFailureWithItsCodeItsWordsAndTheAddressesOnItsWay) {
+TEST_F(ScheduleTest, ReportsAFailureWithItsCodeTextAndAddresses) {
     LoadedModule module;
     const auto manager = module.Create();
     Listener listener;
     IActionSubscription* const untouched = reinterpret_cast<IActionSubscription*>(&module);
     IActionSubscription* subscription = untouched;
-    // What the thread's error object tells, with the addresses of this edge behind the module's.
+    // The text of the thread's error object, with the addresses of this call after the module's.
     const auto refusal = [&](IActionListener* called, const TimedActionSettings& schedule) {
         return Narrow(HRES::Unchecked(manager->SubscribeRegularAction(called, &schedule, &subscription)).ToText());
     };

@@ -35,7 +35,7 @@ bool IsOpen(const File& file) {
     return file.get() != INVALID_HANDLE_VALUE;
 }
 
-// Gives the error, and how much was written in spite of it.
+// Returns the error and the number of bytes written.
 std::pair<DWORD, DWORD> Append(HANDLE file, const std::string& text) {
     DWORD written = 0;
     const BOOL done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
@@ -65,7 +65,7 @@ TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
 
-TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {
+TEST(Files, ReportWhyAWriteFailedAndHowMuchWasWritten) {
     EXPECT_EQ(Append(Open(u"/dev/full").get(), "x"), (std::pair{ERROR_DISK_FULL, DWORD{0}}));
 
     const TemporaryDirectory directory;
@@ -74,7 +74,7 @@ TEST(Files, TellWhyAWriteFailedAndHowMuchOfItWentIn) {
     const File pipe = Open((directory / "pipe").u16string());
     EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_SUCCESS, DWORD{1}}));
     close(reader);
-    EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_BROKEN_PIPE, DWORD{0}})) << "and no signal came";
+    EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_BROKEN_PIPE, DWORD{0}})) << "without a signal";
 
     const File file = Open((directory / "file").u16string());
     rlimit before{};

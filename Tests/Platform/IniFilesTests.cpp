@@ -7,7 +7,7 @@ namespace {
 
 using namespace Platform;
 
-TEST(IniFiles, GiveTheValueOfAKeyByTheirRules) {
+TEST(IniFiles, AreReadWithQuotesCommentsAndCaseInsensitiveNames) {
     const TemporaryDirectory directory;
     const std::filesystem::path file = directory / "Settings.ini";
     WriteAll(file,

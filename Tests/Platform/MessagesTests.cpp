@@ -31,7 +31,7 @@ std::optional<WideString> AskSystem(DWORD code, DWORD language = 0) {
     return Ask(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, language);
 }
 
-TEST(SystemMessages, AreEnglishInAllItsCountriesAndInNoOtherLanguage) {
+TEST(SystemMessages, AreReturnedForEveryEnglishLocaleAndForNoOtherLanguage) {
     EXPECT_EQ(AskSystem(5, English), u"Access is denied.\r\n");
     EXPECT_EQ(AskSystem(5, BritishEnglish), u"Access is denied.\r\n");
     EXPECT_EQ(AskSystem(0x80040201), std::nullopt);
@@ -58,7 +58,7 @@ protected:
     const std::filesystem::path file_ = directory_ / "Texts.dll";
 };
 
-TEST_F(MessageModules, AnswerTheLanguageOrTheTextForAnyLanguage) {
+TEST_F(MessageModules, ReturnTheTextOfTheLanguageOrTheTextForAnyLanguage) {
     const HMODULE module = Load(
         "; comment\n\n0x80040202\t0x0407\tnur deutsch\n0x80040201\t1031\tdeutsch\n"
         "0x80040201\t0\ta\\nb\\tc\\\\n %1\n0x80040201\t0x0409\tenglish\r\n"
@@ -76,7 +76,7 @@ TEST_F(MessageModules, AnswerTheLanguageOrTheTextForAnyLanguage) {
     EXPECT_TRUE(FreeLibrary(module));
 }
 
-TEST_F(MessageModules, AreRefusedForOneMalformedLineOrAFileThatCannotBeRead) {
+TEST_F(MessageModules, AreRejectedIfALineIsMalformedOrTheFileIsUnreadable) {
     for (const char* const line :
          {"80040201\t0\ttext", "0x80040201 0 text", "0x80040201\t0", "0x80040201\t0\t", "0x180040201\t0\ttext",
           "0x80040201\t65536\ttext", "0x80040201\tde\ttext", "0x80040201\t0\ta\\x", "0x80040201\t0\ta\\",
@@ -91,7 +91,7 @@ TEST_F(MessageModules, AreRefusedForOneMalformedLineOrAFileThatCannotBeRead) {
     EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
 }
 
-TEST_F(MessageModules, AreSearchedBesideTheProgramAndInTheWorkingDirectory) {
+TEST_F(MessageModules, AreFoundBesideTheProgramAndInTheWorkingDirectory) {
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(directory_.Path());
     const std::string name = directory_.Path().filename().string() + ".msg";

@@ -12,28 +12,28 @@
 
 using namespace Platform;
 
-TEST(Process, KnowsItsThreadsAlsoAfterAForkAndKeepsTheirErrorsApart) {
-    const auto isKnown = [] {
+TEST(Process, ReturnsItsIdsAfterAForkAndKeepsALastErrorPerThread) {
+    const auto idsAreRight = [] {
         return GetCurrentThreadId() == static_cast<DWORD>(gettid()) &&
                GetCurrentProcessId() == static_cast<DWORD>(getpid());
     };
-    EXPECT_TRUE(isKnown());
+    EXPECT_TRUE(idsAreRight());
     SetLastError(ERROR_DISK_FULL);
     std::jthread{[&] {
-        EXPECT_TRUE(isKnown());
+        EXPECT_TRUE(idsAreRight());
         EXPECT_EQ(GetLastError(), ERROR_SUCCESS);
     }}.join();
     const pid_t child = fork();
-    if (child == 0) _exit(isKnown() ? 0 : 1);
+    if (child == 0) _exit(idsAreRight() ? 0 : 1);
     int status = -1;
     ASSERT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
-    EXPECT_TRUE(isKnown());
+    EXPECT_TRUE(idsAreRight());
 }
 
-TEST(DebugOutput, WritesEachTextAtOnceAndSurvivesItsReader) {
+TEST(DebugOutput, WritesEachTextInOneCallAndSurvivesAClosedReader) {
     int ends[2];
-    ASSERT_EQ(pipe2(ends, O_DIRECT), 0);  // in this mode each read gives one write
+    ASSERT_EQ(pipe2(ends, O_DIRECT), 0);  // in this mode each read returns one write
     const int standardError = dup(STDERR_FILENO);
     dup2(ends[1], STDERR_FILENO);
     close(ends[1]);
@@ -44,7 +44,7 @@ TEST(DebugOutput, WritesEachTextAtOnceAndSurvivesItsReader) {
                   std::filesystem::path(text).string());
     }
     close(ends[0]);
-    OutputDebugStringW(u"nobody reads this");
+    OutputDebugStringW(u"no reader");
     dup2(standardError, STDERR_FILENO);
     close(standardError);
 }

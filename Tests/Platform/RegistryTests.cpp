@@ -18,7 +18,7 @@ class Registry : public ::testing::Test {
 protected:
     void Write(const std::string& body) const { WriteAll(file_, body); }
 
-    // Every value of the key as "name:type=bytes" in hexadecimal; one empty text if there is no such key.
+    // Returns every value of the key as "name:type=bytes" in hexadecimal, or one empty text if there is no such key.
     static Texts ValuesOf(const WideChar* path, HKEY root = HKEY_LOCAL_MACHINE) {
         HKEY key = nullptr;
         if (RegOpenKeyExW(root, path, 0, KEY_READ, &key) != 0) return {""};
@@ -59,7 +59,7 @@ TEST_F(Registry, ReadsEveryKindOfValueInTheOrderOfTheFile) {
     EXPECT_EQ(ValuesOf(u"K"), Texts{"t:1=ac200000"});
 }
 
-TEST_F(Registry, SkipsWhatIsMalformedOrDeletedAndJoinsSectionsOfOneKey) {
+TEST_F(Registry, SkipsMalformedAndDeletedValuesAndMergesSectionsOfOneKey) {
     Write(
         "[HKEY_LOCAL_MACHINE\\S\\K]\n;\"a\"=\"comment\\\n\"a\"=\"1\"\n\"b\"=\"open\n\"c\"=dword:xyz\n\"d\"=hex:100\n"
         "\"e\"=hex(:01\n\"f\"=\"x\"y\n\"g\"=\"C:\\n\"\n\"h\"=-\nnonsense\n\"z\"=dword:2\n[-HKEY_LOCAL_MACHINE\\S\\K]\n"

@@ -19,12 +19,12 @@ std::optional<WideString> ToWide(std::string_view text, DWORD flags = 0) {
     return result;
 }
 
-TEST(TextConversion, ReplacesMalformedBytesAndRefusesThemWhenToldTo) {
+TEST(TextConversion, ReplacesMalformedBytesOrRejectsThemOnRequest) {
     const struct {
         std::string_view bytes;
         WideString text;
     } cases[] = {
-        {"a\x80z", u"a\uFFFDz"},                            // a follower alone
+        {"a\x80z", u"a\uFFFDz"},                            // a continuation byte without a start
         {"\xC0\xAF", u"\uFFFD\uFFFD"},                      // overlong "/"
         {"\xE0\x9F\xBF", u"\uFFFD\uFFFD\uFFFD"},            // overlong in three bytes
         {"\xF0\x8F\xBF\xBF", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // overlong in four bytes
@@ -33,7 +33,7 @@ TEST(TextConversion, ReplacesMalformedBytesAndRefusesThemWhenToldTo) {
         {"\xF5\xFF", u"\uFFFD\uFFFD"},                      // bytes that never occur
         {"\xE2\x82", u"\uFFFD"},                            // cut short at the end
         {"\xE2\x82z", u"\uFFFDz"},                          // cut short by the next character
-        {"\xF0\x9F\x98\xE2\x82\xAC", u"\uFFFD\u20AC"},      // cut short by a good one
+        {"\xF0\x9F\x98\xE2\x82\xAC", u"\uFFFD\u20AC"},      // cut short by a valid character
     };
     for (const auto& [bytes, text] : cases) {
         EXPECT_EQ(ToWide(bytes), text);

@@ -21,7 +21,7 @@ constexpr std::int64_t SecondsPerDay = 86400;
 
 constexpr const char* Berlin = "CET-1CEST,M3.5.0,M10.5.0/3";
 constexpr const char* LordHowe = "LHST-10:30LHDT-11,M10.1.0,M4.1.0";
-constexpr const char* Dublin = "IST-1GMT0,M10.5.0,M3.5.0/1";  // it is winter that is marked as daylight saving
+constexpr const char* Dublin = "IST-1GMT0,M10.5.0,M3.5.0/1";  // winter is marked as daylight saving time
 constexpr const char* NewYork = "EST5EDT,M3.2.0,M11.1.0";
 
 FILETIME FromTicks(std::int64_t ticks) {
@@ -61,12 +61,12 @@ std::optional<std::int64_t> presentTime;
 
 }  // namespace
 
-// Takes the place of the library's own.
+// Replaces the function of the library.
 void Platform::GetSystemTimeAsFileTime(FILETIME* time) noexcept {
     presentTime ? void(*time = FromUnix(*presentTime)) : GetSystemTimePreciseAsFileTime(time);
 }
 
-TEST(Calendar, AgreesWithTheStandardLibraryThroughItsWholeRange) {
+TEST(Calendar, AgreesWithTheStandardLibraryOverItsWholeRange) {
     constexpr sys_days First = 1601y / January / 1;
     constexpr sys_days Last = year{30827} / December / 31;
     constexpr days Stride{13};
@@ -85,7 +85,7 @@ TEST(Calendar, AgreesWithTheStandardLibraryThroughItsWholeRange) {
     }
 }
 
-TEST(LocalTime, FollowsTheZoneThroughItsChangesAndAnotherZoneAtOnce) {
+TEST(LocalTime, FollowsDaylightSavingAndAChangeOfZone) {
     for (const auto& day : {2024y / March / 31, 2024y / October / 27, 2024y / April / 6, 2024y / October / 5,
                             2024y / March / 10, 1965y / July / 1}) {
         for (std::int64_t second = 0; second < SecondsPerDay; second += 449) {
@@ -93,13 +93,13 @@ TEST(LocalTime, FollowsTheZoneThroughItsChangesAndAnotherZoneAtOnce) {
                 const Zone scope{zone};
                 const std::int64_t time = UnixOf(day, second);
                 ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time;
-                ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time << " again";
+                ASSERT_EQ(ConvertedOffset(time), LocalOffset(time)) << zone << ' ' << time << ", second call";
             }
         }
     }
 }
 
-TEST(TimeZone, TellsTheBiasInForceAndWhy) {
+TEST(TimeZone, ReturnsTheCurrentBiasAndItsKind) {
     struct Case {
         const char* name;
         std::int64_t now;

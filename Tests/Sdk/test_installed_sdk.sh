@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs a build, moves the tree, and builds and runs the sample clients against it, outside the project: by CMake and
-# by pkg-config. Then the same tree by way of the packages.
+# Installs a build, moves the tree, and builds and runs the sample clients against it, outside the project, with CMake
+# and with pkg-config. Then checks that the packages contain the same tree.
 #
 #     test_installed_sdk.sh <build folder> <source folder> <compiler> <options of the compiler>
 set -eu
@@ -13,10 +13,10 @@ cmake --install "$build" --prefix "$work/installed" >/dev/null
 mv "$work/installed" "$work/moved"
 sdk=$work/moved
 if grep -rIl -e "$build" -e "$source" -e "$work" "$sdk"; then
-    echo "these know where they were built or installed" >&2
+    echo "these contain the path of the build or of the installation" >&2
     exit 1
 fi
-# Asked of each binary by itself: in a process, one finds what another has loaded.
+# Each binary is checked separately: in a process, one finds the libraries that another has loaded.
 for binary in "$sdk"/bin/* "$sdk"/lib/*.so "$sdk"/lib/*/*.so; do
     if ldd "$binary" | grep -E 'lib(OrvPlatform|NodeFabric|ModuleBroker)\.so' | grep -vF "=> $sdk/"; then
         echo "$binary does not find its libraries in the tree" >&2
@@ -47,7 +47,7 @@ expect RegularAction "call 1\ncall 2\ncall 3\ncall 4\ncall 5\n"
 expect ForcedAction "started\nstopped\n"
 expect TriggerStrategy "nothing changed: no run\na valve was added: run\n"
 
-# The public headers, all of them and nothing else, each of which can be included alone.
+# The installed headers are exactly the public ones, and each compiles alone.
 headers=$sdk/include/OrvActionManager
 diff <(find "$source"/*/Include "$source"/StandIns/*/Include -name '*.h' -printf '%P\n' | sort) \
     <(find "$headers" -type f -printf '%P\n' | sort)

@@ -21,16 +21,16 @@ using Subscription = ComponentPtr<IACModifySubscription>;
 constexpr std::int64_t EveryLevel = 0x7FFFFFFF;
 constexpr std::int32_t EveryChange = 31;
 
-struct Heard {
+struct Reported {
     WideString path;
     std::uint32_t changes = 0;
     WideString snapshotPath;
     WideString value;  // of the attribute Value
 
-    bool operator==(const Heard&) const = default;
+    bool operator==(const Reported&) const = default;
 };
 
-// Keeps what it hears, and does what the test wants.
+// Records the reports and runs the test's action.
 class Listener : public IACModifyCallback {
 public:
     std::uint32_t AddRef() override { return ++references_; }
@@ -46,27 +46,27 @@ public:
 
     std::function<void(IACModifySubscription&)> onCall = [](IACModifySubscription&) {};
 
-    std::vector<Heard> WaitFor(std::size_t count) {
+    std::vector<Reported> WaitFor(std::size_t count) {
         std::unique_lock lock(lock_);
-        grown_.wait(lock, [&] { return heard_.size() >= count; });
-        return heard_;
+        grown_.wait(lock, [&] { return reports_.size() >= count; });
+        return reports_;
     }
-    std::vector<Heard> All() { return WaitFor(0); }
+    std::vector<Reported> All() { return WaitFor(0); }
     std::uint32_t References() const { return references_; }
 
 private:
     void Keep(const ModifiedNode& record) {
-        Heard heard{record.path, record.mask, record.node.GetFullPath(), {}};
-        (void)record.node.TryGetText(u"Value", heard.value);
+        Reported reported{record.path, record.mask, record.node.GetFullPath(), {}};
+        (void)record.node.TryGetText(u"Value", reported.value);
         const std::lock_guard lock(lock_);
-        heard_.push_back(std::move(heard));
+        reports_.push_back(std::move(reported));
         grown_.notify_all();
     }
 
     std::atomic<std::uint32_t> references_{0};
     std::mutex lock_;
     std::condition_variable grown_;
-    std::vector<Heard> heard_;
+    std::vector<Reported> reports_;
 };
 
 ACNode Parameters(std::int32_t changes = EveryChange) {
@@ -77,9 +77,9 @@ ACNode Parameters(std::int32_t changes = EveryChange) {
     return parameters;
 }
 
-std::vector<WideString> Values(const std::vector<Heard>& reports) {
+std::vector<WideString> Values(const std::vector<Reported>& reports) {
     std::vector<WideString> values;
-    for (const Heard& heard : reports) values.push_back(heard.value);
+    for (const Reported& reported : reports) values.push_back(reported.value);
     return values;
 }
 
@@ -108,7 +108,7 @@ protected:
         return subscription;
     }
 
-    // Everything that was written before has been served when this returns.
+    // Returns after everything written before has been reported.
     void Flush() {
         Listener listener;
         const Subscription subscription = Watch(listener, u"\\Flush\\Point");
@@ -130,8 +130,8 @@ protected:
     ComponentPtr<IACConfigService> service_ = QueryOrThrow<IACConfigService>(tree_);
 };
 
-// All write one node: a report that shows another's value was not made together with its write.
-TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderWhoeverWritesAndListens) {
+// All threads write one node: a report with the value of another write was not made together with its own write.
+TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderToEveryListener) {
     constexpr int Writers = 4;
     constexpr int Writes = 300;
     Listener first;
@@ -159,10 +159,10 @@ TEST_F(ConfigServerTest, ReportsEachWriteOnceAndInOrderWhoeverWritesAndListens) 
     EXPECT_EQ(first.References(), 0u);
 }
 
-TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
+TEST_F(ConfigServerTest, FiltersReportsByPathDepthAndKindOfChange) {
     constexpr auto added = static_cast<std::int32_t>(NodeAdded), written = static_cast<std::int32_t>(AttributesWritten);
-    // The watch's path, whether it leaves that node out, its depth and changes; the path written, and whether it is
-    // told.
+    // The watch's path, whether it excludes that node, its depth and changes; the path written, and whether the write
+    // is reported.
     const std::tuple<const char16_t*, bool, std::int64_t, std::int32_t, const char16_t*, bool> cases[] = {
         {u"\\A\\B", false, EveryLevel, EveryChange, u"\\A\\B", true},
         {u"\\A\\B", false, EveryLevel, EveryChange, u"\\A\\B\\C\\D\\E", true},
@@ -197,17 +197,17 @@ TEST_F(ConfigServerTest, CoversPathsByElementDepthAndKindOfChange) {
     }
 }
 
-// The callback stays until the end of its subscription has begun, and then gives whoever ends it every chance to be
-// back too early.
-TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFinal) {
+// The callback runs until the end of its subscription has begun, and then gives the ending thread every chance to
+// return too early.
+TEST_F(ConfigServerTest, WaitsForTheRunningCallbackWhenASubscriptionEnds) {
     for (const bool byRelease : {false, true}) {
         std::latch entered{1};
-        std::atomic<bool> callerIsBack{false}, left{false};
+        std::atomic<bool> callerReturned{false}, left{false};
         Listener listener;
         listener.onCall = [&](IACModifySubscription& subscription) {
             entered.count_down();
             while (subscription.Start() == S_OK) std::this_thread::yield();
-            for (int turn = 0; turn < 1000 && !callerIsBack; ++turn) std::this_thread::yield();
+            for (int turn = 0; turn < 1000 && !callerReturned; ++turn) std::this_thread::yield();
             left = true;
         };
         Subscription subscription = Watch(listener, u"\\A");
@@ -218,7 +218,7 @@ TEST_F(ConfigServerTest, TheEndOfASubscriptionWaitsForItsRunningCallbackAndIsFin
         } else {
             EXPECT_EQ(service_->RemoveSubscription(subscription.Get()), S_OK);
         }
-        callerIsBack = true;
+        callerReturned = true;
         EXPECT_TRUE(left);
         Flush();
         EXPECT_EQ(listener.All().size(), 1u);

@@ -20,7 +20,7 @@ std::string Dump(AcnHandle node) {
 
 constexpr const char16_t* Names[] = {u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I", u"J", u"K", u"L"};
 
-// On both sides of the count from which names are indexed, while siblings come and go.
+// With fewer and with more children than the limit from which names are indexed, while children are added and removed.
 TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
     const NodePtr root = NewNode(u"Root");
     std::vector<std::pair<std::u16string, NodePtr>> children;
@@ -32,7 +32,7 @@ TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
             ASSERT_EQ(Open(AcnGetChildByName, root.get(), name.c_str()).get(), first->second.get());
         }
         EXPECT_FALSE(Open(AcnGetChildByIndex, root.get(), children.size()));
-        EXPECT_FALSE(Open(AcnGetChildByName, root.get(), u"Nobody"));
+        EXPECT_FALSE(Open(AcnGetChildByName, root.get(), u"Missing"));
     };
     for (char16_t number = 0; number < 40; ++number) {
         const std::u16string name(1, static_cast<char16_t>(u'a' + number % 13));
@@ -90,13 +90,13 @@ TEST_F(NodeFabric, HoldsAndDumpsAChainThatIsDeeperThanTheCallStack) {
     NodePtr clone = Open(AcnCloneNode, root.get(), AcnWholeTree, 0u);
     root.reset();
     EXPECT_EQ(FullPath(end).size(), 2 * Depth);
-    end.reset();  // the count goes up the whole chain, then the tree goes
+    end.reset();  // releases the whole chain, then the tree
     EXPECT_LT(Dump(clone.get()).size(), Depth * 200);
     while (NodePtr next = Open(AcnGetChildByIndex, clone.get(), 0u)) clone = std::move(next);
     EXPECT_EQ(FullPath(clone).size(), 2 * Depth);
 }
 
-TEST_F(NodeFabric, ReadersAndWritersOfOneTreeLeaveItWhole) {
+TEST_F(NodeFabric, StaysConsistentUnderConcurrentReadersAndWriters) {
     const NodePtr root = NewNode(u"Root");
     for (const char16_t* name : Names) AddChild(AddChild(root, name), u"Leaf");
     constexpr std::size_t Rounds = 2000;

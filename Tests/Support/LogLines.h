@@ -1,4 +1,4 @@
-// A logger whose lines can be read, and the clock that the log's settings and file age by.
+// A logger whose lines can be read, and the clock by which the log's settings and open file expire.
 #pragma once
 
 #include <atomic>
@@ -14,17 +14,17 @@ namespace Stage {
 using Strings = std::vector<std::string>;
 using Setting = std::optional<std::string>;
 
-extern std::atomic<std::uint32_t> Ticks;  // what GetTickCount gives
-void PassLogInterval();                   // lets the log's settings and its open file run out
+extern std::atomic<std::uint32_t> Ticks;  // the value that GetTickCount returns
+void PassLogInterval();                   // expires the log's settings and its open file
 
-// Keeps what it is given, at the severity that it asks for.
+// Collects the lines that are logged at the given severity.
 class LogLines final : public Harbor::ILogger {
 public:
     explicit LogLines(const char* maxSeverity = "DBG3");
     ~LogLines();
     void Write(const char16_t* text, std::int32_t length) override;
     void SetSeverity(const Setting& name);
-    Strings Take();  // the severity in four columns, a blank, and the message with its indentation
+    Strings Take();  // the severity in four columns, a space, and the message with its indentation
 
 private:
     std::optional<ScopedVariable> severity_;

@@ -1,4 +1,4 @@
-// An environment variable that has its former value again when the test ends.
+// Sets an environment variable and restores its former value in the destructor.
 #pragma once
 
 #include <stdlib.h>

@@ -1,4 +1,4 @@
-// A place for the files of a test.
+// A directory for the files of a test.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <fstream>
 #include <string>
 
-// A directory of one test's own, which goes with everything in it.
+// A new, empty directory. The destructor removes it with its contents.
 class TemporaryDirectory {
 public:
     TemporaryDirectory() {

@@ -1,5 +1,4 @@
-// Whole years through the real cycle, on a replaced clock. The cases and the calls that must come are written by
-// make_cases.py.
+// Runs whole years of the real cycle on a replaced clock. make_cases.py writes the cases and the expected calls.
 #include <gmock/gmock.h>
 #include <time.h>
 
@@ -102,27 +101,27 @@ protected:
     }
 };
 
-// While the clock goes steadily, each run that was told beforehand comes at the first cycle at or after it, and nothing
-// else does, but for the second call of an interval that began to the tick of a cycle.
-void ExpectToldBeforehand(const Case& row, const std::vector<TimePoint>& calls) {
-    std::vector<TimePoint> told;
+// While the clock runs steadily, each previewed run is delivered at the first cycle at or after it. The only other call
+// is the second one of an interval that begins exactly at a cycle.
+void ExpectPreviewed(const Case& row, const std::vector<TimePoint>& calls) {
+    std::vector<TimePoint> previewed;
     for (const auto& run : Host::NextRuns(row.schedule, row.registered, static_cast<std::uint32_t>(row.calls + 1))) {
-        EXPECT_TRUE(told.empty() || run.time > told.back());
-        told.push_back(run.time);
+        EXPECT_TRUE(previewed.empty() || run.time > previewed.back());
+        previewed.push_back(run.time);
     }
-    auto run = told.begin();
+    auto run = previewed.begin();
     for (const TimePoint& call : calls) {
-        if (run != told.begin() && call - row.polling == *std::prev(run)) continue;
-        // Of the runs that fell between two cycles the last one is served.
-        while (std::next(run) != told.end() && *std::next(run) <= call) ++run;
+        if (run != previewed.begin() && call - row.polling == *std::prev(run)) continue;
+        // Of several runs between two cycles only the last one is served.
+        while (std::next(run) != previewed.end() && *std::next(run) <= call) ++run;
         ASSERT_GE(call, *run);
         ASSERT_LT(call - row.polling, *run);
-        ASSERT_NE(++run, told.end());
+        ASSERT_NE(++run, previewed.end());
     }
     EXPECT_GT(*run, row.registered + row.polling * row.cycles);
 }
 
-TEST_F(Years, BringTheCallsOfAnIndependentReferenceAndOfThePreview) {
+TEST_F(Years, MatchAnIndependentReferenceAndThePreview) {
     const auto cases = Cases();
     EXPECT_GE(cases.size(), 150u);
     for (const Case& row : cases) {
@@ -132,7 +131,7 @@ TEST_F(Years, BringTheCallsOfAnIndependentReferenceAndOfThePreview) {
         ASSERT_EQ(calls.size(), row.calls);
         EXPECT_EQ(calls.empty() ? std::nullopt : std::optional(calls.front()), row.first);
         EXPECT_EQ(calls.empty() ? std::nullopt : std::optional(calls.back()), row.last);
-        if (row.jumps.empty()) ExpectToldBeforehand(row, calls);
+        if (row.jumps.empty()) ExpectPreviewed(row, calls);
     }
 }
 

@@ -1,7 +1,7 @@
-"""Writes cases.txt: schedules through simulated years, with the calls that must come. Run it by hand after a change.
+"""Writes cases.txt: schedules over simulated years and the expected calls. Run it by hand after a change.
 
-This is the reference that the module is held to, so it shares nothing with it: another language, another implementation
-of time zones, and the rules as they are told to users. Times are whole milliseconds since 1970.
+The module is checked against this reference, which shares nothing with it: another language, another implementation of
+time zones, and the rules as the documentation states them. Times are whole milliseconds since 1970.
 """
 
 import datetime
@@ -28,7 +28,7 @@ def offset_at(zone, moment):
 
 
 def changes_of(zone, year):
-    """The moments at which the zone's offset changes, to the minute."""
+    """Returns the moments at which the zone's offset changes, to the minute."""
     changes = []
     for day in range(365):
         low = moment_of(year, 1, 1) + day * DAY
@@ -55,7 +55,7 @@ def first_run(schedule, zone, registered):
 
 
 def calls_of(schedule, zone, registered, polling, cycles, jumps):
-    """One call at the first cycle in each interval; a call to the very beginning of one leaves it open."""
+    """One call at the first cycle in each interval. A call at the very beginning of an interval does not use it up."""
     run, interval = first_run(schedule, zone, registered), schedule[3]
     calls, last, clock = [], 0, registered
     for cycle in range(1, cycles + 1):
