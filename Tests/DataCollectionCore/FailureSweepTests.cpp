@@ -180,8 +180,7 @@ protected:
     // Returns whether the failure occurred.
     bool LiveWithFailureOf(int call) {
         const std::uint32_t objects = LivingObjects();
-        std::uint64_t handles = 0, handlesAfter = 0;
-        EXPECT_EQ(AcnGetOpenHandleCount(&handles), S_OK);
+        const auto handles = OpenHandles();
         std::filesystem::remove(directory_ / "a.log");
         System.clock = TimePoint(std::chrono::sys_days{std::chrono::year{2024} / 3 / 5});
         GlobalSettings::Instance()->Load(Configuration(1));
@@ -204,8 +203,7 @@ protected:
         const std::string text = (std::ostringstream() << std::ifstream(directory_ / "a.log").rdbuf()).str();
         EXPECT_EQ(text.find(std::string_view(reinterpret_cast<const char*>(Secret), sizeof(Secret) - sizeof(WideChar))),
                   text.npos);
-        EXPECT_EQ(AcnGetOpenHandleCount(&handlesAfter), S_OK);
-        EXPECT_EQ(handlesAfter, handles);
+        EXPECT_EQ(OpenHandles(), handles);
         return Failed(InjectedFault.code);
     }
 

@@ -10,6 +10,7 @@
 #include "Platform/Time.h"
 #include "Subsystems/ActionManager/ActionManager.h"
 #include "Support/LogLines.h"
+#include "Support/NodeLedger.h"
 
 using namespace DataCollection;
 using namespace DataCollection::ActionManagement;
@@ -95,7 +96,7 @@ private:
 using ListenerPtr = ComponentPtr<CComponentObject<RecordingListener>>;
 using SubscriptionPtr = ComponentPtr<IActionSubscription>;
 
-// Every test must leave as many objects and node handles as it found.
+// Every test must leave as many objects, and the same node handles, as it found.
 class LeakChecked : public testing::Test {
 protected:
     ~LeakChecked() override {
@@ -108,14 +109,8 @@ protected:
     }
 
 private:
-    static std::uint64_t OpenHandles() {
-        std::uint64_t count = 0;
-        EXPECT_EQ(AcnGetOpenHandleCount(&count), S_OK);
-        return count;
-    }
-
     const std::uint32_t objects_ = LivingObjects();
-    const std::uint64_t handles_ = OpenHandles();
+    const std::pair<std::uint64_t, std::uint64_t> handles_ = OpenHandles();
 };
 
 inline constexpr WideChar IntervalName[] = u"PollingIntervalInMilliseconds";

@@ -8,6 +8,7 @@
 
 #include "Harbor/ResultCodes.h"
 #include "NodeFabric/Authoring.h"
+#include "Support/NodeLedger.h"
 
 struct CloseNode {
     void operator()(AcnHandle node) const { EXPECT_EQ(AcnCloseNodeHandle(node), Harbor::S_OK); }
@@ -36,17 +37,11 @@ inline Harbor::HRESULT SetText(const NodePtr& node, const char16_t* name, const 
     return AcnSetAttribute(node.get(), name, AcnTypeWideText, text.c_str(), size);
 }
 
-inline std::uint64_t OpenHandles() {
-    std::uint64_t count = 0;
-    EXPECT_EQ(AcnGetOpenHandleCount(&count), Harbor::S_OK);
-    return count;
-}
-
-// Every test must leave as many handles open as it found.
+// Every test must leave the same handles open that it found.
 class StoreTest : public testing::Test {
 protected:
     void TearDown() override { EXPECT_EQ(OpenHandles(), before_); }
 
 private:
-    const std::uint64_t before_ = OpenHandles();
+    const std::pair<std::uint64_t, std::uint64_t> before_ = OpenHandles();
 };
