@@ -5,7 +5,7 @@
 
 namespace {
 
-using Value = std::pair<std::uint16_t, std::int32_t>;  // type and value
+using Value = std::pair<std::uint16_t, WideString>;  // type and bytes
 using Attributes = std::vector<std::pair<WideString, Value>>;
 
 // A plain tree from which nodes of the store are built.
@@ -18,7 +18,9 @@ struct Tree {
         ACNode node;
         node.Create(name.c_str(), nullptr);
         for (const auto& [attribute, value] : attributes) {
-            EXPECT_EQ(AcnSetAttribute(node.Handle(), attribute.c_str(), value.first, &value.second, 4), S_OK);
+            const auto& [type, bytes] = value;
+            const auto size = static_cast<std::uint32_t>(bytes.size() * sizeof(WideChar));
+            EXPECT_EQ(AcnSetAttribute(node.Handle(), attribute.c_str(), type, bytes.data(), size), S_OK);
         }
         for (const Tree& child : children) EXPECT_EQ(AcnAppendChild(node.Handle(), child.Build().Handle()), S_OK);
         return node;
@@ -38,7 +40,7 @@ protected:
 }  // namespace
 
 TEST_F(UpdateStrategies, TriggerOnAddedAndChangedItemsAndLogTheReason) {
-    const Tree a{u"a", {{u"x", {AcnTypeInt32, 1}}}, {}}, b{u"b", {}, {}}, changedA{u"a", {}, {}};
+    const Tree a{u"a", {{u"x", {AcnTypeInt32, {1, 0}}}}, {}}, b{u"b", {}, {}}, changedA{u"a", {}, {}};
     const ACNode none, without = Tree{u"Root", {}, {}}.Build(), empty = Config({}), onlyA = Config({a});
     const std::string same = "DBG All current ScopeItems are in the same state";
     const std::string deleted = "DBG All items are deleted - no trigger";
@@ -72,7 +74,8 @@ TEST_F(UpdateStrategies, TriggerOnAddedAndChangedItemsAndLogTheReason) {
 }
 
 TEST_F(UpdateStrategies, CompareTheWholeSubtreesOfItems) {
-    const Value one{AcnTypeInt32, 1}, two{AcnTypeInt32, 2}, other{AcnTypeUInt32, 1};
+    const Value one{AcnTypeInt32, {1, 0}}, two{AcnTypeInt32, {2, 0}}, other{AcnTypeUInt32, {1, 0}};
+    const Value text{AcnTypeWideText, WideString(99, u'x') + u'\0'};  // longer than a reader's first buffer
     const Tree leaf{u"leaf", {}, {}}, twin{u"leaf", {{u"x", one}}, {}}, deep{u"deep", {}, {leaf}};
     const auto item = [](const Attributes& attributes, const std::vector<Tree>& children) {
         return Tree{u"item", {}, {{u"child", attributes, children}}};
@@ -83,6 +86,7 @@ TEST_F(UpdateStrategies, CompareTheWholeSubtreesOfItems) {
         {item({{u"x", one}}, {}), item({{u"x", two}}, {}), false},
         {item({{u"x", one}}, {}), item({{u"x", other}}, {}), false},
         {item({{u"x", one}}, {}), item({{u"y", one}}, {}), false},
+        {item({{u"x", text}, {u"y", text}}, {}), item({{u"x", text}, {u"z", text}}, {}), false},
         {item({}, {}), item({{u"x", one}}, {}), false},
         {item({}, {leaf}), item({}, {}), false},
         {item({}, {leaf}), item({}, {twin}), false},
