@@ -61,7 +61,7 @@ class Actions : public LeakChecked {};
 
 }  // namespace
 
-TEST_F(Actions, HaveNoNameAndTypeUntilBothAreSet) {
+TEST_F(Actions, HaveTheLastValidNameAndType) {
     const ActionPtr action = Create<ActionImpl, IActionControl>();
     const auto view = QueryOrThrow<IAction>(action);
     EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
@@ -73,6 +73,8 @@ TEST_F(Actions, HaveNoNameAndTypeUntilBothAreSet) {
     EXPECT_EQ(name, u"before");
     EXPECT_EQ(type, IAction::Id);
     EXPECT_EQ(action->SetNameAndType(u"A", ForcedStopActionType), S_OK);
+    EXPECT_EQ(action->SetNameAndType(u"", ScheduleActionType), E_INVALIDARG);
+    EXPECT_EQ(action->SetNameAndType(u"B", GUID{}), E_INVALIDARG);
     EXPECT_EQ(view->GetName(&name), S_OK);
     EXPECT_EQ(view->GetType(&type), S_OK);
     EXPECT_EQ(name, u"A");

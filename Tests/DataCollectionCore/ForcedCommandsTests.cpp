@@ -113,6 +113,10 @@ TEST_F(ForcedCommands, TriggerTheActionOfTheLastValidCommand) {
         EXPECT_TRUE(log.Wrote(row.lines));
         EXPECT_EQ(listener_->TakeCalls(), row.calls);
     }
+    EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    service_.nodes[0].GetChild(u"B").SetText(u"Command", u"Stop", MeasureText);
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStart"}) << "a change after the report must not change the command";
     EXPECT_EQ(service_.callback->OnTriggered(&service_.Latest(), 0, nullptr), E_POINTER);
     service_.walkResult = E_ABORT;
     EXPECT_EQ(service_.Report(), E_ABORT);
@@ -160,6 +164,19 @@ TEST_F(ForcedCommands, RemoveEndedPairsEvenIfTheServiceFails) {
         Cycle();
         EXPECT_TRUE(log.Wrote({})) << "the removal must not be repeated";
     }
+}
+
+TEST_F(ForcedCommands, MayArriveUntilTheManagerHasReleasedTheirWatch) {
+    const SubscriptionPtr subscription = SubscribeForced(listener_);
+    const std::uint32_t objects = LivingObjects();
+    int ends = 0;
+    service_.Latest().onEnd = [&] {
+        ++ends;
+        EXPECT_EQ(LivingObjects(), objects) << "the manager must still be whole";
+        EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    };
+    manager_.Reset();
+    EXPECT_EQ(ends, 1);
 }
 
 TEST_F(ForcedCommands, ReachTheFirstOfTwoPairsThatShareAWatch) {

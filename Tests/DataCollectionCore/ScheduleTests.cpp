@@ -78,6 +78,7 @@ TEST_F(Schedules, ComputeTheirFirstRun) {
         {{99999, true, 3600, Repeat, 0}, east, Day + 5h + Tick, Day + 6h + Tick, {}},
         {{0, false, 0, Repeat, 1500}, utc, Day - 1ms, Day + 1499ms, {}},
         {{0, false, 0, Repeat, 0xFFFFFFFF}, utc, Day, Day + 4294967295ms, {}},
+        {{0, false, 4294967, Repeat, 0}, utc, Day, Day + 4294967s, {}},
         {{3600, false, 86400, SpecificTime, 0}, east, Day + 30min, Day + 1h, {}},
         {{3600, false, 86400, SpecificTime, 0}, utc, Day + 1h, Day + 1h, {}},
         {{3600, false, 86400, SpecificTime, 0}, utc, Day + 1h + Tick, Day + 25h, {nextDay}},
