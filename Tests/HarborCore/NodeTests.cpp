@@ -1,9 +1,29 @@
+#include <dlfcn.h>
+
 #include "Common/Base/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Common/Nodes/NodeDump.h"
 #include "Stage.h"
 #include "Support/StoreFixture.h"
+
+namespace {
+
+// What the next dumps are, in place of the store's text, and the flags of the last one.
+std::optional<std::string> dumpOfStore;
+std::uint32_t dumpFlags = 0;
+
+}  // namespace
+
+Harbor::HRESULT AcnStartSerialization(std::int32_t kind, std::uint32_t flags, AcnSerializationCallback callback,
+                                      void* user, AcnContext* out) {
+    static const auto next = reinterpret_cast<decltype(&AcnStartSerialization)>(dlsym(RTLD_NEXT, __func__));
+    dumpFlags = flags;
+    if (!dumpOfStore) return next(kind, flags, callback, user, out);
+    EXPECT_EQ(callback(dumpOfStore->data(), static_cast<std::uint32_t>(dumpOfStore->size()), user), Harbor::S_OK);
+    const AcnSerializationCallback discard = [](const void*, std::uint32_t, void*) { return Harbor::S_OK; };
+    return next(kind, flags, discard, nullptr, out);
+}
 
 namespace Harbor {
 namespace {
@@ -82,9 +102,12 @@ TEST_F(Node, FindsANodeByItsPath) {
                                                                         {c, u"\\Root", root, none},
                                                                         {a, u"\\R", none, none},
                                                                         {a, u"\\", none, none}};
+    ACNode copy;
     for (const auto& [from, path, found, foundBelow] : rows) {
         for (const std::uint32_t flags : {0u, NotAboveThisNode}) {
             const ACNode& expected = flags == 0 ? found : foundBelow;
+            copy = expected;
+            EXPECT_EQ(copy.Handle(), expected.Handle());
             EXPECT_EQ(from.FindByPath(path, flags).Handle(), expected.Handle()) << ToUtf8(path) << flags;
             EXPECT_EQ(
                 CodeThrownBy([&, &start = from, &way = path] { return start.FindByPath(way, flags | MustBeFound); }),
@@ -142,6 +165,35 @@ TEST_F(Node, IsDumpedWithHiddenAttributesMasked) {
     for (const auto* const bad : {u"Account", u"Account:", u":Password", u"A:b:c", u"A:b; ", u"A:b;c"}) {
         EXPECT_EQ(CodeThrownBy([&] { return HiddenNodeAttrs::ParseRules(bad); }), E_INVALIDARG) << ToUtf8(bad);
     }
+}
+
+TEST_F(Node, IsDumpedWithoutTheMarkersOfTheStore) {
+    const ACNode node = NewNode(u"n");
+    ACNodeLogView view(ACNode(), true);
+    view.node = node;
+    const std::string heading = ToUtf8(FormatWide(u"ACNode[0x%p]:\r\n", static_cast<const void*>(node.Handle())));
+    // The store's text, and what remains of it.
+    const std::pair<const char*, const char*> rows[] = {{"<nr>\r\n\t<n/>\r\n</nr>\r\n", "\t<n/>"},
+                                                        {"<nr>\n<n/>\n</nr>\n\t\t", "<n/>"},
+                                                        {"<nr> <n/>\t</nr>", " <n/>\t"},
+                                                        {"<n/>\r\n \t", "<n/>"},
+                                                        {"\n<n/>", "\n<n/>"},
+                                                        {"<n/></nr>", "<n/>"},
+                                                        {"<nr><n/>", "<n/>"},
+                                                        {"<nr>\r\n</nr>\r\n", ""},
+                                                        {"<nr>", ""},
+                                                        {"</nr>\n", ""},
+                                                        {" \r\n\t", ""},
+                                                        {"", ""}};
+    for (const auto& [text, expected] : rows) {
+        dumpOfStore = text;
+        EXPECT_EQ(ToUtf8(DumpNode(view)), heading + expected) << text;
+        dumpOfStore = text + std::string(1, '\0');
+        EXPECT_EQ(ToUtf8(DumpNode(view)), heading + expected) << text << " and a terminator";
+    }
+    dumpOfStore.reset();
+    EXPECT_EQ(ToUtf8(DumpNode(view)), heading + "  <node name=\"n\" type=\"\"/>");
+    EXPECT_EQ(dumpFlags, 257u);
 }
 
 constexpr const char* marked = "] ... (***EXCEPTION***)";
