@@ -75,7 +75,7 @@ TEST_F(ModuleTest, HasAnObjectWithoutAReferenceCount) {
     EXPECT_EQ(result, before);
 }
 
-TEST_F(ModuleTest, DeletesAnObjectAtItsLastReleaseOnAnyInterface) {
+TEST_F(ModuleTest, DeletesAnObjectAtItsLastReleaseOnAnyInterfaceAndThread) {
     LoadedModule module;
     for (const auto& [classId, interfaces] : CreatableClasses) {
         for (const GUID& last : interfaces) {
@@ -90,7 +90,7 @@ TEST_F(ModuleTest, DeletesAnObjectAtItsLastReleaseOnAnyInterface) {
                 EXPECT_EQ(View(queried)->AddRef(), 4u);
                 for (std::uint32_t left : {3u, 2u, 1u}) EXPECT_EQ(View(queried)->Release(), left);
             }
-            EXPECT_EQ(View(created)->Release(), 0u);
+            std::jthread([&] { EXPECT_EQ(View(created)->Release(), 0u); }).join();
             EXPECT_EQ(module.LiveObjects(), 0u);
         }
     }
@@ -114,18 +114,27 @@ TEST_F(ModuleTest, RejectsWhatItCannotCreateAndLeavesNoObject) {
               3u);
 }
 
+// Every other time with the log, which creates the objects that only the log and failures need, and opens its file.
 TEST_F(ModuleTest, IsUnmappedAtEachOfManyUnloads) {
+    const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+    const auto before = descriptors();
     for (int loads = Sanitized ? 50 : 1000; loads > 0 && !HasFailure(); --loads) {
-        LoadedModule module;
+        LoadedModule module(loads % 2 == 0 ? "DBG3" : "NONE");
         Listener listener;
         const auto strategy = module.Create<ITriggerStrategy>(ScopeItemUpdateStrategyClassId);
-        const auto manager = module.Create();
+        auto manager = module.Create();
         EXPECT_EQ(Configure(manager, 0), S_OK);
+        SubscriptionPtr none;
+        const TimedActionSettings invalid = Every(0);
+        EXPECT_EQ(manager->SubscribeRegularAction(&listener, &invalid, none.Address()), E_INVALIDARG);
         const auto subscription = Subscribe(manager, listener, Every(1));
         EXPECT_EQ(subscription->Start(), S_OK);
         EXPECT_TRUE(loads % 10 != 0 || listener.AwaitCalls(1));
         EXPECT_EQ(subscription->Unsubscribe(), S_OK);
+        std::jthread([&] { manager.Reset(); }).join();
+        EXPECT_EQ(CountOf("The parameter is incorrect", module.Log()), loads % 2 == 0 ? 1u : 0u);
     }
+    EXPECT_EQ(descriptors(), before);
 }
 
 }  // namespace
