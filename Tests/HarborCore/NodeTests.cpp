@@ -102,9 +102,12 @@ TEST_F(Node, FindsANodeByItsPath) {
                                                                         {c, u"\\Root", root, none},
                                                                         {a, u"\\R", none, none},
                                                                         {a, u"\\", none, none}};
+    ACNode copy;
     for (const auto& [from, path, found, foundBelow] : rows) {
         for (const std::uint32_t flags : {0u, NotAboveThisNode}) {
             const ACNode& expected = flags == 0 ? found : foundBelow;
+            copy = expected;
+            EXPECT_EQ(copy.Handle(), expected.Handle());
             EXPECT_EQ(from.FindByPath(path, flags).Handle(), expected.Handle()) << ToUtf8(path) << flags;
             EXPECT_EQ(
                 CodeThrownBy([&, &start = from, &way = path] { return start.FindByPath(way, flags | MustBeFound); }),

@@ -40,53 +40,31 @@ std::pair<std::uint64_t, std::uint64_t> OpenHandles() {
 // The store's own function.
 #define NEXT(name) reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name))
 
+// A function that opens what it stores in `out`, and one that closes its argument.
+#define OPENING(name, parameters, ...)              \
+    HRESULT name parameters {                       \
+        static const auto next = NEXT(name);        \
+        return AddIfOpened(next(__VA_ARGS__), out); \
+    }
+#define CLOSING(name, Handle)                \
+    HRESULT name(Handle closed) {            \
+        static const auto next = NEXT(name); \
+        checksum -= Mixed(closed);           \
+        return next(closed);                 \
+    }
+
 extern "C" {
 
-HRESULT AcnCreateNode(const WideChar* name, const WideChar* type, AcnHandle* out) {
-    static const auto next = NEXT(AcnCreateNode);
-    return AddIfOpened(next(name, type, out), out);
-}
-
-HRESULT AcnDuplicateNodeHandle(AcnHandle node, AcnHandle* out) {
-    static const auto next = NEXT(AcnDuplicateNodeHandle);
-    return AddIfOpened(next(node, out), out);
-}
-
-HRESULT AcnCloneNode(AcnHandle node, std::uint32_t depth, std::uint32_t flags, AcnHandle* out) {
-    static const auto next = NEXT(AcnCloneNode);
-    return AddIfOpened(next(node, depth, flags, out), out);
-}
-
-HRESULT AcnGetParent(AcnHandle node, AcnHandle* out) {
-    static const auto next = NEXT(AcnGetParent);
-    return AddIfOpened(next(node, out), out);
-}
-
-HRESULT AcnGetChildByIndex(AcnHandle node, std::uint64_t index, AcnHandle* out) {
-    static const auto next = NEXT(AcnGetChildByIndex);
-    return AddIfOpened(next(node, index, out), out);
-}
-
-HRESULT AcnGetChildByName(AcnHandle node, const WideChar* name, AcnHandle* out) {
-    static const auto next = NEXT(AcnGetChildByName);
-    return AddIfOpened(next(node, name, out), out);
-}
-
-HRESULT AcnCloseNodeHandle(AcnHandle node) {
-    static const auto next = NEXT(AcnCloseNodeHandle);
-    checksum -= Mixed(node);
-    return next(node);
-}
-
-HRESULT AcnStartSerialization(std::int32_t kind, std::uint32_t flags, AcnSerializationCallback callback, void* user,
-                              AcnContext* out) {
-    static const auto next = NEXT(AcnStartSerialization);
-    return AddIfOpened(next(kind, flags, callback, user, out), out);
-}
-
-HRESULT AcnCloseSerializationContext(AcnContext context) {
-    static const auto next = NEXT(AcnCloseSerializationContext);
-    checksum -= Mixed(context);
-    return next(context);
-}
+OPENING(AcnCreateNode, (const WideChar* name, const WideChar* type, AcnHandle* out), name, type, out)
+OPENING(AcnDuplicateNodeHandle, (AcnHandle node, AcnHandle* out), node, out)
+OPENING(AcnCloneNode, (AcnHandle node, std::uint32_t depth, std::uint32_t flags, AcnHandle* out), node, depth, flags,
+        out)
+OPENING(AcnGetParent, (AcnHandle node, AcnHandle* out), node, out)
+OPENING(AcnGetChildByIndex, (AcnHandle node, std::uint64_t index, AcnHandle* out), node, index, out)
+OPENING(AcnGetChildByName, (AcnHandle node, const WideChar* name, AcnHandle* out), node, name, out)
+OPENING(AcnStartSerialization,
+        (std::int32_t kind, std::uint32_t flags, AcnSerializationCallback callback, void* user, AcnContext* out), kind,
+        flags, callback, user, out)
+CLOSING(AcnCloseNodeHandle, AcnHandle)
+CLOSING(AcnCloseSerializationContext, AcnContext)
 }
