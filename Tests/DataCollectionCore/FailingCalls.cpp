@@ -12,6 +12,7 @@
 #include "Platform/Process.h"
 #include "Platform/Registry.h"
 #include "Platform/Text.h"
+#include "Support/NextDefinition.h"
 #include "TestSupport.h"
 
 namespace {

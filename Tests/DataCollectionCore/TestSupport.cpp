@@ -6,6 +6,7 @@
 
 #include "Platform/Errors.h"
 #include "Platform/Threads.h"
+#include "Support/NextDefinition.h"
 
 namespace Platform {
 

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <dlfcn.h>
-
 #include <functional>
 
 #include "NodeFabric/Authoring.h"
@@ -51,14 +49,6 @@ struct Fault {
     }
 };
 inline Fault InjectedFault;
-
-// The definition behind the one that this program puts in front.
-template <class Function>
-Function* NextDefinitionOf(Function* own) {
-    Dl_info info{};
-    dladdr(reinterpret_cast<void*>(own), &info);
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, info.dli_sname));
-}
 
 bool IsLike(std::string_view text, std::string_view pattern);  // a "*" is any text
 std::string Narrow(std::u16string_view text);
