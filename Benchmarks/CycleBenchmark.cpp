@@ -35,7 +35,7 @@ public:
     explicit Registrations(std::size_t count) : listeners_(count), subscriptions_(count) {
         CComponentObject<ActionManager>* created = nullptr;
         ThrowIfFailed(CComponentObject<ActionManager>::CreateObject(&created));
-        manager_ = ComponentPtr<CComponentObject<ActionManager>>(created, true);
+        manager_ = ComponentPtr<CComponentObject<ActionManager>>::Attach(created);
     }
 
     void RegisterAll() {

@@ -169,6 +169,43 @@ TEST_F(Subscriptions, StayConsistentWhenAListenerFailsOrUnsubscribes) {
     }
 }
 
+TEST_F(Subscriptions, RefuseWhatWouldWaitForTheirOwnCall) {
+    const ActionPtr first = MarkedAction(u"a"), second = MarkedAction(u"b");
+    Subscription subscription({first}, "LS");
+    std::vector<HRESULT> codes;
+    subscription.listener->onCall = [&](IActionSubscription& own) {
+        codes = {own.Start(), subscription.control->SetAction(second.Get()),
+                 subscription.control->TriggerActionsIfNeeded()};
+        EXPECT_TRUE(subscription.IsAlive());
+        return S_OK;
+    };
+    CapturedLog log("ERR");
+    subscription.Do('T');
+    EXPECT_EQ(codes, std::vector<HRESULT>(3, E_UNEXPECTED));
+    const auto refused = [](const std::string& operation) {
+        return "ERR Subscription '*' Subscription ID '*'. " + operation +
+               " is refused inside a call of this subscription.";
+    };
+    EXPECT_TRUE(log.Wrote({refused("Start"), refused("SetAction"), refused("TriggerActionsIfNeeded")}));
+    EXPECT_EQ(subscription.listener->TakeCalls(), Texts{"a"});
+    EXPECT_TRUE(IsDisposed(second));
+    EXPECT_EQ(subscription.view->Start(), S_OK) << "after the call it is allowed again";
+    subscription.Do('U');
+    subscription.Do('T');
+}
+
+TEST_F(Subscriptions, EndAfterUnsubscribeWhenTheListenerHeldTheLastReference) {
+    SubscriptionPtr held = QueryOrThrow<IActionSubscription>(Create<ActionSubscription, IActionSubscriptionControl>());
+    IActionSubscription* const subscription = held.Get();
+    ListenerPtr listener = NewObject<RecordingListener>();
+    listener->onEnd = [&] { held.Reset(); };
+    EXPECT_EQ(QueryOrThrow<IActionSubscriptionControl>(held)->SetListener(listener.Get()), S_OK);
+    listener.Reset();
+    CapturedLog log("DBG");
+    EXPECT_EQ(subscription->Unsubscribe(), S_OK);
+    EXPECT_TRUE(log.Wrote({"DBG Subscription '*'. will be unsubscribed.", "DBG Subscription '*' is deleted."}));
+}
+
 TEST_F(Subscriptions, ReleaseTheListenerAtUnsubscribeButNotDuringItsCall) {
     for (const char lastStep : {'U', 'T'}) {
         Subscription subscription({MarkedAction(u"A")}, "LS");

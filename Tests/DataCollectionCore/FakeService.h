@@ -53,8 +53,14 @@ public:
         if (Succeeded(code)) *watch = ComponentPtr<IACModifySubscription>(&Latest()).Detach();
         return code;
     }
+    std::uint32_t Release() override {
+        const std::uint32_t left = Neighbour::Release();
+        if (left == 0) onEnd();
+        return left;
+    }
     HRESULT RemoveSubscription(IACModifySubscription* watch) override {
         removed.push_back(watch);
+        onRemove();
         return AnswerOf("RemoveSubscription", removeResult);
     }
     HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
@@ -79,6 +85,7 @@ public:
 
     HRESULT addResult = S_OK, removeResult = S_OK, walkResult = S_OK;
     std::function<void(AcnHandle, AcnHandle)> onAdd = [](AcnHandle, AcnHandle) {};
+    std::function<void()> onRemove = [] {}, onEnd = [] {};
     bool oneWatchForAll = false;
     std::array<FakeWatch, 8> watches;  // used in turn, so that an ended watch differs from the next
     std::vector<ACNode> nodes;         // the notifications of the report

@@ -1,7 +1,22 @@
+#include <dlfcn.h>
+
+#include <thread>
+#include <utility>
+
 #include "Common/Base/HRes.h"
 #include "Common/Nodes/NodeDump.h"
 #include "FakeService.h"
 #include "ModuleBroker/Registration.h"
+
+// The code that the next reading of an attribute returns instead of the store's.
+static HRESULT RefusalOfAttribute = S_OK;
+
+HRESULT AcnGetAttribute(AcnHandle node, const WideChar* name, const std::uint16_t* type, void* buffer,
+                        std::uint32_t* size, std::uint16_t* outType) {
+    static const auto next = reinterpret_cast<decltype(&AcnGetAttribute)>(dlsym(RTLD_NEXT, "AcnGetAttribute"));
+    if (Failed(RefusalOfAttribute)) return std::exchange(RefusalOfAttribute, S_OK);
+    return next(node, name, type, buffer, size, outType);
+}
 
 namespace {
 
@@ -134,16 +149,53 @@ TEST_F(ForcedCommands, AreDroppedForAnUnknownOrEndedWatch) {
     EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '*'."}));
     EXPECT_TRUE(service_.removed.empty());
     EXPECT_EQ(Report({{u"Start"}}), S_OK);
-    int ends = 0;
+    // While the command waits, a new watch gets the address of the one that has ended.
+    SubscriptionPtr next;
+    bool isRegistered = false;
+    service_.oneWatchForAll = true;
+    service_.removeResult = E_ABORT;
     service_.Latest().onEnd = [&] {
-        ++ends;
-        EXPECT_TRUE(log.Wrote({"ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}))
-            << "while a command waits, no other watch may get this one's address";
+        if (!std::exchange(isRegistered, true)) next = SubscribeForced(listener_);
     };
     Cycle();
-    EXPECT_EQ(ends, 1);
+    EXPECT_TRUE(next);
+    EXPECT_TRUE(log.Wrote({"ERR query->*", "WARN Cannot remove*",
+                           "ERR Received unknown IACModifySubscription: '" + Shown(&service_.Latest()) + "'."}));
     EXPECT_EQ(service_.removed, std::vector<IACModifySubscription*>{&service_.Latest()});
-    EXPECT_EQ(listener_->TakeCalls(), Texts{});
+    EXPECT_EQ(listener_->TakeCalls(), Texts{}) << "a command for the ended watch must not reach the new one";
+    EXPECT_EQ(Report({{u"Stop"}}), S_OK);
+    Cycle();
+    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStop"});
+    service_.Latest().onEnd = [] {};
+}
+
+// A service may wait in the end of a watch, or in its own last Release, for a thread that registers.
+TEST_F(ForcedCommands, ReleaseTheServicesObjectsOutsideTheRegistryLock) {
+    int ends = 0;
+    const auto registerOnAnotherThread = [&] {
+        ++ends;
+        std::thread([&] { Subscribe(listener_)->Unsubscribe(); }).join();
+    };
+    service_.onRemove = [] { Publish(nullptr); };  // the manager then has the last reference
+    const SubscriptionPtr subscription = SubscribeForced(listener_);
+    service_.onEnd = registerOnAnotherThread;
+    service_.Latest().onEnd = registerOnAnotherThread;
+    subscription->Unsubscribe();
+    for (int cycle = 0; cycle < 4; ++cycle) Cycle();
+    EXPECT_EQ(ends, 2);
+    service_.Latest().onEnd = service_.onEnd = [] {};
+}
+
+TEST_F(ForcedCommands, AreServedAfterOneThatCannotBeRead) {
+    const SubscriptionPtr first = SubscribeForced(listener_);
+    EXPECT_EQ(Report({{u"Start"}}), S_OK);
+    EXPECT_EQ(Report({{u"Stop"}}), S_OK);
+    CapturedLog log("ERR");
+    RefusalOfAttribute = E_ABORT;
+    Cycle();
+    EXPECT_TRUE(
+        log.Wrote({"ERR DataCollection::ActionManagement::ActionManager::TriggerForcedAction failed: 0x80004004 *"}));
+    EXPECT_EQ(listener_->TakeCalls(), Texts{"ForcedStop"});
 }
 
 TEST_F(ForcedCommands, RemoveEndedPairsEvenIfTheServiceFails) {

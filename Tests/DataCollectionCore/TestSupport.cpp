@@ -95,6 +95,7 @@ HRESULT RecordingListener::OnActionTriggered(IActionSubscription* subscription, 
     }
     ++count_;
     count_.notify_all();
+    onAction(action);
     return onCall(*subscription);
 }
 

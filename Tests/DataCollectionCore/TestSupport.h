@@ -85,6 +85,7 @@ public:
     Texts TakeCalls();
     void WaitForCalls(std::size_t count) const;
 
+    std::function<void(IAction*)> onAction = [](auto*) {};  // before onCall
     std::function<HRESULT(IActionSubscription&)> onCall = [](auto&) { return S_OK; };
     std::function<void()> onEnd = [] {};
 

@@ -28,6 +28,11 @@ struct {
     bool constructorThrows;
 } Objects{};
 
+std::uint32_t References(IComponentUnknown* object) {
+    object->AddRef();
+    return object->Release();
+}
+
 class Component : public ComponentRoot, public IFirst, public ISecond {
 public:
     static constexpr const char* Tag = "CComponentObject<class Tests::Component>::CComponentObject";
@@ -41,17 +46,13 @@ public:
     HRESULT FinalConstruct() { return Objects.finalConstruct; }
     void FinalRelease() {
         ++Objects.finalReleases;
+        References(static_cast<IFirst*>(this));  // as a partner does that is told of the end
         EXPECT_EQ(First() + Second(), 3) << "the object must still be intact";
     }
     int First() override { return 1; }
     int Second() override { return 2; }
 };
 using Object = CComponentObject<Component>;
-
-std::uint32_t References(IComponentUnknown* object) {
-    object->AddRef();
-    return object->Release();
-}
 
 class Components : public testing::Test {
 protected:

@@ -54,4 +54,12 @@ ScheduleCheck CheckSchedule(const TimePoint& firstRun, milliseconds interval, co
     return check;
 }
 
+TimePoint DueFrom(const TimePoint& firstRun, milliseconds interval, const TimePoint& lastTriggered) noexcept {
+    if (lastTriggered <= firstRun) return firstRun;
+    const Ticks step = interval;
+    const Ticks elapsed = lastTriggered - firstRun;
+    const auto intervals = elapsed / step + (elapsed % step == Ticks::zero() ? 0 : 1);
+    return firstRun + intervals * step;
+}
+
 }  // namespace DataCollection::ActionManagement

@@ -50,4 +50,9 @@ struct ScheduleCheck {
 [[nodiscard]] ScheduleCheck CheckSchedule(const TimePoint& firstRun, std::chrono::milliseconds interval,
                                           const TimePoint& lastTriggered, const TimePoint& now) noexcept;
 
+// The first moment at which CheckSchedule answers due, in a cycle at that moment or later, as long as nothing is
+// triggered: the first run, or the start of the first interval that does not begin before the last triggering.
+[[nodiscard]] TimePoint DueFrom(const TimePoint& firstRun, std::chrono::milliseconds interval,
+                                const TimePoint& lastTriggered) noexcept;
+
 }  // namespace DataCollection::ActionManagement

@@ -45,13 +45,15 @@ HRESULT ActionImpl::OnSubscriptionAttached() {
 
 HRESULT ActionImpl::OnSubscriptionDisposed() {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionDisposed");
-    --attachedSubscriptions_;
+    if (--attachedSubscriptions_ == 0) ++disposals_;
     return S_OK;
 }
 
 HRESULT ActionImpl::SetTriggered(bool triggered) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::SetTriggered");
     triggered_.store(triggered);
+    ActionManagement::StateWord* const word = marksWord_.load();
+    if (triggered && word != nullptr) word->fetch_or(ActionManagement::SubscriptionState::Marked);
     return S_OK;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Common/Components/CComponentObject.h"
 #include "DataCollection/Action.h"
+#include "Subsystems/ActionManager/StateWord.h"
 
 namespace DataCollection {
 
@@ -22,6 +23,12 @@ public:
     HRESULT SetTriggered(bool triggered) override;
     HRESULT GetTriggered(bool* triggered) override;
 
+    // Each later mark also sets the flag Marked in `word`, a word of the module's pool. Null ends that.
+    void ReportMarksTo(ActionManagement::StateWord* word) noexcept { marksWord_.store(word); }
+
+    // How many times an action of this module has become disposed. While it stands still, no action has.
+    static std::uint64_t Disposals() noexcept { return disposals_.load(); }
+
 private:
     // Set once by the creator before the action is shared.
     GUID actionTypeId_{};
@@ -29,6 +36,9 @@ private:
 
     std::atomic<std::uint32_t> attachedSubscriptions_{0};
     std::atomic<bool> triggered_{false};
+    std::atomic<ActionManagement::StateWord*> marksWord_{nullptr};
+
+    static inline constinit std::atomic<std::uint64_t> disposals_{0};
 };
 
 }  // namespace DataCollection

@@ -1,26 +1,13 @@
 #include "Subsystems/ActionManager/ActionManager.h"
 
-#include <algorithm>
-
 #include "Common/Failures/MethodEdge.h"
 #include "Common/Nodes/NodeDump.h"
 #include "Subsystems/ActionManager/ActionSubscription.h"
-#include "Subsystems/ActionManager/Clock.h"
 #include "Subsystems/ActionManager/GlobalSettings.h"
 
 namespace DataCollection::ActionManagement {
 
 using namespace Harbor;
-
-namespace {
-
-// By doubling, as an insertion at the end would.
-template <class Entry>
-void ReserveForOneMore(std::vector<Entry>& entries) {
-    if (entries.size() == entries.capacity()) entries.reserve(std::max<std::size_t>(2 * entries.capacity(), 8));
-}
-
-}  // namespace
 
 HRESULT ActionManager::Configure(AcnHandle config) {
     bool alreadyConfigured = false;
@@ -34,50 +21,19 @@ HRESULT ActionManager::Configure(AcnHandle config) {
         const ACNode node = ACNode::Borrow(config);
         LOG(Dbg, u"ActionManager configuration: " << node);
         GlobalSettings::Instance()->Load(node);
-        Initialize();
+        worker_.Initialize();
         return S_OK;
     });
 }
 
-void ActionManager::Initialize() {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Initialize");
-    const LockGuard guard(stateLock_);
-    if (running_) return;
-    // True only when there is a worker to join; the worker doesn't look before it has the lock.
-    if (const HRESULT code = worker_.Start<&ActionManager::Start>(this); Failed(code)) ThrowError(code);
-    running_ = true;
-}
-
-void ActionManager::Start() noexcept {
-    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Start");
-    const std::chrono::milliseconds interval{GlobalSettings::Instance()->PollingIntervalInMilliseconds()};
-    for (;;) {
-        UniqueLock lock(stateLock_);
-        const auto deadline = MonotonicClock::now() + interval;
-        if (stopSignal_.WaitUntil(lock, deadline, [this] { return !running_; })) return;
-        const TimePoint now = CurrentTime();
-        OnTimerEvent(now);
-    }
-}
-
-void ActionManager::Stop() noexcept {
-    TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::Stop");
-    {
-        const LockGuard guard(stateLock_);
-        if (!running_) return;
-        running_ = false;
-    }
-    stopSignal_.NotifyAll();
-    worker_.Join();
-}
-
-// The steps here can't fail, so that nothing keeps the worker from being joined: what their traces can't write is lost.
+// The steps here cannot fail, so that nothing keeps the worker from being joined: what their traces cannot write is
+// lost.
 void ActionManager::FinalRelease() noexcept {
+    worker_.RequestStop();
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::FinalRelease");
-    Stop();
+    worker_.Stop();
     // The watches end while this object is still whole: until a watch has ended, its service may call OnTriggered.
-    forcedSubscriptions_.clear();
-    endedWatches_.clear();
+    forcedSubscriptions_.Clear();
 }
 
 HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const TimedActionSettings* schedule,
@@ -89,7 +45,7 @@ HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const T
                           auto created = CreateSubscription(listener, {ComponentPtr(action->GetAction())});
                           try {
                               const LockGuard guard(registryLock_);
-                              regularActions_.push_back(action);
+                              regularActions_.Add(action, guard);
                           } catch (...) {
                               // Nobody else could: the client never gets to see the subscription.
                               created->Unsubscribe();
@@ -104,17 +60,20 @@ ComponentPtr<IActionSubscription> ActionManager::CreateSubscription(
     IActionListener* listener, const std::vector<ComponentPtr<IActionControl>>& actions) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::CreateSubscription");
     const auto control = Create<ActionSubscription, IActionSubscriptionControl>();
+    auto& created = static_cast<ActionSubscription&>(*control.Get());
     ThrowIfFailed(control->SetListener(listener));
-    for (const auto& action : actions) ThrowIfFailed(control->SetAction(action.Get()));
+    std::vector<ActionImpl*> ownActions;
+    for (const auto& action : actions) {
+        ThrowIfFailed(control->SetAction(action.Get()));
+        ownActions.push_back(static_cast<ActionImpl*>(action.Get()));
+    }
+    created.LetReportMarks(ownActions);
     auto subscription = QueryOrThrow<IActionSubscription>(control);
     {
         const LockGuard guard(registryLock_);
-        ReserveForOneMore(subscriptions_);
-        // The cycle must not allocate: the room for its snapshot grows here, in step with the registry.
-        if (snapshotRoom_.capacity() < subscriptions_.capacity()) snapshotRoom_.reserve(subscriptions_.capacity());
-        subscriptions_.push_back(control);
+        subscriptions_.Add(control, created.State(), guard);
     }
-    // Registered from here on: a line that can't be written must not make a failure of that.
+    // Registered from here on: a line that cannot be written must not make a failure of that.
     TRY_LOG(Dbg, u"Subscription '" << subscription.Get() << u"' created. Subscription ID: '" << control.Get() << u"'.");
     return subscription;
 }

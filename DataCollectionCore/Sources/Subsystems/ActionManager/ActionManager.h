@@ -1,22 +1,20 @@
-// The central component: the registry of subscriptions and actions, and the one worker that runs the timer cycle.
+// The central component: it takes registrations and commands, keeps what is registered, and has one worker that runs
+// the timer cycle.
 //
-// Its sources are three rooms: ActionManager.cpp (configuration, worker, registration), TimerCycle.cpp (the cycle and
-// regular actions) and ForcedCommands.cpp (commands of the configuration service).
+// Its sources are ActionManager.cpp (configuration, registration, end), TimerCycle.cpp (the cycle) and
+// ForcedCommands.cpp (commands of the configuration service). The worker, the registries and the queue are classes of
+// their own.
 #pragma once
 
-#include <memory>
-#include <unordered_map>
-#include <vector>
-
-#include "Common/Base/ConditionVariable.h"
-#include "Common/Base/Thread.h"
 #include "Common/Components/CComponentObject.h"
 #include "DataCollection/ActionManager.h"
 #include "Harbor/ConfigService.h"
 #include "Harbor/Configurable.h"
 #include "Subsystems/ActionManager/ConfigurationUpdateQueue.h"
-#include "Subsystems/ActionManager/ForcedActions.h"
-#include "Subsystems/ActionManager/TimedAction.h"
+#include "Subsystems/ActionManager/ForcedActionRegistry.h"
+#include "Subsystems/ActionManager/RegularActionRegistry.h"
+#include "Subsystems/ActionManager/SubscriptionRegistry.h"
+#include "Subsystems/ActionManager/Worker.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -30,47 +28,31 @@ public:
     // IACModifyCallback has no id: the manager hands it out itself.
     using Queryable = Harbor::InterfaceList<Harbor::IConfigurable, IActionManager>;
 
-    // Acts once, also after a failure: a later call gives 0 and does nothing.
+    // Acts once, also if it fails: a later call returns 0 and does nothing.
     HRESULT Configure(AcnHandle config) override;
     HRESULT SubscribeRegularAction(IActionListener* listener, const TimedActionSettings* schedule,
                                    IActionSubscription** subscription) override;
     HRESULT SubscribeForcedAction(IActionListener* listener, const ForcedActionConfig* config,
                                   IActionSubscription** subscription) override;
-    // On any thread of the service. Takes no lock but the queue's.
+    // May be called on any thread of the service. Takes only the queue's lock.
     HRESULT OnTriggered(Harbor::IACModifySubscription* subscription, int kind,
                         Harbor::IACNodeModifyEnum* modifications) override;
 
-    // Stops the worker, waiting for the cycle that is under way, and lets go of the watches. Not on the worker's own
-    // thread.
+    // Stops the worker after the cycle under way and releases the watches. Must not be called on the worker's thread.
     void FinalRelease() noexcept;
 
-    // One cycle. The worker runs it at each wake, with the state lock held.
+    // One cycle. The worker runs it at each wake, with its state lock held.
     void OnTimerEvent(const TimePoint& now) noexcept;
 
 private:
-    using Snapshot = std::vector<IActionSubscriptionControl*>;  // holds no references
-
-    struct ForcedEntry {
-        Harbor::ComponentPtr<Harbor::IACModifySubscription> subscription;  // the key, counted
-        std::shared_ptr<ForcedActions> actions;
-    };
-
-    // The worker.
-    void Initialize();
-    void Start() noexcept;
-    void Stop() noexcept;
-
-    // The cycle, in the order of its steps.
-    Snapshot UpdateSubscriptions() noexcept;
+    // The steps of the cycle.
+    void UpdateSubscriptions() noexcept;
     void EraseDisposedActions();
     void UpdateRegularActions(const TimePoint& now);
     void UpdateForcedActions();
-    void TriggerActions(const Snapshot& snapshot) noexcept;
-    void GiveBack(Snapshot snapshot) noexcept;
+    void TriggerActions() noexcept;
 
-    bool IsDisposed(const TimedAction& action) const;
-    void RemoveForcedSubscription(Harbor::IACModifySubscription* key, const ForcedActions& actions);
-    void TriggerForcedAction(Harbor::IACModifySubscription* key, const Harbor::ModifiedNode& update);
+    void TriggerForcedAction(const QueuedUpdate& update);
 
     // Registration.
     Harbor::ComponentPtr<IActionSubscription> CreateSubscription(
@@ -83,22 +65,15 @@ private:
     std::atomic<bool> configured_{false};  // set by the first Configure, never cleared
     ConfigurationUpdateQueue updateQueue_;
 
-    // The registry, each list in the order of creation. Taken step by step, never across a listener call.
+    // Guards the three registries. The steps of the cycle take it one after the other; it is never held across a call
+    // of a listener.
     Harbor::Lock registryLock_;
-    std::vector<Harbor::ComponentPtr<IActionSubscriptionControl>> subscriptions_;
-    Snapshot snapshotRoom_;  // memory for the next snapshot, reserved at registration
-    std::vector<std::shared_ptr<TimedAction>> regularActions_;
-    std::unordered_map<Harbor::IACModifySubscription*, ForcedEntry> forcedSubscriptions_;
+    SubscriptionRegistry subscriptions_;
+    RegularActionRegistry regularActions_;
+    ForcedActionRegistry forcedSubscriptions_;
+    std::uint64_t disposalsAtLastErase_ = 0;  // the worker's
 
-    // The worker's alone: the watches of pairs that have ended, until the queue has been found empty. Else a new watch
-    // could get the address by which a waiting command is known.
-    std::vector<Harbor::ComponentPtr<Harbor::IACModifySubscription>> endedWatches_;
-
-    // The worker's state. The worker holds the lock at all times except while it sleeps.
-    Harbor::ConditionVariable stopSignal_;
-    Harbor::Lock stateLock_;
-    bool running_ = false;
-    Harbor::Thread worker_;
+    Worker worker_{[this](const TimePoint& now) { OnTimerEvent(now); }};
 };
 
 }  // namespace DataCollection::ActionManagement

@@ -30,44 +30,71 @@ HRESULT ActionSubscription::SetListener(IActionListener* listener) {
 HRESULT ActionSubscription::SetAction(IActionControl* action) {
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::SetAction"), [&] {
         if (action == nullptr) ThrowError(E_POINTER);
-        const CriticalSectionGuard guard(actionsLock_);
+        if (IsRefusedInsideOwnCall(u"SetAction")) return E_UNEXPECTED;
+        const std::lock_guard guard(actionsLock_);
         actions_.reserve(actions_.size() + 1);
         ThrowIfFailed(action->OnSubscriptionAttached());
         actions_.emplace_back(action);
+        state_.Set(SubscriptionState::MustPoll);
         LOG(Dbg, LogPrefix() << u"'. Attached action '" << action << u"'");
         return S_OK;
     });
 }
 
-// Can't fail: the cycle would drop a subscription that doesn't tell.
+void ActionSubscription::LetReportMarks(const std::vector<ActionImpl*>& actions) {
+    for (ActionImpl* const action : actions) action->ReportMarksTo(state_.Get());
+    // A mark may have been set before.
+    state_.Set(SubscriptionState::Marked);
+    state_.Clear(SubscriptionState::MustPoll);
+}
+
+// It cannot fail: the cycle would drop a subscription whose state it cannot ask for.
 HRESULT ActionSubscription::IsAlive(bool* alive) {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionSubscription::IsAlive");
+    *alive = true;
+    if (actionsLock_.IsHeldByThisThread()) return S_OK;
     const std::unique_lock lock(actionsLock_, std::try_to_lock);
-    *alive = !lock.owns_lock() || alive_;
+    if (lock.owns_lock()) *alive = !state_.Has(SubscriptionState::Detached);
     return S_OK;
 }
 
 HRESULT ActionSubscription::TriggerActionsIfNeeded() {
     return MethodEdge(
         TRACED_METHOD(Dbg2, "DataCollection::ActionManagement::ActionSubscription::TriggerActionsIfNeeded"), [&] {
-            // The copy keeps the listener alive through the calls even if Unsubscribe lets it go meanwhile.
+            if (IsRefusedInsideOwnCall(u"TriggerActionsIfNeeded")) return E_UNEXPECTED;
+            // The copy keeps the listener alive through the calls even if Unsubscribe releases it meanwhile.
             const ComponentPtr<IActionListener> listener = [this] {
                 const LockGuard guard(listenerLock_);
                 return listener_;
             }();
             const std::unique_lock lock(actionsLock_);
-            if (alive_ && started_ && listener) DeliverMarkedActions(*listener.Get());
-            if (unsubscribeRequested_.load()) UnsubscribeInternal(lock);
+            const bool isStarted = state_.Has(SubscriptionState::Started);
+            const bool isAlive = !state_.Has(SubscriptionState::Detached);
+            if (isAlive && isStarted && listener) DeliverMarkedActions(*listener.Get());
+            if (state_.Has(SubscriptionState::UnsubscribeRequested)) UnsubscribeInternal(lock);
             return S_OK;
         });
 }
 
+bool ActionSubscription::IsRefusedInsideOwnCall(const WideChar* operation) {
+    if (!actionsLock_.IsHeldByThisThread()) return false;
+    LOG(Err, LogPrefix() << u"'. " << operation << u" is refused inside a call of this subscription.");
+    return true;
+}
+
 void ActionSubscription::DeliverMarkedActions(IActionListener& listener) {
-    for (const auto& action : actions_) {
-        if (unsubscribeRequested_.load()) break;
-        bool triggered = false;
-        action->GetTriggered(&triggered);
-        if (triggered) Deliver(action, listener);
+    // Before the marks are read: one that is set meanwhile shows in the word again.
+    state_.Clear(SubscriptionState::Marked);
+    try {
+        for (const auto& action : actions_) {
+            if (state_.Has(SubscriptionState::UnsubscribeRequested)) break;
+            bool triggered = false;
+            action->GetTriggered(&triggered);
+            if (triggered) Deliver(action, listener);
+        }
+    } catch (...) {
+        state_.Set(SubscriptionState::Marked);  // what was not delivered is tried again in the next cycle
+        throw;
     }
 }
 
@@ -83,10 +110,11 @@ void ActionSubscription::Deliver(const ComponentPtr<IActionControl>& action, IAc
 
 HRESULT ActionSubscription::Start() {
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionSubscription::Start"), [&] {
-        const CriticalSectionGuard guard(actionsLock_);
+        if (IsRefusedInsideOwnCall(u"Start")) return E_UNEXPECTED;
+        const std::lock_guard guard(actionsLock_);
         LOG(Dbg, LogPrefix() << u"'. starting.");
-        if (alive_) {
-            started_ = true;
+        if (!state_.Has(SubscriptionState::Detached)) {
+            state_.Set(SubscriptionState::Started);
             return S_OK;
         }
         LOG(Err, u"Subscription started, but subscriber has not subscribed");
@@ -94,27 +122,30 @@ HRESULT ActionSubscription::Start() {
     });
 }
 
-// An end, which can't fail: what it can't log is lost.
+// An end cannot fail: what it cannot log is lost.
 HRESULT ActionSubscription::Unsubscribe() {
+    // The end of the listener may release the last reference of others to this subscription.
+    const ComponentPtr<IActionSubscription> self(this);
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::Unsubscribe");
-    // The listener is let go outside the lock: its end may come back to this subscription.
-    ComponentPtr<IActionListener> dropped;
+    // The listener is released outside the lock: its end may call this subscription.
+    ComponentPtr<IActionListener> released;
     {
         const LockGuard guard(listenerLock_);
-        dropped = std::move(listener_);
+        released = std::move(listener_);
     }
-    dropped.Reset();
+    released.Reset();
     TRY_LOG(Dbg, LogPrefix() << u"'. will be unsubscribed.");
-    unsubscribeRequested_.store(true);
+    state_.Set(SubscriptionState::UnsubscribeRequested);
     return S_OK;
 }
 
-void ActionSubscription::UnsubscribeInternal(const std::unique_lock<CriticalSection>& lock) {
+void ActionSubscription::UnsubscribeInternal(const std::unique_lock<HolderLock>& lock) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionSubscription::UnsubscribeInternal");
     if (!lock.owns_lock() || lock.mutex() != &actionsLock_) ThrowError(E_INVALIDARG);
     LOG(Dbg, LogPrefix() << u"'. unsubscribed.");
-    // From here on to the end: a subscription that is dead but still attached would keep its actions for ever.
-    alive_ = false;
+    // From here on everything is done: a subscription that is dead but still attached would keep its actions for ever.
+    state_.Set(SubscriptionState::Detached);
+    ++detachments_;
     for (const auto& action : actions_) {
         TRY_LOG(Dbg2, u"Action '" << action.Get() << u"' OnSubscriptionDisposed");
         action->OnSubscriptionDisposed();

@@ -3,9 +3,11 @@
 
 #include <vector>
 
-#include "Common/Base/Guards.h"
+#include "Common/Base/Lock.h"
 #include "Common/Components/CComponentObject.h"
 #include "DataCollection/ActionSubscription.h"
+#include "Subsystems/ActionManager/ActionImpl.h"
+#include "Subsystems/ActionManager/StateWord.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -17,34 +19,48 @@ public:
 
     ~ActionSubscription() override;
 
+    // Start, SetAction and TriggerActionsIfNeeded are refused with E_UNEXPECTED and an ERR line from inside a call that
+    // this subscription makes (to its listener, or to an action): they would wait for a lock that the thread holds.
     HRESULT Start() override;
     HRESULT Unsubscribe() override;
 
-    // Takes no lock: only for the time before the subscription is published.
+    // Takes no lock: it may be called only before the subscription is published.
     HRESULT SetListener(IActionListener* listener) override;
     HRESULT SetAction(IActionControl* action) override;
-    // Never waits: a subscription whose lock is busy counts as alive.
+    // Never waits: a subscription whose lock is busy counts as alive, on the thread that holds it, too.
     HRESULT IsAlive(bool* alive) override;
     // Calls the listener for each marked action and clears the mark. Detaches once Unsubscribe was called.
     HRESULT TriggerActionsIfNeeded() override;
 
+    // For the manager, before the subscription is published: the attached actions, which are these, report their marks
+    // to the state word, so that they need not be polled.
+    void LetReportMarks(const std::vector<ActionImpl*>& actions);
+
+    // The state, for a scan that takes no lock. The word is valid as long as the subscription.
+    const StateWord* State() const noexcept { return state_.Get(); }
+
+    // How many times a subscription of this module has detached. While it stands still, none has died.
+    static std::uint64_t Detachments() noexcept { return detachments_.load(); }
+
 private:
-    void UnsubscribeInternal(const std::unique_lock<Harbor::CriticalSection>& lock);
+    // Returns whether this thread is inside a call of this subscription. Then `operation` is logged as refused.
+    bool IsRefusedInsideOwnCall(const Harbor::WideChar* operation);
+    void UnsubscribeInternal(const std::unique_lock<Harbor::HolderLock>& lock);
     void DeliverMarkedActions(IActionListener& listener);
     void Deliver(const Harbor::ComponentPtr<IActionControl>& action, IActionListener& listener);
     WideString LogPrefix();
 
+    PooledStateWord state_;
+
     Harbor::Lock listenerLock_;  // guards listener_ against the worker's copy
     Harbor::ComponentPtr<IActionListener> listener_;
 
-    std::atomic<bool> unsubscribeRequested_{false};  // never goes back to false
-
-    // Guards all below, and is held across a listener call, from inside which IsAlive may be asked: hence recursive.
-    // Never taken together with listenerLock_.
-    Harbor::CriticalSection actionsLock_;
+    // Guards actions_ and the flags Started and Detached. It is held across a listener call. Never taken together with
+    // listenerLock_.
+    Harbor::HolderLock actionsLock_;
     std::vector<Harbor::ComponentPtr<IActionControl>> actions_;
-    bool alive_ = true;     // UnsubscribeInternal has not run yet
-    bool started_ = false;  // Start was called while alive
+
+    static inline constinit std::atomic<std::uint64_t> detachments_{0};
 };
 
 }  // namespace DataCollection::ActionManagement

@@ -9,18 +9,19 @@ using namespace Harbor;
 void ConfigurationUpdateQueue::Post(IACModifySubscription* key, ModifiedNode update) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Post");
     const LockGuard guard(lock_);
-    updates_.push_back({key, std::move(update)});
+    updates_.push_back({key, std::move(update), nextNumber_.load()});
+    ++nextNumber_;
 }
 
-bool ConfigurationUpdateQueue::Peek(IACModifySubscription*& key, ModifiedNode& update) {
+// The log calls it by the name that its readers know.
+std::optional<QueuedUpdate> ConfigurationUpdateQueue::TakeOldest() noexcept {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Peek");
     const LockGuard guard(lock_);
-    if (updates_.empty()) return false;
+    if (updates_.empty()) return std::nullopt;
     TRY_LOG(Dbg, u"ConfigurationUpdateQueue::Peek modification");
-    key = updates_.front().key;
-    update = std::move(updates_.front().update);
+    std::optional<QueuedUpdate> oldest(std::move(updates_.front()));
     updates_.pop_front();
-    return true;
+    return oldest;
 }
 
 }  // namespace DataCollection::ActionManagement

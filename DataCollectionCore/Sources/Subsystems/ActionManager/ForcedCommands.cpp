@@ -52,11 +52,12 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
     return MethodEdge(
         TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::SubscribeForcedAction"), [&] {
             if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
-            const ForcedEntry entry = CreateForcedActions(*config);
+            ForcedEntry entry = CreateForcedActions(*config);
             auto created = CreateSubscription(listener, {entry.actions->StartAction(), entry.actions->StopAction()});
             try {
                 const LockGuard guard(registryLock_);
-                forcedSubscriptions_.emplace(entry.subscription.Get(), entry);
+                entry.firstUpdate = updateQueue_.NextNumber();
+                forcedSubscriptions_.Add(entry, guard);
             } catch (...) {
                 // As for a regular action: nobody else could.
                 created->Unsubscribe();
@@ -69,7 +70,7 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
         });
 }
 
-ActionManager::ForcedEntry ActionManager::CreateForcedActions(const ForcedActionConfig& config) {
+ForcedEntry ActionManager::CreateForcedActions(const ForcedActionConfig& config) {
     TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::CreateForcedActions");
     const WideString path = WideString(CommandPointRoot) + u"\\" + config.ParentName + u"\\" + config.LeafName;
     ForcedEntry entry;
@@ -105,35 +106,43 @@ HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*ki
     });
 }
 
+// Until the queue is empty, with what arrives meanwhile. A stop ends it early, since a flood of commands must not delay
+// the stop; it drops what waits anyway.
 void ActionManager::UpdateForcedActions() {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateForcedActions");
-    IACModifySubscription* key = nullptr;
-    ModifiedNode update;
-    while (updateQueue_.Peek(key, update)) TriggerForcedAction(key, update);
-    endedWatches_.clear();
+    while (!worker_.IsStopRequested()) {
+        const std::optional<QueuedUpdate> update = updateQueue_.TakeOldest();
+        if (!update) break;
+        TriggerForcedAction(*update);
+    }
 }
 
-// A command that has left the queue must not be lost to the log: what this method can't log, it does all the same.
-void ActionManager::TriggerForcedAction(IACModifySubscription* key, const ModifiedNode& update) {
+// A command that has left the queue must not be lost to the log: what this method cannot log, it does all the same.
+void ActionManager::TriggerForcedAction(const QueuedUpdate& queued) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ActionManager::TriggerForcedAction");
     const LockGuard guard(registryLock_);
-    const auto entry = forcedSubscriptions_.find(key);
-    if (entry == forcedSubscriptions_.end()) {
-        TRY_LOG(Err, u"Received unknown IACModifySubscription: '" << key << u"'.");
+    const ForcedActions* const actions = forcedSubscriptions_.Find(queued, guard);
+    if (actions == nullptr) {
+        TRY_LOG(Err, u"Received unknown IACModifySubscription: '" << queued.key << u"'.");
         return;
     }
     WideString command;
-    (void)update.node.TryGetText(CommandAttribute, command);  // absent is as unknown as any other text
-    const ForcedActions& actions = *entry->second.actions;
-    if (command == StartCommand) {
-        TRY_LOG(Dbg, u"Triggering start action. IACModifySubscription: '" << key << u"'.");
-        actions.StartAction()->SetTriggered(true);
-        actions.StopAction()->SetTriggered(false);
+    const HRES read = HRES::Unchecked(CodeOfCall([&] {
+        (void)queued.update.node.TryGetText(CommandAttribute, command);  // absent is as unknown as any other text
+        return S_OK;
+    }));
+    if (read.Failed()) {
+        // Dropped; the commands after it are served all the same.
+        TRY_LOG(Err, u"DataCollection::ActionManagement::ActionManager::TriggerForcedAction" << u" failed: " << read);
+    } else if (command == StartCommand) {
+        TRY_LOG(Dbg, u"Triggering start action. IACModifySubscription: '" << queued.key << u"'.");
+        actions->StartAction()->SetTriggered(true);
+        actions->StopAction()->SetTriggered(false);
     } else if (command == StopCommand) {
-        actions.StartAction()->SetTriggered(false);
-        actions.StopAction()->SetTriggered(true);
+        actions->StartAction()->SetTriggered(false);
+        actions->StopAction()->SetTriggered(true);
     } else {
-        TRY_LOG(Warn, u"Unknown command: '" << command << u"' for IACModifySubscription: '" << key << u"'.");
+        TRY_LOG(Warn, u"Unknown command: '" << command << u"' for IACModifySubscription: '" << queued.key << u"'.");
     }
 }
 

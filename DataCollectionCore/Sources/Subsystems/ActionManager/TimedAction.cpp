@@ -96,6 +96,10 @@ std::int32_t TimedAction::LocalTimeBias() const {
     return bias;
 }
 
+TimePoint TimedAction::DueFrom() const noexcept {
+    return ActionManagement::DueFrom(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_);
+}
+
 bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::TimedAction::ShouldBeTriggered");
     const ScheduleCheck check =

@@ -20,6 +20,10 @@ public:
     IActionControl* GetAction() const noexcept { return action_.Get(); }
     TimePoint FirstRunTime() const noexcept { return actionFirstRunTime_; }
 
+    // From this moment on ShouldBeTriggered is true, until SetTriggeredTime is called; before it, it is false. It holds
+    // also for a clock that goes back.
+    TimePoint DueFrom() const noexcept;
+
     // Whether the schedule is due at that moment. Changes nothing.
     bool ShouldBeTriggered(const TimePoint& checkedTime) const;
     void SetTriggeredTime(const TimePoint& time);

@@ -19,6 +19,8 @@ public:
     std::uint32_t Release() override {
         const std::uint32_t count = this->referenceCount_.fetch_sub(1, std::memory_order_acq_rel) - 1;
         if (count == 0) {
+            // A partner that counts and releases the object while it ends must not end it again.
+            this->referenceCount_.store(Ending, std::memory_order_relaxed);
             this->FinalRelease();
             delete this;
         }
@@ -50,6 +52,8 @@ public:
     }
 
 private:
+    static constexpr std::uint32_t Ending = 0x80000000;  // far from 0 in both directions
+
     CComponentObject() {
         DbgAliveObjectsTracker::Instance().Track(this, T::Tag);
         ComponentsModule::Instance().LockModule();

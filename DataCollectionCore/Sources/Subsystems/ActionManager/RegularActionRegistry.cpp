@@ -1,0 +1,58 @@
+#include "Subsystems/ActionManager/RegularActionRegistry.h"
+
+#include "Common/Failures/CodeOfCall.h"
+#include "Subsystems/ActionManager/CycleTrace.h"
+
+namespace DataCollection::ActionManagement {
+
+using namespace Harbor;
+
+namespace {
+
+// An action that cannot be asked counts as disposed.
+bool IsDisposed(const TimedAction& action) noexcept {
+    bool disposed = false;
+    const HRESULT code = CodeOfCall([&] { return action.GetAction()->IsDisposed(&disposed); });
+    return Failed(code) || disposed;
+}
+
+}  // namespace
+
+void RegularActionRegistry::Add(std::shared_ptr<TimedAction> action, RegistryProof) {
+    ReserveForOneMore(dueFrom_);
+    ReserveForOneMore(actions_);
+    dueFrom_.push_back(action->DueFrom());
+    actions_.push_back(std::move(action));
+}
+
+void RegularActionRegistry::EraseDisposed(RegistryProof) noexcept {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < actions_.size(); ++i) {
+        if (IsDisposed(*actions_[i])) {
+            TRY_LOG(Dbg, u"TimedAction '" << actions_[i]->GetAction() << u"' is disposed and will be deleted");
+            actions_[i].reset();
+            continue;
+        }
+        if (kept != i) {
+            dueFrom_[kept] = dueFrom_[i];
+            actions_[kept] = std::move(actions_[i]);
+        }
+        ++kept;
+    }
+    dueFrom_.resize(kept);
+    actions_.resize(kept);
+}
+
+void RegularActionRegistry::MarkDue(const TimePoint& now, RegistryProof) noexcept {
+    const bool isTraced = IsCycleTraced();
+    for (std::size_t i = 0; i < dueFrom_.size(); ++i) {
+        if (!isTraced && now < dueFrom_[i]) continue;
+        TimedAction& action = *actions_[i];
+        if (isTraced && !action.ShouldBeTriggered(now)) continue;
+        action.SetTriggeredTime(now);
+        action.GetAction()->SetTriggered(true);
+        dueFrom_[i] = action.DueFrom();
+    }
+}
+
+}  // namespace DataCollection::ActionManagement
