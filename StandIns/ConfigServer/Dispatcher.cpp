@@ -115,7 +115,7 @@ void Dispatcher::ServeOldest(Lock& lock) {
     served_ = report.watch.get();
     lock.unlock();
     if (wanted) Deliver(*report.watch, report.modifications.Get());
-    report.modifications.Reset();  // before whoever waits goes on: its nodes are closed then
+    report.modifications.Reset();  // closes its nodes before waiting threads continue
     lock.lock();
     served_ = nullptr;
     reportServed_.notify_all();

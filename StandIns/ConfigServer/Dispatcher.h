@@ -25,7 +25,7 @@ struct PendingReport {
 
 class Dispatcher : public std::enable_shared_from_this<Dispatcher> {
 public:
-    // Starts the thread, once. std::system_error if there is none to be had.
+    // Starts the thread. Must be called once. Throws std::system_error if there is no thread.
     void Run();
     // Ends every watch and drops all reports. Must be called once, after Run. Waits for the end of the thread. If it is
     // called on that thread, by a callback, it does not wait: the thread ends after the callback has returned.
