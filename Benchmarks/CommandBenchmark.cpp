@@ -170,13 +170,11 @@ void ProductQueue(benchmark::State& state) {
                 ModifiedNode record;
                 record.path = CommandPath;
                 record.mask = ChangesMask;
-                queue.Post(nullptr, std::move(record));
+                queue.Post({.key = nullptr, .update = std::move(record)});
             }
         },
         [&] {
-            IACModifySubscription* key = nullptr;
-            ModifiedNode record;
-            while (queue.Peek(key, record)) benchmark::DoNotOptimize(record.mask);
+            while (const auto queued = queue.TakeOldest()) benchmark::DoNotOptimize(queued->update.mask);
         });
 }
 BENCHMARK(ProductQueue)->Arg(1)->Arg(4)->UseRealTime()->Unit(benchmark::kMillisecond);

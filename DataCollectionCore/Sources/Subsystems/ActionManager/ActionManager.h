@@ -64,6 +64,7 @@ private:
 
     std::atomic<bool> configured_{false};  // set by the first Configure, never cleared
     ConfigurationUpdateQueue updateQueue_;
+    std::atomic<std::uint64_t> forcedRegistrations_{0};  // changed under the registry lock
 
     // Guards the three registries. The steps of the cycle take it one after the other; it is never held across a call
     // of a listener.

@@ -6,11 +6,10 @@ namespace DataCollection::ActionManagement {
 
 using namespace Harbor;
 
-void ConfigurationUpdateQueue::Post(IACModifySubscription* key, ModifiedNode update) {
+void ConfigurationUpdateQueue::Post(QueuedUpdate update) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::ConfigurationUpdateQueue::Post");
     const LockGuard guard(lock_);
-    updates_.push_back({key, std::move(update), nextNumber_.load()});
-    ++nextNumber_;
+    updates_.push_back(std::move(update));
 }
 
 // The log calls it by the name that its readers know.

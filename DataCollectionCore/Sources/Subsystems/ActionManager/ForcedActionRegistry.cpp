@@ -53,7 +53,7 @@ void ForcedActionRegistry::EraseDisposed(Removed& removed, RegistryProof) {
 
 const ForcedActions* ForcedActionRegistry::Find(const QueuedUpdate& update, RegistryProof) const noexcept {
     const auto entry = entries_.find(update.key);
-    if (entry == entries_.end() || update.number < entry->second.firstUpdate) return nullptr;
+    if (entry == entries_.end() || update.registrationsBefore < entry->second.number) return nullptr;
     return entry->second.actions.get();
 }
 

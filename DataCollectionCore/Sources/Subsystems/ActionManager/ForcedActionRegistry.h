@@ -15,9 +15,9 @@ namespace DataCollection::ActionManagement {
 struct ForcedEntry {
     Harbor::ComponentPtr<Harbor::IACModifySubscription> subscription;  // the watch; its address is the key
     std::shared_ptr<ForcedActions> actions;
-    // The number that the queue gives next when the entry is added. A command with a lower number was reported for an
-    // earlier watch that had the same address.
-    UpdateNumber firstUpdate = 0;
+    // Counts the registered pairs, this one included. A command whose report began when fewer were registered was
+    // meant for an earlier watch that had the same address.
+    std::uint64_t number = 0;
 };
 
 class ForcedActionRegistry {

@@ -56,7 +56,7 @@ HRESULT ActionManager::SubscribeForcedAction(IActionListener* listener, const Fo
             auto created = CreateSubscription(listener, {entry.actions->StartAction(), entry.actions->StopAction()});
             try {
                 const LockGuard guard(registryLock_);
-                entry.firstUpdate = updateQueue_.NextNumber();
+                entry.number = ++forcedRegistrations_;
                 forcedSubscriptions_.Add(entry, guard);
             } catch (...) {
                 // As for a regular action: nobody else could.
@@ -92,12 +92,13 @@ void ActionManager::SubscribeToConfigurationChanges(const WideString& path,
 
 HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*kind*/,
                                    IACNodeModifyEnum* modifications) {
+    const std::uint64_t registrationsBefore = forcedRegistrations_.load();
     TRY_LOG(Dbg, u"Forced action update received. IACModifySubscription: '" << subscription << u"'.");
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::OnTriggered"), [&] {
         ForEachModifiedNode(modifications, [&](ModifiedNode& record) {
             if (IsForcedCommandValid(record.node)) {
                 record.node = record.node.Clone(AcnWholeTree, 0);
-                updateQueue_.Post(subscription, std::move(record));
+                updateQueue_.Post({subscription, std::move(record), registrationsBefore});
             } else {
                 LOG(Err, u"Invalid forced command format: " << record.node);
             }

@@ -2,10 +2,11 @@
 
 #include <array>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "Common/Base/Lock.h"
-#include "Common/Base/SingletonHolder.h"
+#include "Common/Components/ComponentsModule.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -13,59 +14,57 @@ using namespace Harbor;
 
 namespace {
 
-// Set when the pool has ended with the module or the process. An object that a client releases even later does without.
-constinit std::atomic<bool> PoolHasEnded{false};
+using Chunk = std::array<StateWord, 1024>;
 
-class WordPool {
-public:
-    WordPool() = default;
-    WordPool(const WordPool&) = delete;
-    WordPool& operator=(const WordPool&) = delete;
-    ~WordPool() {
-        PoolHasEnded.store(true);
-        const bool isUnused = free_.size() == chunks_.size() * std::tuple_size_v<Chunk>;
-        if (isUnused) return;
-        for (auto& chunk : chunks_) (void)chunk.release();  // late objects still have their words in it
-    }
-
+struct WordPool {
     StateWord* Allocate() {
-        const LockGuard guard(lock_);
-        if (free_.empty()) AddChunk();
-        StateWord* const word = free_.back();
-        free_.pop_back();
+        if (free.empty()) AddChunk();
+        StateWord* const word = free.back();
+        free.pop_back();
         word->store(0);
         return word;
     }
 
-    void Free(StateWord* word) noexcept {
-        const LockGuard guard(lock_);
-        free_.push_back(word);  // there is room for every word
-    }
-
-private:
-    using Chunk = std::array<StateWord, 1024>;
-
     void AddChunk() {
         auto chunk = std::make_unique<Chunk>();
-        free_.reserve((chunks_.size() + 1) * chunk->size());
-        chunks_.push_back(std::move(chunk));
+        free.reserve((chunks.size() + 1) * chunk->size());
+        chunks.push_back(std::move(chunk));
         // From the end, so that words are given out in the order of their addresses.
-        for (auto word = chunks_.back()->rbegin(); word != chunks_.back()->rend(); ++word) free_.push_back(&*word);
+        for (auto word = chunks.back()->rbegin(); word != chunks.back()->rend(); ++word) free.push_back(&*word);
     }
 
-    Lock lock_;  // guards all below
-    std::vector<std::unique_ptr<Chunk>> chunks_;
-    std::vector<StateWord*> free_;
+    std::vector<std::unique_ptr<Chunk>> chunks;
+    std::vector<StateWord*> free;  // has room for every word
 };
 
-constinit SingletonHolder<WordPool> Holder;
+constinit Lock PoolLock;
+constinit WordPool* Pool = nullptr;  // guarded by PoolLock
+
+// Frees the pool at the end of the module, unless the process ends while objects of the module are alive: clients may
+// use and release those even later.
+struct PoolEnd {
+    ~PoolEnd() {
+        std::int32_t isLocked = 1;
+        ComponentsModule::Instance().IsModuleLocked(&isLocked);
+        const LockGuard guard(PoolLock);
+        if (isLocked == 0) std::unique_ptr<WordPool>(std::exchange(Pool, nullptr)).reset();
+    }
+};
+
+StateWord* AllocateWord() {
+    static const PoolEnd end;
+    const LockGuard guard(PoolLock);
+    if (Pool == nullptr) Pool = std::make_unique<WordPool>().release();
+    return Pool->Allocate();
+}
 
 }  // namespace
 
-PooledStateWord::PooledStateWord() : word_(Holder.Get().Allocate()) {}
+PooledStateWord::PooledStateWord() : word_(AllocateWord()) {}
 
 PooledStateWord::~PooledStateWord() {
-    if (!PoolHasEnded.load()) Holder.Get().Free(word_);
+    const LockGuard guard(PoolLock);
+    Pool->free.push_back(word_);
 }
 
 }  // namespace DataCollection::ActionManagement

@@ -49,7 +49,7 @@ void SubscriptionRegistry::BringSnapshotUpToDate() noexcept {
     if (snapshot_.capacity() < entries_.size()) {
         room_.assign(snapshot_.begin(), snapshot_.end());
         snapshot_.swap(room_);
-        room_ = {};
+        Snapshot().swap(room_);  // frees the memory of the old snapshot
         snapshotCapacity_ = snapshot_.capacity();
     }
     for (std::size_t i = snapshot_.size(); i < entries_.size(); ++i) {

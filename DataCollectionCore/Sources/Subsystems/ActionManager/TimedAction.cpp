@@ -5,6 +5,7 @@
 #include "Schedules/TimeZoneBias.h"
 #include "Subsystems/ActionManager/ActionImpl.h"
 #include "Subsystems/ActionManager/Clock.h"
+#include "Subsystems/ActionManager/CycleTrace.h"
 
 namespace DataCollection::ActionManagement {
 
@@ -100,16 +101,16 @@ TimePoint TimedAction::DueFrom() const noexcept {
     return ActionManagement::DueFrom(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_);
 }
 
-bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const {
+bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const noexcept {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::TimedAction::ShouldBeTriggered");
     const ScheduleCheck check =
         CheckSchedule(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_, checkedTime);
     // One test for all lines: this runs for each action in each cycle.
-    if (IsLogEnabled(LogSeverity::Dbg2)) LogCheck(checkedTime, check);
+    if (IsCycleTraced()) LogCheck(checkedTime, check);
     return check.due;
 }
 
-void TimedAction::LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const {
+void TimedAction::LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const noexcept {
     TRY_LOG(Dbg2, u"Action: '" << action_.Get() << u"'.");
     TRY_LOG(Dbg2, u"Checked time: " << FormatTimePoint(checkedTime));
     if (!check.firstRunReached) {
@@ -125,7 +126,7 @@ void TimedAction::LogCheck(const TimePoint& checkedTime, const ScheduleCheck& ch
     }
 }
 
-void TimedAction::SetTriggeredTime(const TimePoint& time) {
+void TimedAction::SetTriggeredTime(const TimePoint& time) noexcept {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::SetTriggeredTime");
     TRY_LOG(Dbg, u"Action: '" << action_.Get() << u"'.");
     TRY_LOG(Dbg, u"Triggered time set: " << FormatTimePoint(time));

@@ -25,14 +25,14 @@ public:
     TimePoint DueFrom() const noexcept;
 
     // Whether the schedule is due at that moment. Changes nothing.
-    bool ShouldBeTriggered(const TimePoint& checkedTime) const;
-    void SetTriggeredTime(const TimePoint& time);
+    bool ShouldBeTriggered(const TimePoint& checkedTime) const noexcept;
+    void SetTriggeredTime(const TimePoint& time) noexcept;
 
 private:
     void RequireValidSettings() const;
     TimePoint ComputeFirstRun(const TimePoint& now) const;
     std::int32_t LocalTimeBias() const;
-    void LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const;
+    void LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const noexcept;
 
     Harbor::ComponentPtr<IActionControl> action_;
     const TimedActionSettings settings_;

@@ -17,14 +17,17 @@ public:
     std::uint32_t AddRef() override { return this->referenceCount_.fetch_add(1, std::memory_order_relaxed) + 1; }
 
     std::uint32_t Release() override {
-        const std::uint32_t count = this->referenceCount_.fetch_sub(1, std::memory_order_acq_rel) - 1;
-        if (count == 0) {
-            // A partner that counts and releases the object while it ends must not end it again.
-            this->referenceCount_.store(Ending, std::memory_order_relaxed);
+        // The last reference leaves the count far from 0, in one step: a partner that counts and releases the object
+        // while it ends, on any thread, does not end it again.
+        std::uint32_t count = this->referenceCount_.load(std::memory_order_relaxed);
+        while (!this->referenceCount_.compare_exchange_weak(count, count == 1 ? Ending : count - 1,
+                                                            std::memory_order_acq_rel, std::memory_order_relaxed)) {
+        }
+        if (count == 1) {
             this->FinalRelease();
             delete this;
         }
-        return count;
+        return count - 1;
     }
 
     HRESULT QueryInterface(const GUID* iid, void** result) override {
