@@ -1,4 +1,6 @@
 // The path of a command: from the configuration service's callback through the queue to the mark on the action.
+#include <thread>
+
 #include "BenchmarkSupport.h"
 #include "LocalComponent.h"
 #include "ModuleBroker/Registration.h"

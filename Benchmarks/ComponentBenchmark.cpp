@@ -73,8 +73,8 @@ HRESULT (*volatile succeed)() = &Succeed;
 
 void HResOfSuccess(benchmark::State& state) {
     for (auto _ : state) {
-        ThrowIfFailed(succeed());
-        benchmark::DoNotOptimize(hres.Code());
+        const HRES result = succeed();
+        benchmark::DoNotOptimize(result.Code());
     }
     ReportEach(state, 1);
 }

@@ -6,27 +6,16 @@
 #include <latch>
 #include <map>
 #include <mutex>
-#include <new>
 #include <thread>
 
 #include "Common/Nodes/ModificationRecords.h"
+#include "FailingAllocation.h"
 #include "Support/StoreFixture.h"
 
 using namespace Harbor;
 using namespace ConfigServer;
 
 namespace {
-
-// The number of allocations of this thread before the one that fails; negative if none does.
-thread_local int AllocationsUntilFailure = -1;
-
-// Calls with a failing allocation, and says whether one was reached.
-template <class Call>
-bool WithFailingAllocation(int number, const Call& call) {
-    AllocationsUntilFailure = number;
-    EXPECT_NO_THROW(call());
-    return std::exchange(AllocationsUntilFailure, -1) < 0;
-}
 
 using Subscription = ComponentPtr<IACModifySubscription>;
 
@@ -304,15 +293,3 @@ TEST_F(ConfigServerTest, AddsAWatchCompletelyOrNotAtAllAndStartsItWithoutMemory)
 }
 
 }  // namespace
-
-void* operator new(std::size_t size) {
-    if (AllocationsUntilFailure >= 0 && AllocationsUntilFailure-- == 0) throw std::bad_alloc();
-    if (void* const memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
