@@ -19,7 +19,6 @@ using Interleaving::WaitUntil;
 using ManagerPtr = ComponentPtr<CComponentObject<ActionManager>>;
 
 constexpr TimedActionSettings EveryMillisecond{0, false, 0, TimedActionType::Repeat, 1};
-constexpr ForcedActionConfig Point{u"B", u"A", false};
 
 // Counts its calls. One that is told about an action after its manager's end breaks the first promise of all.
 class Listener : public Neighbour<IActionListener> {
@@ -80,8 +79,9 @@ SubscriptionPtr Subscribe(IActionManager& manager, IActionListener& listener) {
 }
 
 SubscriptionPtr SubscribeForced(IActionManager& manager, IActionListener& listener) {
+    const ForcedActionConfig point{u"B", u"A", false};
     SubscriptionPtr subscription;
-    EXPECT_EQ(manager.SubscribeForcedAction(&listener, &Point, subscription.Address()), S_OK);
+    EXPECT_EQ(manager.SubscribeForcedAction(&listener, &point, subscription.Address()), S_OK);
     return subscription;
 }
 

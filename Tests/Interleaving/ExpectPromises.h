@@ -19,19 +19,25 @@ inline std::uint64_t NumberFromEnvironment(const char* name, std::uint64_t other
     return text != nullptr ? std::stoull(text) : otherwise;
 }
 
-// Ends the process after a failure: the threads of that run stand in the code under test.
+// Ends the process after a failure: the threads of that run stand in the code under test. A single seed runs after seed
+// 0, as it does among the others: the first run of a process also builds what is built once, and takes more steps.
 inline void ExpectPromisesKept(const std::function<void()>& scenario) {
-    const std::uint64_t first = NumberFromEnvironment("INTERLEAVING_SEED", 0);
-    const bool isOneSeed = std::getenv("INTERLEAVING_SEED") != nullptr;
-    const std::uint64_t count = isOneSeed ? 1 : NumberFromEnvironment("INTERLEAVING_SEEDS", USUAL_SEED_COUNT);
-    for (std::uint64_t seed = first; seed < first + count; ++seed) {
+    const auto run = [&](std::uint64_t seed) {
         if (const auto failure = Run(seed, scenario)) {
             ADD_FAILURE() << *failure;
             std::cout.flush();
             std::_Exit(EXIT_FAILURE);
         }
-        ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed;
+        if (testing::Test::HasFailure()) std::cout << "seed " << seed << '\n';
+        return !testing::Test::HasFailure();
+    };
+    if (!run(0)) return;
+    if (const std::uint64_t seed = NumberFromEnvironment("INTERLEAVING_SEED", 0); seed != 0) {
+        run(seed);
+        return;
     }
+    const std::uint64_t count = NumberFromEnvironment("INTERLEAVING_SEEDS", USUAL_SEED_COUNT);
+    for (std::uint64_t seed = 1; seed < count && run(seed); ++seed) continue;
 }
 
 }  // namespace Interleaving

@@ -40,7 +40,8 @@
 // program should report and end.
 //
 // Replay. The same seed takes the same choices as long as the code takes the same steps. Code whose steps depend on
-// addresses, on real time or on threads outside the layer is not covered.
+// addresses, on real time or on threads outside the layer is not covered. What the process builds once, at the first
+// use, adds steps to its first run: ExpectPromises.h runs seed 0 before any other.
 //
 // Threads are real ones, taken from a pool and handed the turn by semaphores, not fibers: the code under test keeps
 // state for each thread (its last error, its exceptions in flight, its mark on a lock), which fibers on one thread
