@@ -1,4 +1,4 @@
-# What is installed where (Places.cmake), and the packages that are made of it.
+# Installs the files into the directories of Places.cmake, and builds packages of them.
 include(CMakePackageConfigHelpers)
 
 set_target_properties(OrvPlatform NodeFabric ModuleBroker PROPERTIES INSTALL_RPATH $ORIGIN)

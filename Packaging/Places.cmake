@@ -1,4 +1,4 @@
-# The tree that an installation has. It may be moved: nothing in it knows where it lies.
+# The tree of an installation. It may be moved: no file in it contains its path.
 #
 #     bin/ActionHost
 #     lib/                        the platform layer, the stand-ins, the framework

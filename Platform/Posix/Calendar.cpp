@@ -5,8 +5,8 @@ namespace Platform {
 
 using namespace Posix;
 
-// Years are counted from March, so that the leap day is the last of its year, and in eras of 400 years,
-// which all have the same number of days.
+// Years begin in March, so that the leap day is the last day of its year. They are grouped in eras of 400 years, which
+// all have the same number of days.
 namespace {
 
 constexpr std::int64_t FirstYear = 1601;

@@ -18,7 +18,7 @@ std::size_t WriteWithoutSignals(int descriptor, const void* data, std::size_t si
     const std::size_t written = WriteFully(descriptor, data, size);
     const int error = errno;
     if (written < size && (error == EPIPE || error == EFBIG)) {
-        // The signal waits for this thread, in front of any that waits for the process.
+        // The signal is pending for this thread, and is taken before one that is pending for the process.
         const timespec atOnce{};
         RetryInterrupted([&] { return sigtimedwait(&signals, nullptr, &atOnce); });
     }

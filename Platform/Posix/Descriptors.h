@@ -1,4 +1,4 @@
-// Reading and writing by file descriptor, in spite of signals and short counts.
+// Reads and writes file descriptors in spite of interrupting signals and short counts.
 #pragma once
 
 #include <unistd.h>
@@ -8,7 +8,7 @@
 
 namespace Platform::Posix {
 
-// Makes a system call again as long as a signal interrupts it.
+// Repeats a system call while a signal interrupts it.
 template <class Call>
 auto RetryInterrupted(Call call) noexcept {
     auto result = call();
@@ -16,8 +16,8 @@ auto RetryInterrupted(Call call) noexcept {
     return result;
 }
 
-// Writes with one system call where the file takes all at once. Gives the bytes written; if they are too few, errno
-// tells why, and 0 there means that the file just took no more.
+// Writes all bytes, with one system call if the file accepts them at once. Returns the number of bytes written. If that
+// is less than `size`, errno is the reason; errno 0 means that the file accepted no more bytes without a failure.
 inline std::size_t WriteFully(int descriptor, const void* data, std::size_t size) noexcept {
     const auto* const bytes = static_cast<const char*>(data);
     std::size_t written = 0;
@@ -30,8 +30,8 @@ inline std::size_t WriteFully(int descriptor, const void* data, std::size_t size
     return written;
 }
 
-// As WriteFully, where a reader may have gone or a size limit may be reached: that is a failure of the call like any
-// other, and its signal, which would end the process, doesn't reach it.
+// Like WriteFully, for files whose reader may be closed or whose size limit may be reached. That is an ordinary failure
+// of the call: its signal, which would end the process, is suppressed.
 std::size_t WriteWithoutSignals(int descriptor, const void* data, std::size_t size) noexcept;
 
 }  // namespace Platform::Posix

@@ -45,7 +45,7 @@ bool FitsSizes(const WideString& text) noexcept {
     return text.size() < std::numeric_limits<DWORD>::max();
 }
 
-// Copies the text and its terminator if they fit, and tells whether they did.
+// Copies the text and its terminator if they fit. Returns whether they did.
 bool CopyIfItFits(const WideString& text, WideChar* buffer, DWORD size) noexcept {
     if (buffer == nullptr || text.size() >= size) return false;
     std::copy_n(text.c_str(), text.size() + 1, buffer);

@@ -1,11 +1,11 @@
-// What the system's error numbers are called by the functions of the layer.
+// The codes of the system's error numbers.
 #pragma once
 
 #include "Platform/Types.h"
 
 namespace Platform::Posix {
 
-// The code that the same failure has on Windows; ERROR_GEN_FAILURE for a number that has none here.
+// Returns the code that the same failure has on Windows, or ERROR_GEN_FAILURE for a number that is not in the table.
 DWORD Win32FromErrno(int errorNumber) noexcept;
 
 }  // namespace Platform::Posix

@@ -23,7 +23,7 @@ constexpr HRESULT E_POINTER = static_cast<HRESULT>(0x80004003);
 constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 constexpr HRESULT E_INVALIDARG = static_cast<HRESULT>(0x80070057);
 
-// The bytes in front of a BSTR: its size stands in the last four, and the text behind them stays aligned to eight.
+// The bytes in front of a BSTR. The last four are its size; the text after them is aligned to eight.
 constexpr std::size_t HeaderSize = 8;
 constexpr std::size_t SizeOffset = 4;
 
@@ -101,8 +101,8 @@ void ReleasePending(void* object) noexcept {
     static_cast<IErrorInfo*>(object)->Release();
 }
 
-// One counted object a thread. A thread-local object with a destructor would keep the library in memory; a key is
-// given back when it is unloaded.
+// One counted object per thread. A thread-local object with a destructor would keep the library in memory; a key is
+// deleted when the library is unloaded.
 class ThreadSlot {
 public:
     ThreadSlot() noexcept : isMade_(::pthread_key_create(&key_, ReleasePending) == 0) {}
@@ -114,7 +114,7 @@ public:
     ThreadSlot(const ThreadSlot&) = delete;
     ThreadSlot& operator=(const ThreadSlot&) = delete;
 
-    // The reference that `object` stands for goes to the slot. Null leaves the slot empty in any case.
+    // The slot takes over one reference on `object`. Null always empties the slot.
     [[nodiscard]] bool Put(IErrorInfo* object) noexcept {
         if (!isMade_) return object == nullptr;
         IErrorInfo* const previous = Pending();

@@ -1,4 +1,4 @@
-// The failing ends of the layer's functions.
+// How the layer's functions fail.
 #pragma once
 
 #include <cerrno>
@@ -9,7 +9,7 @@
 
 namespace Platform::Posix {
 
-// Leaves `code` as the last error and gives `result`.
+// Sets the last error to `code` and returns `result`.
 template <class Result>
 Result Fail(DWORD code, Result result) noexcept {
     SetLastError(code);
@@ -21,8 +21,8 @@ Result FailByErrno(Result result) noexcept {
     return Fail(Win32FromErrno(errno), result);
 }
 
-// Gives what `body` gives. Whatever it throws stands for memory that ran out: the standard library throws nothing else
-// at the texts and containers that are handled here.
+// Returns the result of `body`. Every exception is treated as lack of memory: the standard library throws nothing else
+// for the texts and containers that are used here.
 template <class Result, class Body>
 Result OrOutOfMemory(Result failure, Body body) noexcept {
     try {

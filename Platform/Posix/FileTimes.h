@@ -1,4 +1,4 @@
-// File times as numbers, and the lengths that convert them.
+// File times as numbers, and the units for their conversion.
 #pragma once
 
 #include "Platform/Time.h"
@@ -13,7 +13,7 @@ inline constexpr std::int64_t TicksPerMillisecond = 10'000;
 inline constexpr std::int64_t TicksPerSecond = 10'000'000;
 inline constexpr std::int64_t UnixEpochSeconds = 11'644'473'600;  // from 1601 to 1970
 
-// Ticks of 100 ns since 1601. A file time beyond the year 30828 gives a negative number.
+// Returns the ticks of 100 ns since 1601. The result is negative for a file time after the year 30828.
 constexpr std::int64_t TicksOf(const FILETIME& time) noexcept {
     return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32 | time.dwLowDateTime);
 }

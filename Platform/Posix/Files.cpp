@@ -38,8 +38,8 @@ constexpr DWORD ShareEverything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHAR
 constexpr mode_t NewFileMode = 0666;
 constexpr mode_t NewDirectoryMode = 0777;
 
-// A process may have been started with its standard streams closed. The file must not become one of them: whatever the
-// process printed would land in it.
+// A process may have been started with its standard streams closed. The file must not become one of them: it would
+// receive everything that the process prints.
 int MoveBehindStandardStreams(int descriptor) noexcept {
     if (descriptor < 0 || descriptor > STDERR_FILENO) return descriptor;
     const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
@@ -49,8 +49,7 @@ int MoveBehindStandardStreams(int descriptor) noexcept {
     return moved;
 }
 
-// Not blocking: a pipe that stands in the file's place and has no reader is a failure, not a wait. Regular files ignore
-// the flag.
+// Does not block: if the path is a pipe without a reader, that is a failure, not a wait. Regular files ignore the flag.
 int OpenForAppending(const char* path) noexcept {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK;
     return MoveBehindStandardStreams(RetryInterrupted([&] { return open(path, flags, NewFileMode); }));
@@ -61,15 +60,15 @@ bool IsPipe(int descriptor) noexcept {
     return fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
-// True if nobody's lock is in the way. Who shares everything asks for nothing else, and does without on a file system
-// that has no such locks.
+// Returns false if another lock is in conflict or the lock is not available. A file that shares everything needs none
+// on a file system without locks.
 bool Lock(int descriptor, DWORD sharing) noexcept {
     const int operation = (sharing == ShareEverything ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (RetryInterrupted([&] { return flock(descriptor, operation); }) == 0) return true;
     return sharing == ShareEverything && errno != EWOULDBLOCK;
 }
 
-// A name that isn't there is a missing path unless the directory it would lie in exists.
+// A missing name is a missing file if its directory exists, otherwise a missing path.
 DWORD MissingNameCode(const std::string& path) {
     const std::size_t nameEnd = path.find_last_not_of('/');
     if (nameEnd == std::string::npos) return ERROR_PATH_NOT_FOUND;
@@ -87,8 +86,8 @@ std::uint64_t Mix(std::uint64_t seed, std::uint64_t value) noexcept {
     return mixed ^ (mixed >> 31);
 }
 
-// An inode is used again at once. The birth time tells its owners apart, but ticks in milliseconds; the generation
-// does so exactly. A file system may have both, either or none.
+// The inode of a deleted file is reused at once. The birth time distinguishes the files, but with a resolution of
+// milliseconds; the generation does so exactly. A file system may have both, either or none.
 std::uint64_t FileIndex(int descriptor, const struct statx& status) noexcept {
     std::uint64_t index = Mix(0, status.stx_ino);
     if ((status.stx_mask & STATX_BTIME) != 0) {
@@ -130,7 +129,7 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
         auto file = std::make_unique<File>();
         file->descriptor = OpenForAppending(nativePath.c_str());
         if (file->descriptor < 0) {
-            // The file itself would have been made: it is the directory that is missing.
+            // A missing file would have been created, so the directory is missing.
             if (errno == ENOENT) return Fail(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
             return FailByErrno(INVALID_HANDLE_VALUE);
         }
@@ -147,7 +146,7 @@ BOOL WriteFile(HANDLE handle, const void* data, DWORD size, DWORD* written, void
     const auto* const file = ObjectOf<File>(handle);
     if (file == nullptr) return Fail(ERROR_INVALID_HANDLE, FALSE);
     if (written == nullptr || overlapped != nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    // Blocking signals costs two system calls, so regular files go without: each line of the log is such a write.
+    // Blocking signals costs two system calls. Regular files do without: each line of the log is such a write.
     const auto write = file->isPipe ? WriteWithoutSignals : WriteFully;
     *written = static_cast<DWORD>(write(file->descriptor, data, size));
     if (*written == size) return TRUE;
@@ -161,7 +160,7 @@ DWORD GetFileSize(HANDLE handle, DWORD* high) noexcept {
     if (fstat(file->descriptor, &status) != 0) return FailByErrno(INVALID_FILE_SIZE);
     const auto size = static_cast<std::uint64_t>(status.st_size);
     if (high != nullptr) *high = HighHalf(size);
-    // Only the last error tells this size from a failure.
+    // Only the last error distinguishes this size from a failure.
     if (LowHalf(size) == INVALID_FILE_SIZE) SetLastError(ERROR_SUCCESS);
     return LowHalf(size);
 }
@@ -213,7 +212,7 @@ DWORD GetFileAttributesW(const WideChar* path) noexcept {
 BOOL CreateDirectoryW(const WideChar* path, void*) noexcept {
     return OrOutOfMemory(FALSE, [&] {
         if (mkdir(NativePath(path).c_str(), NewDirectoryMode) == 0) return TRUE;
-        // Only what lies above the new name can be missing.
+        // Only a parent of the new directory can be missing.
         return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND, FALSE) : FailByErrno(FALSE);
     });
 }

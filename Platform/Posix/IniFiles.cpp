@@ -32,7 +32,7 @@ std::u16string_view WithoutQuotes(std::u16string_view value) noexcept {
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-// Leaves the text behind the section's heading. False if there is no such section.
+// Removes the text up to and including the section's heading. Returns false if there is no such section.
 bool SkipToSection(std::u16string_view& text, std::u16string_view section) noexcept {
     while (const auto line = TakeLine(text)) {
         const auto name = SectionName(TrimBlanks(*line));

@@ -26,7 +26,7 @@ struct Message {
     std::uint16_t language;
     WideString text;
 };
-using MessageModule = std::vector<Message>;  // by code; the messages of one code stay in the file's order
+using MessageModule = std::vector<Message>;  // sorted by code; messages of one code keep the order of the file
 
 std::u16string_view TakeField(std::u16string_view& line) noexcept {
     const std::u16string_view field = line.substr(0, line.find(u'\t'));
@@ -101,7 +101,8 @@ const Message* FindMessage(const MessageModule& messages, DWORD code, DWORD lang
     return first != last ? &*first : nullptr;
 }
 
-// The open modules. A module's address is its handle; whoever asks one keeps it alive while it is being closed.
+// The open modules. The address of a module is its handle. A module that is closed stays alive for the calls that use
+// it.
 class ModuleList {
 public:
     HMODULE Add(MessageModule messages) {

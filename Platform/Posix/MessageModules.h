@@ -1,4 +1,4 @@
-// Message modules: files of texts for codes, opened like a library but holding no code.
+// Message modules: files with texts of codes, which are opened like libraries but contain no code.
 #pragma once
 
 #include <cstdint>
@@ -9,16 +9,17 @@
 
 namespace Platform::Posix {
 
-// Reads a whole module. Null stores ERROR_MOD_NOT_FOUND, ERROR_ACCESS_DENIED for a file that can't be read,
-// ERROR_BAD_EXE_FORMAT for one with a malformed line, or ERROR_NOT_ENOUGH_MEMORY. The caller closes the module.
+// Reads a whole module, which the caller must close. Returns null on failure and stores the code in `error`:
+// ERROR_MOD_NOT_FOUND, ERROR_ACCESS_DENIED if the file cannot be read, ERROR_BAD_EXE_FORMAT if a line is malformed, or
+// ERROR_NOT_ENOUGH_MEMORY.
 HMODULE OpenMessageModule(const std::string& nativePath, DWORD& error) noexcept;
 
-// False if the handle is no open message module.
+// Returns false if the handle is not an open message module.
 bool CloseMessageModule(HMODULE module) noexcept;
 
-// The text of a code. A language is answered by its own text or by one for any language (0); language 0 by a text for
-// any language, else by the English one, else by the first. Nothing stores ERROR_MR_MID_NOT_FOUND, or
-// ERROR_RESOURCE_TYPE_NOT_FOUND if the handle is no open message module. Throws std::bad_alloc.
+// Returns the text of a code. For a language: its own text, else the text for any language (0). For language 0: the
+// text for any language, else the English one, else the first. If there is none, `error` is ERROR_MR_MID_NOT_FOUND, or
+// ERROR_RESOURCE_TYPE_NOT_FOUND if the handle is not an open message module. Throws std::bad_alloc.
 std::optional<WideString> MessageModuleText(HMODULE module, DWORD code, DWORD language, DWORD& error);
 
 }  // namespace Platform::Posix

@@ -21,7 +21,7 @@ struct NamedLanguage {
     std::uint16_t id;
 };
 
-// A language alone stands for the country that its published default is.
+// A language without a country has the id of its published default country.
 constexpr NamedLanguage NamedLanguages[] = {
     {"ar", 0x0401},    {"bg", 0x0402},    {"ca", 0x0403},    {"cs", 0x0405},    {"da", 0x0406},    {"de", 0x0407},
     {"de_AT", 0x0C07}, {"de_CH", 0x0807}, {"de_LI", 0x1407}, {"de_LU", 0x1007}, {"el", 0x0408},    {"en", 0x0409},
@@ -68,7 +68,7 @@ std::optional<WideString> SystemText(DWORD code, DWORD language, DWORD& error) {
     return WideString(*text) + u"\r\n";
 }
 
-// With this flag the size is the least number of characters to allocate.
+// The size of the call is the least number of characters to allocate.
 WideChar* AllocateCopy(const WideString& text, DWORD leastSize) noexcept {
     const std::size_t size = std::max<std::size_t>(text.size() + 1, leastSize);
     auto* const copy = static_cast<WideChar*>(std::calloc(size, sizeof(WideChar)));

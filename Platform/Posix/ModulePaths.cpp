@@ -16,7 +16,7 @@ std::string WithoutDeletedMark(std::string_view path) {
     return std::string{path};
 }
 
-// A line of the memory map: "start-end rights offset device inode   path". Only the path may hold blanks.
+// A line of the memory map: "start-end rights offset device inode   path". Only the path may contain blanks.
 struct Mapping {
     std::uintptr_t start = 0;
     std::string_view path;  // empty for memory without a file

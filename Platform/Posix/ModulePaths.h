@@ -1,5 +1,5 @@
-// Where the files of loaded code lie, by the kernel's account: absolute, whatever path they were loaded by and whatever
-// the working directory has become.
+// The paths of loaded code as the kernel knows them: absolute, whatever path the code was loaded by and whatever the
+// working directory is now.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace Platform::Posix {
 
-// These give UTF-8 and throw std::bad_alloc. A file that was deleted or replaced since keeps the path it had.
+// These functions return UTF-8 and throw std::bad_alloc. A file that was deleted or replaced keeps its former path.
 std::string MainModulePath();
-// With the separator behind it.
+// Ends with a separator.
 std::string MainModuleDirectory();
 // Empty if no library is loaded at that address.
 std::string LibraryPath(HMODULE module);

@@ -41,7 +41,7 @@ HMODULE ModuleOf(const Library& library) noexcept {
     return dlinfo(library.get(), RTLD_DI_LINKMAP, &map) == 0 ? ModuleAt(map->l_ld) : nullptr;
 }
 
-// One more reference to a module that is loaded, by whomever.
+// Returns one more reference to a module that is already loaded.
 Library Reopen(HMODULE module) noexcept {
     Dl_info info;
     link_map* map = nullptr;
@@ -51,7 +51,7 @@ Library Reopen(HMODULE module) noexcept {
     return Library{dlopen(*map->l_name != '\0' ? map->l_name : nullptr, RTLD_NOW | RTLD_NOLOAD)};
 }
 
-// The loads that FreeLibrary has still to undo, one entry for each. What is never freed stays loaded to the end.
+// The loads that FreeLibrary has not undone yet, one entry for each. A module that is never freed stays loaded.
 class LoadList {
 public:
     void Add(HMODULE module, Library library) {
@@ -60,7 +60,8 @@ public:
         static_cast<void>(library.release());
     }
 
-    // Null if the module has no load left. The caller closes it without the lock, since closing runs foreign code.
+    // Returns null if no load of the module is left. The caller closes the result without the lock: that runs other
+    // code.
     Library Take(HMODULE module) noexcept {
         const std::lock_guard guard{lock_};
         const auto found = libraries_.find(module);
@@ -169,7 +170,7 @@ FARPROC GetProcAddress(HMODULE module, const char* name) noexcept {
     if (name == nullptr) return Fail(ERROR_INVALID_PARAMETER, failure);
     const Library library = Reopen(module);
     if (!library) return Fail(ERROR_MOD_NOT_FOUND, failure);
-    // The look-up also finds what the libraries behind this one export.
+    // The look-up also finds the exports of the libraries that this one depends on.
     void* const address = dlsym(library.get(), name);
     if (address == nullptr || ModuleAt(address) != module) return Fail(ERROR_PROC_NOT_FOUND, failure);
     return reinterpret_cast<FARPROC>(address);

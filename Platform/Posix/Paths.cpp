@@ -39,13 +39,13 @@ WideString Join(WideView base, WideView rest) {
     return joined.append(rest);
 }
 
-// Drive and leading separators, which ".." doesn't leave.
+// The drive and the leading separators. ".." does not go above them.
 WideView RootOf(WideView path) noexcept {
     const std::size_t drive = HasDrive(path) ? DriveLength : 0;
     return path.substr(0, std::min(path.find_first_not_of(Separators, drive), path.size()));
 }
 
-// An element with the separator that stood behind it, if any.
+// An element and the separator after it, if any.
 struct Element {
     WideView name;
     WideView separator;
@@ -78,7 +78,7 @@ WideString ResolveDots(WideView path) {
 
     WideString resolved{root};
     for (const Element& element : kept) resolved.append(element.name).append(element.separator);
-    // An empty text would name nothing.
+    // An empty path would be invalid.
     return resolved.empty() ? u"." : resolved;
 }
 

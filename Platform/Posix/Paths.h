@@ -1,4 +1,4 @@
-// Paths as this system takes them.
+// Paths in the form of this system.
 #pragma once
 
 #include <string>
@@ -7,7 +7,8 @@
 
 namespace Platform::Posix {
 
-// The path in UTF-8 with "/" as its separator and without a drive letter; empty for null. Throws std::bad_alloc.
+// Returns the path in UTF-8 with "/" as its separator and without a drive letter; empty for null. Throws
+// std::bad_alloc.
 std::string NativePath(const WideChar* path);
 
 }  // namespace Platform::Posix

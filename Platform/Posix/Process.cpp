@@ -31,11 +31,11 @@ HANDLE PseudoHandle(std::intptr_t value) noexcept {
     return reinterpret_cast<HANDLE>(value);
 }
 
-// Both are asked for with each log line, and a system call each is dear.
+// Each log line needs both, and a system call for each would be expensive.
 constinit std::atomic<DWORD> ProcessId = 0;
 constinit thread_local DWORD ThreadId = 0;
 
-// The forked child goes on with the memory of the thread that forked, but with other ids.
+// A forked child has the memory of the thread that forked, but other ids.
 void ForgetIds() noexcept {
     ProcessId.store(0, std::memory_order_relaxed);
     ThreadId = 0;
@@ -92,7 +92,7 @@ std::u16string ReadCommandLine() {
     return ToWide(text);
 }
 
-// Lives until the library goes, which is after everything that uses it.
+// Destroyed when the library is unloaded, after everything that uses it.
 constinit std::mutex CommandLineLock;
 constinit std::unique_ptr<const std::u16string> CommandLine;
 
@@ -118,7 +118,7 @@ unsigned ShiftOf(DWORD type) noexcept {
 
 constexpr OSVERSIONINFOEXW SystemVersion = {10, 0, 0};
 
-// In the order in which they decide: a greater major version makes up for a smaller minor one.
+// In the order of comparison: the minor version only counts if the major versions are equal.
 struct VersionPart {
     DWORD type;
     DWORD (*read)(const OSVERSIONINFOEXW& version) noexcept;
@@ -183,7 +183,7 @@ _Unwind_Reason_Code CaptureFrame(_Unwind_Context* context, void* argument) noexc
 
 }  // namespace
 
-// The walk begins with the frame of the function that starts it, which must be this one for the count to hold.
+// The walk begins with the frame of the function that starts it. It must be this one, or one frame too many is skipped.
 PLATFORM_NOINLINE std::uint16_t RtlCaptureStackBackTrace(DWORD framesToSkip, DWORD framesToCapture, void** frames,
                                                          DWORD*) noexcept {
     if (frames == nullptr) return 0;

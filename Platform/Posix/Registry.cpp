@@ -15,7 +15,7 @@
 
 namespace Platform {
 
-// An open key keeps what it held when it was opened.
+// An open key keeps the content that it had when it was opened.
 struct RegistryKeyOpaque {
     std::vector<Posix::RegistryValue> values;
 };
@@ -34,7 +34,7 @@ std::optional<std::u16string_view> RootName(HKEY key) noexcept {
     return std::nullopt;
 }
 
-// The functions here give their code and leave the last error alone.
+// The functions here return their code and do not change the last error.
 template <typename Body>
 LONG OrOutOfMemoryCode(Body body) noexcept {
     try {

@@ -26,7 +26,7 @@ bool TakePrefix(std::u16string_view& text, std::u16string_view prefix) noexcept 
     return true;
 }
 
-// Takes a text in quotes off the front, in which "\" stands before a quote or another "\".
+// Removes a quoted text from the front and returns it. In the text a quote or a "\" has a "\" before it.
 std::optional<WideString> TakeQuoted(std::u16string_view& text) {
     if (!TakePrefix(text, u"\"")) return std::nullopt;
     WideString result;
@@ -77,7 +77,7 @@ std::optional<Bytes> ParseBytes(std::u16string_view list) {
     return bytes;
 }
 
-// One pass over the text, which collects the values of one key.
+// Collects the values of one key in one pass over the text.
 class KeyReader {
 public:
     KeyReader(std::u16string_view text, std::u16string_view path) noexcept : rest_(text), path_(path) {}
@@ -98,7 +98,7 @@ public:
     }
 
 private:
-    // A section below the key proves that the key is there. A deletion begins with "-" and so matches nothing.
+    // A section below the key shows that the key exists. A deletion begins with "-" and so matches no key.
     void BeginSection(std::u16string_view line) noexcept {
         isWithinKey_ = false;
         if (!line.ends_with(u']')) return;
@@ -125,7 +125,7 @@ private:
         return text && data.empty() ? std::optional(std::pair(REG_SZ, TextBytes(*text))) : std::nullopt;
     }
 
-    // What stands behind "hex": a type in parentheses, or none for plain bytes, and the bytes behind ":".
+    // `data` follows "hex": a type in parentheses, or none for plain bytes, then ":" and the bytes.
     std::optional<std::pair<DWORD, Bytes>> ParseTypedBytes(std::u16string_view data) {
         const WideString joined = JoinContinuedLines(data);
         data = joined;
@@ -152,7 +152,7 @@ private:
         return joined;
     }
 
-    // The older form of the file holds texts byte by byte in the narrow encoding.
+    // In the older format of the file the bytes of a text are in the narrow encoding.
     Bytes TerminatedText(Bytes bytes) const {
         if (hasNarrowTexts_) {
             WideString text = ToWide(std::string(bytes.begin(), bytes.end()));

@@ -1,4 +1,4 @@
-// The registry's text form, as it is exported to .reg files.
+// The text format of the registry, as in exported .reg files.
 #pragma once
 
 #include <cstdint>
@@ -14,12 +14,12 @@ namespace Platform::Posix {
 struct RegistryValue {
     WideString name;  // empty for the key's default value
     DWORD type;
-    std::vector<std::uint8_t> data;  // texts are little-endian and end in their terminator
+    std::vector<std::uint8_t> data;  // texts are little-endian and end with a terminator
 };
 
-// The values of one key in the order of the text, or nothing if neither the key nor one below it stands there. The
-// path begins with the root's full name. All sections of the key count; of two values of one name the later one does.
-// Deletions and malformed lines are skipped. Throws std::bad_alloc.
+// Returns the values of one key in the order of the text, or nothing if the text has neither the key nor one below it.
+// The path begins with the full name of the root. The sections of a key are merged; if a name occurs more than once,
+// the last value is used. Deletions and malformed lines are ignored. Throws std::bad_alloc.
 [[nodiscard]] std::optional<std::vector<RegistryValue>> ReadRegistryKey(std::u16string_view text,
                                                                         std::u16string_view path);
 

@@ -1,4 +1,4 @@
-// The published English texts of the codes that this system's callers can meet, sorted by code.
+// The published English texts of the codes that callers of this system can receive, sorted by code.
 #pragma once
 
 #include <string_view>

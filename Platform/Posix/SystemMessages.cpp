@@ -12,7 +12,7 @@ namespace {
 
 static_assert(std::ranges::adjacent_find(SystemMessages, std::greater_equal(), &SystemMessage::code) ==
                   std::end(SystemMessages),
-              "The codes must ascend, and each must stand there once");
+              "The codes must be in ascending order, each only once");
 
 std::optional<std::u16string_view> FindText(DWORD code) noexcept {
     const auto* const entry = std::ranges::lower_bound(SystemMessages, code, {}, &SystemMessage::code);

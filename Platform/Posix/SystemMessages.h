@@ -1,4 +1,4 @@
-// The system's own texts: the published English ones, without the line break that follows them.
+// The system's texts: the published English ones, without the line break at their end.
 #pragma once
 
 #include <optional>
@@ -8,7 +8,7 @@
 
 namespace Platform::Posix {
 
-// A code of the Win32 facility (0x8007....) without a text of its own has that of its low word.
+// A code of the Win32 facility (0x8007....) that has no text of its own has the text of its low word.
 [[nodiscard]] std::optional<std::u16string_view> SystemMessageText(DWORD code) noexcept;
 
 }  // namespace Platform::Posix

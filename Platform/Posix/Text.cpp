@@ -15,20 +15,20 @@ namespace {
 
 using Posix::MalformedCharacter;
 
-// The text of `length` units, or up to and including its terminator for -1.
+// The text of `length` units. For -1 it ends with its terminator and includes it.
 template <typename Unit>
 std::basic_string_view<Unit> SourceText(const Unit* text, int length) noexcept {
     using View = std::basic_string_view<Unit>;
     return length == -1 ? View(text, View(text).size() + 1) : View(text, static_cast<std::size_t>(length));
 }
 
-// Arguments that both directions check in the same way.
+// Checks the arguments that both directions have.
 bool AreArgumentsSound(DWORD codePage, const void* text, int length, const void* buffer, int size) noexcept {
     return codePage == CP_UTF8 && text != nullptr && length >= -1 && length != 0 && size >= 0 &&
            (size == 0 || (buffer != nullptr && buffer != text));
 }
 
-// Counts the units of the result and writes them as far as there is room; a size of 0 only counts.
+// Counts the units of the result and writes those that fit. With a size of 0 it only counts.
 template <typename Unit>
 class UnitSink {
 public:
@@ -39,7 +39,7 @@ public:
         if (count_ + encoded.length <= size_) std::copy_n(encoded.units, encoded.length, buffer_ + count_);
         count_ += encoded.length;
     }
-    // Characters that are one unit in either encoding.
+    // For characters that are one unit in either encoding.
     template <typename Source>
     void AppendAscii(std::basic_string_view<Source> run) noexcept {
         if (count_ + run.size() <= size_) std::copy(run.begin(), run.end(), buffer_ + count_);
@@ -56,7 +56,7 @@ private:
     std::size_t count_ = 0;
 };
 
-// Most text is ASCII: takes the run of it at the beginning, which needs no decoding.
+// Removes the ASCII characters from the front and returns them. Most text is ASCII, and it needs no decoding.
 template <typename Unit>
 std::basic_string_view<Unit> TakeAscii(std::basic_string_view<Unit>& text) noexcept {
     const auto end = std::find_if(text.begin(), text.end(),

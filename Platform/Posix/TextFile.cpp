@@ -14,8 +14,8 @@ namespace {
 
 class OpenFile {
 public:
-    // Not blocking: a pipe that stands in the file's place and has no writer is an empty file, not a wait. Regular
-    // files ignore the flag.
+    // Does not block: if the path is a pipe without a writer, that is an empty file, not a wait. Regular files ignore
+    // the flag.
     explicit OpenFile(const std::string& nativePath) noexcept
         : descriptor_(::open(nativePath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     ~OpenFile() {
@@ -24,7 +24,7 @@ public:
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
-    // False leaves errno set.
+    // Returns false with errno set on failure.
     bool ReadAll(std::string& bytes) const {
         if (descriptor_ < 0) return false;
         char block[16384];

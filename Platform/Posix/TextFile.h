@@ -6,7 +6,7 @@
 namespace Platform::Posix {
 
 // Reads a whole file: UTF-8 with or without a byte-order mark, or UTF-16 little-endian with one. Malformed UTF-8
-// becomes U+FFFD. False leaves `text` alone and stores what errno was. Throws std::bad_alloc.
+// becomes U+FFFD. On failure returns false, stores errno and leaves `text` unchanged. Throws std::bad_alloc.
 [[nodiscard]] bool ReadTextFile(const std::string& nativePath, std::u16string& text, int& errorNumber);
 
 }  // namespace Platform::Posix

@@ -50,7 +50,7 @@ HANDLE CreateThread(void* security, std::size_t stackSize, LPTHREAD_START_ROUTIN
     }
     return OrOutOfMemory(HANDLE{}, [&] {
         auto thread = std::make_unique<Thread>();
-        auto task = std::make_unique<Routine>(routine, argument);
+        auto task = std::make_unique<Routine>(Routine{routine, argument});
         if (const int error = pthread_create(&thread->id, nullptr, RunRoutine, task.get()); error != 0) {
             return Fail(error == EAGAIN ? ERROR_MAX_THRDS_REACHED : Win32FromErrno(error), HANDLE{});
         }

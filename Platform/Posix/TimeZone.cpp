@@ -13,7 +13,7 @@ using namespace Posix;
 namespace {
 
 struct LocalOffset {
-    std::int64_t seconds;  // local time less UTC
+    std::int64_t seconds;  // local time minus UTC
     bool isDaylight;
 
     bool operator==(const LocalOffset&) const = default;
@@ -29,10 +29,10 @@ time_t UnixTimeOf(std::int64_t ticks) noexcept {
     return ticks / TicksPerSecond - UnixEpochSeconds;
 }
 
-// The offset of the quarter of an hour that was converted last. Offsets change at full quarters of an hour of UTC (all
-// but a few since 1972), so one conversion of the C library serves all times of a quarter. The word also holds what
-// tzset leaves behind, so that a change of the zone is seen; two zones that agree in all of that (same names, same
-// standard offset) pass for one until the quarter ends.
+// The offset of the quarter of an hour that was converted last. Since 1972 all offsets but a few change at full
+// quarters of an hour of UTC, so one conversion of the C library is valid for all times of a quarter. The word also
+// contains a hash of the results of tzset, so that a change of the zone is noticed. Two zones with equal results (names
+// and standard offset) are not distinguished until the quarter ends.
 class OffsetCache {
 public:
     [[nodiscard]] std::optional<std::int64_t> Find(std::int64_t ticks) const noexcept {

@@ -8,8 +8,8 @@ constexpr char32_t FirstSurrogate = 0xD800;
 constexpr char32_t FirstLowSurrogate = 0xDC00;
 constexpr char32_t LastSurrogate = 0xDFFF;
 
-// What a first byte says: how many bytes follow, its own payload, and the bounds of the byte behind it, which shut out
-// overlong forms, surrogates and what lies above U+10FFFF.
+// The meaning of a first byte: the number of bytes that follow, its payload, and the bounds of the next byte, which
+// exclude overlong forms, surrogates and values above U+10FFFF.
 struct LeadByte {
     unsigned followers;
     char32_t payload;

@@ -1,4 +1,4 @@
-// Conversion between UTF-8 and UTF-16 by one strict decoder of each: what is malformed becomes U+FFFD.
+// Conversion between UTF-8 and UTF-16 by one strict decoder of each. Malformed input becomes U+FFFD.
 #pragma once
 
 #include <string>
@@ -6,16 +6,16 @@
 
 namespace Platform::Posix {
 
-// What the two functions below give for malformed input. It is no code point.
+// The result of the two functions below for malformed input. It is not a code point.
 inline constexpr char32_t MalformedCharacter = 0xFFFFFFFF;
 inline constexpr char32_t ReplacementCharacter = 0xFFFD;
 
-// Take one character off the front of a text that isn't empty. Of malformed input they take the longest piece that
-// could have begun a character, at least one unit.
+// Remove one character from the front of a text, which must not be empty, and return it. Of malformed input they remove
+// the longest piece that could begin a character, but at least one unit.
 char32_t TakeUtf8(std::string_view& text) noexcept;
 char32_t TakeUtf16(std::u16string_view& text) noexcept;
 
-// The units of one character, which must be a code point that is no surrogate.
+// The units of one character, which must be a code point but not a surrogate.
 struct Utf8Units {
     char units[4];
     std::size_t length;

@@ -1,8 +1,8 @@
 #include "ChangeReport.h"
 
-#include "Common/Failures/MethodEdge.h"
 #include "CreateComponent.h"
 #include "NodeFabric/Authoring.h"
+#include "ServiceMethod.h"
 
 namespace ConfigServer {
 
@@ -43,7 +43,7 @@ public:
     void SetNotification(ACNode notification) noexcept { notification_ = std::move(notification); }
 
     HRESULT GetNodeEnumerator(IACNodeEnumerator** out) override {
-        return MethodEdge(TRACED_METHOD(Dbg2, "ConfigServer::NodeModifyEnum::GetNodeEnumerator"), [&] {
+        return ServiceMethod(TRACED_METHOD(Dbg2, "ConfigServer::NodeModifyEnum::GetNodeEnumerator"), [&] {
             if (out == nullptr) ThrowError(E_POINTER);
             auto enumerator = CreateComponent<NodeEnumerator>();
             enumerator->SetNotification(notification_);
@@ -56,8 +56,8 @@ private:
     ACNode notification_;
 };
 
-// A node below another takes the beginning of its full path from that one. So the notification bears the path of the
-// changed node's parent as its name: the snapshot below it then goes on reporting the original's full path.
+// The full path of a node begins with that of its parent. So the notification node has the path of the changed node's
+// parent as its name: the snapshot below it then reports the full path of the original.
 ACNode MakeNotification(const ACNode& changed, const WideString& path, std::int64_t changes) {
     const WideString parentPath = path.substr(1, path.rfind(u'\\') - 1);
     ACNode notification;

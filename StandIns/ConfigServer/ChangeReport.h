@@ -1,4 +1,4 @@
-// What a callback gets to see of a change.
+// The report of a change, as a callback receives it.
 #pragma once
 
 #include "Common/Nodes/ACNode.h"
@@ -7,8 +7,8 @@
 
 namespace ConfigServer {
 
-// The report of one changed node, as it is now. `path` is its full path, of two elements at least. Failures are thrown
-// as HRX.
+// Returns the report of one changed node in its present state. `path` is its full path and has at least two elements.
+// Failures are thrown as HRX or std::bad_alloc.
 [[nodiscard]] Harbor::ComponentPtr<Harbor::IACNodeModifyEnum> ReportChange(const Harbor::ACNode& changed,
                                                                            const Harbor::WideString& path,
                                                                            std::int64_t changes);

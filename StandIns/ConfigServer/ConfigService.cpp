@@ -2,10 +2,9 @@
 
 #include "ChangeReport.h"
 #include "Common/Base/Text.h"
-#include "Common/Failures/CodeOfCall.h"
-#include "Common/Failures/MethodEdge.h"
 #include "ModifySubscription.h"
 #include "NodeFabric/Authoring.h"
+#include "ServiceMethod.h"
 
 namespace ConfigServer {
 
@@ -23,7 +22,7 @@ void SetAttributes(ACNode& node, const std::vector<TextAttribute>& attributes) {
     }
 }
 
-// Throws what setting them would throw.
+// Throws what setting the attributes would throw.
 void TryAttributes(const std::vector<TextAttribute>& attributes) {
     ACNode scratch;
     scratch.Create(nullptr, nullptr);
@@ -37,21 +36,45 @@ ACNode AddChild(const ACNode& parent, const WideString& name) {
     return child;
 }
 
-struct OpenedNode {
-    ACNode node;
-    bool isNew = false;
-};
-
-OpenedNode OpenOrAdd(const ACNode& top, std::u16string_view path) {
-    OpenedNode opened{top};
-    for (const std::u16string_view element : Split(path, u"\\")) {
-        const WideString name(element);
-        ACNode child = opened.node.FindChild(name.c_str());
-        opened.isNew = !child;
-        opened.node = child ? std::move(child) : AddChild(opened.node, name);
+// The node that a write opens or adds. The destructor removes the nodes that were added, unless Keep was called. So a
+// write that is repeated after a failure still reports the addition.
+class WrittenNode {
+public:
+    WrittenNode() = default;
+    WrittenNode(const WrittenNode&) = delete;
+    WrittenNode& operator=(const WrittenNode&) = delete;
+    ~WrittenNode() {
+        if (firstAdded_) (void)AcnRemoveChild(parentOfFirst_.Handle(), firstAdded_.Handle());
     }
-    return opened;
-}
+
+    void OpenOrAdd(const ACNode& top, std::u16string_view path) {
+        node_ = top;
+        for (const std::u16string_view element : Split(path, u"\\")) {
+            const WideString name(element);
+            ACNode child = node_.FindChild(name.c_str());
+            isNew_ = !child;
+            if (isNew_) child = Add(name);
+            node_ = std::move(child);
+        }
+    }
+    [[nodiscard]] ACNode& Node() noexcept { return node_; }
+    [[nodiscard]] bool IsNew() const noexcept { return isNew_; }
+    void Keep() noexcept { firstAdded_ = ACNode(); }
+
+private:
+    ACNode Add(const WideString& name) {
+        ACNode child = AddChild(node_, name);
+        if (!firstAdded_) {
+            parentOfFirst_ = node_;
+            firstAdded_ = child;
+        }
+        return child;
+    }
+
+    ACNode node_;
+    ACNode parentOfFirst_, firstAdded_;
+    bool isNew_ = false;
+};
 
 }  // namespace
 
@@ -69,30 +92,30 @@ void ConfigService::FinalRelease() noexcept {
 
 HRESULT ConfigService::AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* callback,
                                        IACModifySubscription** subscription) {
-    return MethodEdge(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::AddSubscription"), [&] {
+    return ServiceMethod(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::AddSubscription"), [&] {
         if (callback == nullptr || subscription == nullptr) ThrowError(E_POINTER);
-        auto created = CreateComponent<ModifySubscription>();
-        created->Open(dispatcher_, WatchScope(filter, parameters), callback);
-        *subscription = created.Detach();
+        *subscription = ModifySubscription::Create(dispatcher_, WatchScope(filter, parameters), callback).Detach();
         return S_OK;
     });
 }
 
 HRESULT ConfigService::RemoveSubscription(IACModifySubscription* subscription) {
-    return MethodEdge(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::RemoveSubscription"), [&] {
+    return ServiceMethod(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::RemoveSubscription"), [&] {
         if (subscription == nullptr) ThrowError(E_POINTER);
         return dispatcher_->EndWatch(subscription);
     });
 }
 
 HRESULT ConfigService::WriteNode(std::u16string_view path, const std::vector<TextAttribute>& attributes) {
-    return MethodEdge(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::WriteNode"), [&] {
+    return ServiceMethod(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::WriteNode"), [&] {
         if (!IsNodePath(path) || !HasParent(path)) ThrowError(E_INVALIDARG);
         TryAttributes(attributes);
         const LockGuard guard(writeLock_);
-        auto [node, isNew] = OpenOrAdd(top_, path);
-        SetAttributes(node, attributes);
-        ReportWrite(node, WideString(path), AttributesWritten | (isNew ? NodeAdded : 0));
+        WrittenNode written;
+        written.OpenOrAdd(top_, path);
+        SetAttributes(written.Node(), attributes);
+        ReportWrite(written.Node(), WideString(path), AttributesWritten | (written.IsNew() ? NodeAdded : 0));
+        written.Keep();
         return S_OK;
     });
 }

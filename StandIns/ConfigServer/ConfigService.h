@@ -1,4 +1,4 @@
-// The service's component: the tree, and the doors for its host and for its clients.
+// The component of the service: the tree, and the interfaces for its host and for its clients.
 #pragma once
 
 #include <memory>
@@ -30,7 +30,7 @@ private:
     const std::shared_ptr<Dispatcher> dispatcher_ = std::make_shared<Dispatcher>();
 
     Harbor::Lock writeLock_;  // held for a whole write, so that reports come in the order of the writes
-    Harbor::ACNode top_;      // the nameless node above the tree, no element of any path
+    Harbor::ACNode top_;      // the root of the tree; it has no name and is not an element of a path
 };
 
 }  // namespace ConfigServer

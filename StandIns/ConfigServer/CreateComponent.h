@@ -1,11 +1,11 @@
-// Components whose interfaces have no id.
+// Creates components whose interfaces have no id.
 #pragma once
 
 #include "Common/Components/CComponentObject.h"
 
 namespace ConfigServer {
 
-// What can be queried of them besides their identity.
+// Only their identity can be queried.
 struct NoQueryableInterfaces {
     template <class T>
     static Harbor::IComponentUnknown* Find(T*, const Harbor::GUID&) noexcept {
@@ -13,7 +13,7 @@ struct NoQueryableInterfaces {
     }
 };
 
-// Failures are thrown as HRX.
+// Failures are thrown as HRX or std::bad_alloc.
 template <class T>
 [[nodiscard]] Harbor::ComponentPtr<Harbor::CComponentObject<T>> CreateComponent() {
     Harbor::CComponentObject<T>* created = nullptr;

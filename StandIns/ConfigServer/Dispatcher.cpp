@@ -15,7 +15,7 @@ namespace {
 
 void Deliver(const Watch& watch, IACNodeModifyEnum* modifications) noexcept {
     const auto call = [&] { return watch.callback->OnTriggered(watch.subscription, NodesModified, modifications); };
-    // The log may fail too, which must not end the thread.
+    // The log may also fail, which must not end the thread.
     (void)CodeOfCall([&] {
         const HRES result = HRES::Unchecked(CodeOfCall(call));
         if (result.Failed()) {
@@ -54,8 +54,10 @@ void Dispatcher::Stop() noexcept {
 }
 
 void Dispatcher::AddWatch(std::shared_ptr<Watch> watch) {
+    WatchList added{std::move(watch)};
     const LockGuard guard(lock_);
-    watches_.push_back(std::move(watch));
+    watchOf_.emplace(added.front()->subscription, added.begin());
+    watches_.splice(watches_.end(), added);
 }
 
 HRESULT Dispatcher::StartWatch(Watch& watch) noexcept {
@@ -67,9 +69,9 @@ HRESULT Dispatcher::StartWatch(Watch& watch) noexcept {
 
 HRESULT Dispatcher::EndWatch(const IACModifySubscription* subscription) noexcept {
     UniqueLock lock(lock_);
-    const auto found = std::ranges::find(watches_, subscription, [](const auto& watch) { return watch->subscription; });
-    if (found == watches_.end()) return NOT_FOUND;
-    const std::shared_ptr<Watch> watch = *found;
+    const auto found = watchOf_.find(subscription);
+    if (found == watchOf_.end()) return NOT_FOUND;
+    const std::shared_ptr<Watch> watch = *found->second;
     const auto stateBefore = std::exchange(watch->state, Watch::State::Ended);
     WaitForCallback(*watch, lock);
     return stateBefore != Watch::State::Ended ? S_OK : NOT_FOUND;
@@ -77,10 +79,10 @@ HRESULT Dispatcher::EndWatch(const IACModifySubscription* subscription) noexcept
 
 void Dispatcher::ForgetWatch(const Watch& watch) noexcept {
     UniqueLock lock(lock_);
-    const auto found = std::ranges::find(watches_, &watch, [](const auto& known) { return known.get(); });
-    if (found == watches_.end()) return;
-    (*found)->state = Watch::State::Ended;
-    watches_.erase(found);
+    const auto found = watchOf_.find(watch.subscription);
+    (*found->second)->state = Watch::State::Ended;
+    watches_.erase(found->second);
+    watchOf_.erase(found);
     WaitForCallback(watch, lock);
 }
 
@@ -119,7 +121,7 @@ void Dispatcher::ServeOldest(UniqueLock& lock) {
     served_ = report.watch.get();
     lock.unlock();
     if (wanted) Deliver(*report.watch, report.modifications.Get());
-    report.modifications.Reset();  // before whoever waits goes on: its nodes are closed then
+    report.modifications.Reset();  // closes its nodes before waiting threads continue
     lock.lock();
     served_ = nullptr;
     reportServed_.NotifyAll();

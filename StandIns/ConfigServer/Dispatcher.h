@@ -1,11 +1,13 @@
-// The service's thread: it hands reports to callbacks, and keeps the promise that an ended watch is silent.
+// The thread of the service. It passes reports to callbacks, and none after the end of their watch.
 //
-// It is shared by the service, its subscriptions and the thread itself, each of which may be the last to let go. Any
-// thread may call any operation. The lock is never held while a callback runs.
+// The service, its subscriptions and the thread share it; any of them may be the last owner. Any thread may call any
+// operation. The lock is never held while a callback runs.
 #pragma once
 
 #include <deque>
+#include <list>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "Common/Base/ConditionVariable.h"
@@ -22,23 +24,23 @@ struct PendingReport {
 
 class Dispatcher : public std::enable_shared_from_this<Dispatcher> {
 public:
-    // Starts the thread, once. HRX if there is none to be had.
+    // Starts the thread. Must be called once. Throws HRX if there is no thread.
     void Run();
-    // Ends every watch and drops all reports, once and after Run. The thread has ended when this returns, unless this
-    // is the thread: it then ends on its own when the callback that led here has returned.
+    // Ends every watch and drops all reports. Must be called once, after Run. Waits for the end of the thread. If it is
+    // called on that thread, by a callback, it does not wait: the thread ends after the callback has returned.
     void Stop() noexcept;
 
     void AddWatch(std::shared_ptr<Watch> watch);
-    // WatchEnded if the watch has ended.
+    // Returns WatchEnded if the watch has ended.
     [[nodiscard]] Harbor::HRESULT StartWatch(Watch& watch) noexcept;
-    // Ends the watch of that subscription, and waits for its running callback unless this is the thread. 0x80070490 if
-    // there is none or if it has ended already; the wait is the same.
+    // Ends the watch of a subscription and waits for its running callback, except on the thread itself. Returns
+    // 0x80070490 if there is no such watch, or, after the same wait, if it has already ended.
     [[nodiscard]] Harbor::HRESULT EndWatch(const Harbor::IACModifySubscription* subscription) noexcept;
-    // As EndWatch, and takes the watch out: its subscription is about to go.
+    // Ends the watch like EndWatch and removes it. For the destruction of its subscription.
     void ForgetWatch(const Watch& watch) noexcept;
 
     [[nodiscard]] std::vector<std::shared_ptr<Watch>> WatchesOf(std::u16string_view path, std::int64_t changes);
-    // Puts the reports behind those that are waiting: all, or none if memory runs out.
+    // Appends the reports to the queue: all, or none if memory runs out.
     void Post(std::vector<PendingReport> reports);
 
 private:
@@ -46,16 +48,19 @@ private:
     void ServeOldest(Harbor::UniqueLock& lock);
     void WaitForCallback(const Watch& watch, Harbor::UniqueLock& lock) noexcept;
 
+    using WatchList = std::list<std::shared_ptr<Watch>>;
+
     Harbor::Thread thread_;
     std::shared_ptr<Dispatcher> self_;  // for the thread, which takes it
 
     Harbor::Lock lock_;  // guards all that follows
     Harbor::ConditionVariable workArrived_;
     Harbor::ConditionVariable reportServed_;
-    std::vector<std::shared_ptr<Watch>> watches_;  // of the subscriptions that live
-    std::deque<PendingReport> reports_;            // oldest first
-    const Watch* served_ = nullptr;                // whose report is under way
-    Platform::DWORD threadId_ = 0;                 // of the thread, once it runs
+    WatchList watches_;  // of the subscriptions that are alive, in the order in which they were added
+    std::unordered_map<const Harbor::IACModifySubscription*, WatchList::iterator> watchOf_;
+    std::deque<PendingReport> reports_;  // oldest first
+    const Watch* served_ = nullptr;      // whose report is under way
+    Platform::DWORD threadId_ = 0;       // of the thread, once it runs
     bool stopping_ = false;
 };
 

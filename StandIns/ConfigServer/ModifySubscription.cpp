@@ -1,25 +1,68 @@
 #include "ModifySubscription.h"
 
+#include "Common/Components/ComponentsModule.h"
+#include "Common/Components/DbgAliveObjectsTracker.h"
 #include "Common/Logging/FunctionTrace.h"
 
 namespace ConfigServer {
 
 using namespace Harbor;
 
-void ModifySubscription::Open(std::shared_ptr<Dispatcher> dispatcher, const WatchScope& scope,
-                              IACModifyCallback* callback) {
-    watch_ = std::make_shared<Watch>(Watch{.scope = scope, .callback = callback, .subscription = this});
-    dispatcher_ = std::move(dispatcher);
-    dispatcher_->AddWatch(watch_);
+namespace {
+
+constexpr const char* Tag = "ConfigServer::ModifySubscription::ModifySubscription";
+
+// The count from the last Release on: no number of calls in a callback brings it back to 1.
+constexpr std::uint32_t EndingCount = 0x80000000;
+
+}  // namespace
+
+ComponentPtr<IACModifySubscription> ModifySubscription::Create(std::shared_ptr<Dispatcher> dispatcher,
+                                                               const WatchScope& scope, IACModifyCallback* callback) {
+    std::unique_ptr<ModifySubscription> created(new ModifySubscription(std::move(dispatcher), scope, callback));
+    created->dispatcher_->AddWatch(created->watch_);
+    return ComponentPtr<IACModifySubscription>::Attach(created.release());
+}
+
+ModifySubscription::ModifySubscription(std::shared_ptr<Dispatcher> dispatcher, const WatchScope& scope,
+                                       IACModifyCallback* callback)
+    : dispatcher_(std::move(dispatcher)),
+      watch_(std::make_shared<Watch>(Watch{.scope = scope, .callback = callback, .subscription = this})) {
+    DbgAliveObjectsTracker::Instance().Track(this, Tag);
+    ComponentsModule::Instance().LockModule();
+}
+
+ModifySubscription::~ModifySubscription() {
+    DbgAliveObjectsTracker::Instance().Untrack(this);
+    ComponentsModule::Instance().UnlockModule();
+}
+
+std::uint32_t ModifySubscription::AddRef() {
+    return references_.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+std::uint32_t ModifySubscription::Release() {
+    std::uint32_t count = references_.load(std::memory_order_relaxed);
+    while (!references_.compare_exchange_weak(count, count == 1 ? EndingCount : count - 1, std::memory_order_acq_rel,
+                                              std::memory_order_relaxed)) {
+    }
+    if (count != 1) return count - 1;
+    dispatcher_->ForgetWatch(*watch_);
+    const std::unique_ptr<ModifySubscription> ended(this);
+    return 0;
+}
+
+HRESULT ModifySubscription::QueryInterface(const GUID* iid, void** result) {
+    if (iid == nullptr || result == nullptr) return E_INVALIDARG;
+    if (*iid != IComponentUnknown::Id) return E_NOINTERFACE;
+    *result = static_cast<IComponentUnknown*>(this);
+    AddRef();
+    return S_OK;
 }
 
 HRESULT ModifySubscription::Start() {
-    TRACE_FUNCTION(Dbg, u"ConfigServer::ModifySubscription::Start");
+    TRY_TRACE_FUNCTION(Dbg, u"ConfigServer::ModifySubscription::Start");
     return dispatcher_->StartWatch(*watch_);
-}
-
-void ModifySubscription::FinalRelease() noexcept {
-    if (dispatcher_) dispatcher_->ForgetWatch(*watch_);
 }
 
 }  // namespace ConfigServer

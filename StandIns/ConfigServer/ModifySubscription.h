@@ -1,29 +1,36 @@
-// A client's subscription: its last Release is the end of its watch.
+// A client's subscription. Its last Release ends its watch.
 #pragma once
 
+#include <atomic>
 #include <memory>
 
-#include "CreateComponent.h"
 #include "Dispatcher.h"
 
 namespace ConfigServer {
 
-class ModifySubscription : public Harbor::ComponentRoot, public Harbor::IACModifySubscription {
+// It counts its references itself: the last Release waits for a running callback, which may still call AddRef and
+// Release on the pointer that it was given. Such calls must not end the subscription a second time.
+class ModifySubscription final : public Harbor::IACModifySubscription {
 public:
-    static constexpr const char* Tag = "CComponentObject<class ConfigServer::ModifySubscription>::CComponentObject";
-    using Queryable = NoQueryableInterfaces;
+    // Returns a subscription whose watch is not started. Failures are thrown as HRX or std::bad_alloc.
+    [[nodiscard]] static Harbor::ComponentPtr<Harbor::IACModifySubscription> Create(
+        std::shared_ptr<Dispatcher> dispatcher, const WatchScope& scope, Harbor::IACModifyCallback* callback);
 
-    // Once, by the creator.
-    void Open(std::shared_ptr<Dispatcher> dispatcher, const WatchScope& scope, Harbor::IACModifyCallback* callback);
+    std::uint32_t AddRef() override;
+    std::uint32_t Release() override;
+    Harbor::HRESULT QueryInterface(const Harbor::GUID* iid, void** result) override;
 
     Harbor::HRESULT Start() override;
 
-    // Here and not in the destructor: a callback that is waited for may still use the object.
-    void FinalRelease() noexcept;
-
 private:
-    std::shared_ptr<Dispatcher> dispatcher_;
-    std::shared_ptr<Watch> watch_;
+    ModifySubscription(std::shared_ptr<Dispatcher> dispatcher, const WatchScope& scope,
+                       Harbor::IACModifyCallback* callback);
+    ~ModifySubscription();
+    friend std::default_delete<ModifySubscription>;
+
+    const std::shared_ptr<Dispatcher> dispatcher_;
+    const std::shared_ptr<Watch> watch_;
+    std::atomic<std::uint32_t> references_{1};
 };
 
 }  // namespace ConfigServer

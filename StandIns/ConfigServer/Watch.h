@@ -1,4 +1,4 @@
-// What one subscription watches, and how far it has come.
+// What one subscription watches, and the state of the watch.
 #pragma once
 
 #include <string_view>
@@ -7,12 +7,12 @@
 
 namespace ConfigServer {
 
-// Whether each element of the path has a name and a backslash before it.
+// Whether the path has at least one element, and each has a name with a backslash before it.
 [[nodiscard]] bool IsNodePath(std::u16string_view path) noexcept;
 
 class WatchScope {
 public:
-    // From the two nodes of AddSubscription. Failures are thrown as HRX.
+    // Reads the two nodes of AddSubscription. Failures are thrown as HRX.
     WatchScope(AcnHandle filter, AcnHandle parameters);
 
     [[nodiscard]] bool Covers(std::u16string_view path, std::int64_t changes) const noexcept;

@@ -22,8 +22,8 @@ Instance FindInstance(std::u16string_view name) {
     return found != Instances.end() ? found->second : Instance();
 }
 
-// Both give what was there before, so that its last reference goes outside the lock: a component that ends may call
-// the broker.
+// Both return the former instance, so that the caller releases it without the lock: the destructor of a component may
+// call the broker.
 Instance Exchange(std::u16string_view name, Instance instance) {
     const std::lock_guard guard(InstancesLock);
     std::swap(Instances[WideString(name)], instance);

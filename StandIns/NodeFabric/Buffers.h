@@ -1,4 +1,4 @@
-// The buffer protocol: room in, size out.
+// The buffer protocol of the store: capacity in, size out.
 #pragma once
 
 #include <cstring>
@@ -10,7 +10,7 @@
 
 namespace NodeFabric {
 
-// Compares the room with what is needed and stores the need. BUFFER_TOO_SMALL if it doesn't fit or there is no buffer.
+// Stores the size required. Returns BUFFER_TOO_SMALL if the capacity is smaller or the buffer is null.
 [[nodiscard]] inline Harbor::HRESULT ClaimRoom(std::size_t needed, const void* buffer, std::uint32_t& size) {
     if (needed > std::numeric_limits<std::uint32_t>::max()) throw std::length_error("no 32-bit size");
     const bool fits = buffer != nullptr && size >= needed;
@@ -18,7 +18,7 @@ namespace NodeFabric {
     return fits ? Harbor::S_OK : Harbor::BUFFER_TOO_SMALL;
 }
 
-// Copies the text with a terminator; sizes count characters.
+// Copies the text with a terminator. Sizes are in characters.
 [[nodiscard]] inline Harbor::HRESULT CopyText(std::u16string_view text, Harbor::WideChar* buffer, std::uint32_t& size) {
     const Harbor::HRESULT code = ClaimRoom(text.size() + 1, buffer, size);
     if (Harbor::Succeeded(code)) {

@@ -14,7 +14,7 @@ constexpr std::size_t FirstCapacity = 4;
 }  // namespace
 
 void ChildList::Append(AcnHandle child) {
-    // Room first: once the index has the child, nothing may fail.
+    // Reserves memory first: after the index has the child, nothing may fail.
     if (ordered_.size() == ordered_.capacity()) ordered_.reserve(std::max(FirstCapacity, 2 * ordered_.size()));
     if (index_ != nullptr || ordered_.size() >= LargestUnindexedCount) AddToIndex(child);
     ordered_.push_back(child);
@@ -41,7 +41,7 @@ void ChildList::RemoveFromIndex(AcnHandle child) noexcept {
     if (index_ == nullptr) return;
     const auto entry = index_->find(child->name);
     if (entry == index_->end() || entry->second != child) return;
-    // The key is the name of the child that leaves, so its entry can't just point to the next one of the name.
+    // The key refers to the name in the removed child, so it must be replaced together with the value.
     auto node = index_->extract(entry);
     if (const AcnHandle next = FindInLine(child->name)) {
         node.key() = next->name;

@@ -1,4 +1,4 @@
-// The children of one node, in order and by name. It owns nothing and locks nothing: the tree sees to both.
+// The children of one node, in order and by name. The tree owns the nodes and holds the lock.
 #pragma once
 
 #include <memory>
@@ -12,16 +12,17 @@ namespace NodeFabric {
 
 class ChildList {
 public:
-    // Amortised constant time. If it throws, the list is as it was.
+    // Amortised constant time. If it throws, the list is unchanged.
     void Append(AcnHandle child);
 
-    // False if it is no child. Linear time.
+    // Returns false if it is not a child. Linear time.
     bool Remove(AcnHandle child) noexcept;
 
-    // The first child of that name, or null. Constant time on average.
+    // Returns the first child of the name, or null. Constant time on average.
     [[nodiscard]] AcnHandle Find(std::u16string_view name) const noexcept;
 
-    // Takes the last child out without a look at its name; the list is good for nothing else from then on.
+    // Removes and returns the last child without updating the index. After that no other function may be called, except
+    // Empty and this one.
     [[nodiscard]] AcnHandle PopForDestruction() noexcept;
 
     bool Empty() const noexcept { return ordered_.empty(); }
@@ -39,7 +40,7 @@ private:
     void RemoveFromIndex(AcnHandle child) noexcept;
 
     std::vector<AcnHandle> ordered_;
-    std::unique_ptr<Index> index_;  // null while there are so few children that a search in line is quicker
+    std::unique_ptr<Index> index_;  // null while there are so few children that a linear search is faster
 };
 
 }  // namespace NodeFabric

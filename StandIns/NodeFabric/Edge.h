@@ -1,4 +1,4 @@
-// The edge that every C function of the store stands behind.
+// The boundary of every C function of the store.
 #pragma once
 
 #include <new>
@@ -8,7 +8,7 @@
 
 namespace NodeFabric {
 
-// Runs the body and gives its code. No exception gets past this: callers may be written in any language.
+// Runs the body and returns its code. Lets no exception through: callers may be written in any language.
 template <class Body>
 [[nodiscard]] Harbor::HRESULT AtEdge(Body&& body) noexcept {
     try {

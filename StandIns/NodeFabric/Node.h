@@ -1,4 +1,4 @@
-// A node, as the handles point to it.
+// A node. Its handles are pointers to it.
 #pragma once
 
 #include <atomic>
@@ -23,6 +23,6 @@ struct AcnNodeOpaque {
     NodeFabric::ChildList children;
     Platform::WideString pathAbove;  // of a clone's root: the path of the original's parent
 
-    // Open handles to this node, and one for each child whose own count isn't 0.
+    // The open handles to this node, and one for each child whose own count is not 0.
     std::atomic<std::uint64_t> holds{0};
 };

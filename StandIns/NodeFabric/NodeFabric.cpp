@@ -1,4 +1,5 @@
-// The C functions on nodes. Each checks its arguments and hands over to the room that does the work.
+// The C functions on nodes. Each checks its arguments and calls the functions of the tree, the attributes or the
+// buffers.
 #include "NodeFabric/NodeFabric.h"
 
 #include "Buffers.h"

@@ -19,8 +19,8 @@ constexpr std::size_t BlockSize = std::size_t{16} * 1024;
 constexpr std::string_view Opening = "<nr>\n";
 constexpr std::string_view Ending{"</nr>\n\0", 7};
 
-// Writes one tree piece by piece. Between two pieces the lock is free and the trees may change, so the nodes on the way
-// down are open. They stand in a list, since a tree may be deeper than any call stack.
+// Writes one tree piece by piece. Between two pieces the lock is released and the tree may change, so a handle to each
+// node on the path to the present one is open. The path is a list, since a tree may be deeper than any call stack.
 class TreeDump {
 public:
     TreeDump(std::string& text, std::uint32_t depth) : text_(text), writer_(text), depth_(depth) {}
@@ -30,7 +30,7 @@ public:
         BeginNode(root);
     }
 
-    // Goes on until the text is a block long; false when the tree is at its end.
+    // Writes until the text has the size of a block. Returns false at the end of the tree.
     bool Continue() {
         written_.clear();
         const auto lock = LockStructure();
@@ -51,7 +51,7 @@ private:
         std::size_t nextChild = 0;
     };
 
-    // Both are called under the lock.
+    // Both are called with the lock held.
     void BeginNode(Node& node) {
         const bool withChildren = way_.size() < depth_ && !node.children.Empty();
         if (!writer_.BeginNode(node, way_.size() + 1, withChildren)) return;
@@ -67,7 +67,7 @@ private:
     XmlWriter writer_;
     const std::size_t depth_;
     std::vector<Level> way_;
-    std::vector<OpenNode> written_;  // closed when the lock is free
+    std::vector<OpenNode> written_;  // closed when the lock is released
 };
 
 }  // namespace
@@ -91,12 +91,12 @@ struct AcnContextOpaque {
     }
 
 private:
-    // A context is in its last phase while it works, so that a failure leaves it there and a second caller is refused.
+    // A context is in its last phase while it works: after a failure it stays there, and a second caller is refused.
     enum class Phase { Started, Serialized, Ended };
 
     bool Advance(Phase from, Phase to) noexcept { return phase_.compare_exchange_strong(from, to); }
 
-    // Delivers outside the lock: the receiver may call the store.
+    // Delivers without the lock: the receiver may call the store.
     HRESULT Dump(Node& root, std::uint32_t depth) {
         TreeDump dump(text_, depth);
         dump.Begin(root);
@@ -107,7 +107,7 @@ private:
         return S_OK;
     }
 
-    // Keeps back what is shorter than `least`.
+    // Keeps a rest that is shorter than `least`.
     HRESULT Deliver(std::size_t least) {
         std::string_view left = text_;
         while (left.size() >= least) {
@@ -123,7 +123,7 @@ private:
     const AcnSerializationCallback callback_;
     void* const user_;
     std::atomic<Phase> phase_{Phase::Started};
-    std::string text_{Opening};  // what isn't delivered yet; of the caller that advanced the phase
+    std::string text_{Opening};  // not delivered yet; owned by the caller that advanced the phase
 };
 
 extern "C" {

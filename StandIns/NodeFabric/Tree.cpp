@@ -17,7 +17,7 @@ constexpr WideChar Separator = u'\\';
 std::shared_mutex StructureLock;
 std::atomic<std::uint64_t> OpenHandles{0};
 
-// Goes down to a leaf and up again, since a tree may be deeper than any call stack.
+// Deletes leaf by leaf without recursion, since a tree may be deeper than any call stack.
 struct TreeDeleter {
     void operator()(Node* root) const noexcept {
         for (Node* node = root; node != nullptr;) {
@@ -32,7 +32,7 @@ struct TreeDeleter {
 };
 using TreePtr = std::unique_ptr<Node, TreeDeleter>;
 
-// False if the count would fall to 0. Such a count touches nothing but itself, so it needs no lock.
+// Returns false if the count would become 0. Otherwise only the count changes, which needs no lock.
 bool ReleaseOneOfSeveral(Node& node) noexcept {
     std::uint64_t count = node.holds.load(std::memory_order_relaxed);
     while (count > 1) {
@@ -43,12 +43,12 @@ bool ReleaseOneOfSeveral(Node& node) noexcept {
     return false;
 }
 
-// Gives the tree that nothing holds any more, or nothing.
+// Returns the tree that is no longer held, or null.
 TreePtr ReleaseUpwards(Node& node) noexcept {
     const auto lock = LockStructure();
     for (Node* current = &node;;) {
         if (current->holds.fetch_sub(1, std::memory_order_acq_rel) != 1) return nullptr;
-        // The count that this node has on its parent keeps both alive until the next turn.
+        // What this node counts on its parent keeps both alive until the next turn.
         if (current->parent == nullptr) return TreePtr(current);
         current = current->parent;
     }
@@ -120,8 +120,8 @@ std::shared_lock<std::shared_mutex> LockStructure() {
 
 AcnHandle OpenLocked(Node& node) noexcept {
     OpenHandles.fetch_add(1, std::memory_order_relaxed);
-    // The caller's own handle holds the parent until this is done. If the child's last handle is closed meanwhile,
-    // that takes back the count it once put on the parent, and this one puts its own there.
+    // The caller's own handle holds the parent during this call. If the last handle of the child is closed at the same
+    // time, that releases its own count on the parent, and this call adds another one.
     if (node.holds.fetch_add(1, std::memory_order_relaxed) == 0 && node.parent != nullptr) {
         node.parent->holds.fetch_add(1, std::memory_order_relaxed);
     }
@@ -141,7 +141,7 @@ AcnHandle CloneTree(const Node& source, std::uint32_t depth) {
 }
 
 AcnHandle Duplicate(Node& node) noexcept {
-    // The caller's handle keeps the count above 0, so no parent is touched and no lock is needed.
+    // The caller's handle keeps the count above 0, so the parent is not changed and no lock is needed.
     OpenHandles.fetch_add(1, std::memory_order_relaxed);
     node.holds.fetch_add(1, std::memory_order_relaxed);
     return &node;
@@ -150,7 +150,7 @@ AcnHandle Duplicate(Node& node) noexcept {
 void Close(Node& node) noexcept {
     OpenHandles.fetch_sub(1, std::memory_order_relaxed);
     if (ReleaseOneOfSeveral(node)) return;
-    // The lock is free again when the tree goes, which may take long.
+    // The lock is released before the tree is deleted, which may take long.
     const TreePtr unheld = ReleaseUpwards(node);
 }
 
@@ -186,7 +186,8 @@ WideString FullPath(const Node& node) {
 HRESULT AppendChild(Node& parent, Node& child) {
     const std::unique_lock lock(StructureLock);
     if (child.parent != nullptr || &parent == &child) return E_INVALIDARG;
-    // Nothing stands below a leaf: without this a chain that grows at its end would cost the square of its length.
+    // Nothing is below a leaf. Without this check, building a chain at its end would take time in the square of its
+    // length.
     if (!child.children.Empty() && IsAtOrBelow(parent, child)) return E_INVALIDARG;
     parent.children.Append(&child);
     parent.holds.fetch_add(1, std::memory_order_relaxed);
@@ -199,7 +200,7 @@ HRESULT RemoveChild(Node& parent, Node& child) {
     const std::unique_lock lock(StructureLock);
     if (child.parent != &parent || !parent.children.Remove(&child)) return NOT_FOUND;
     child.parent = nullptr;
-    parent.holds.fetch_sub(1, std::memory_order_release);  // can't be the last: the caller has a handle
+    parent.holds.fetch_sub(1, std::memory_order_release);  // not the last one: the caller has a handle
     return S_OK;
 }
 

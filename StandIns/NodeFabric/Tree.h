@@ -1,11 +1,11 @@
-// How nodes hang together and how long they live.
+// The structure of trees and the lifetime of nodes.
 //
-// A node is held while handles to it or to nodes below it are open: its count has one for each handle and one for
-// each held child. So every operation touches the node and at most its parent, and a root whose count falls to 0 has
-// no handle anywhere in its tree, which then goes as a whole.
+// A node is held while handles to it or to nodes below it are open: it counts one for each handle and one for each held
+// child. So every operation changes the node and at most its parent. If the count of a root becomes 0, no handle to its
+// tree is open, and the whole tree is deleted.
 //
-// Every function may be called on any thread; the caller has an open handle to each node that it passes. A function
-// that gives a handle has counted it.
+// Any thread may call any function. The caller must have an open handle to each node that it passes. Handles that are
+// returned are counted: the caller must close them.
 #pragma once
 
 #include <memory>
@@ -26,7 +26,7 @@ using Node = AcnNodeOpaque;
 void Close(Node& node) noexcept;
 [[nodiscard]] std::uint64_t OpenHandleCount() noexcept;
 
-// Null if there is none.
+// Return null if there is none.
 [[nodiscard]] AcnHandle OpenParent(const Node& node);
 [[nodiscard]] AcnHandle OpenChild(const Node& node, std::uint64_t index);
 [[nodiscard]] AcnHandle OpenChild(const Node& node, std::u16string_view name);
@@ -37,8 +37,8 @@ void Close(Node& node) noexcept;
 [[nodiscard]] Harbor::HRESULT AppendChild(Node& parent, Node& child);
 [[nodiscard]] Harbor::HRESULT RemoveChild(Node& parent, Node& child);
 
-// For walks. While the lock is held no parent and no children change anywhere. Don't call out and don't close handles
-// under it. OpenLocked opens a node under the lock; the caller has a handle to it or to its parent.
+// For walks. While the lock is held, the structure of no tree changes. The holder must not call a callback and must not
+// close a handle. OpenLocked opens a node with the lock held; the caller must have a handle to it or to its parent.
 [[nodiscard]] std::shared_lock<std::shared_mutex> LockStructure();
 [[nodiscard]] AcnHandle OpenLocked(Node& node) noexcept;
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr char32_t Replacement = 0xFFFD;
 
-// Deeper levels aren't indented further, or a deep chain would be dumped in blanks.
+// Deeper levels are not indented further, or the dump of a deep chain would be mostly blanks.
 constexpr std::size_t LargestIndentedLevel = 32;
 constexpr std::size_t BlanksALevel = 2;
 
@@ -52,7 +52,7 @@ constexpr bool IsLowSurrogate(char32_t c) {
     return (c & 0xFC00) == 0xDC00;
 }
 
-// Reads one character that isn't ASCII and moves on behind it. What XML forbids becomes the replacement character.
+// Reads one character that is not ASCII and moves `index` after it. XML's forbidden characters are replaced.
 char32_t DecodeWide(std::u16string_view text, std::size_t& index) {
     const char32_t first = text[index++];
     if (IsHighSurrogate(first) && index < text.size() && IsLowSurrogate(text[index])) {

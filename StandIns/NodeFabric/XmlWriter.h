@@ -1,7 +1,7 @@
-// The words of a dump: UTF-8 XML 1.0.
+// Writes the text of a dump: UTF-8 XML 1.0.
 //
-// A node is <node name="" type="">, its attributes <attribute name="" type="" value=""/> and its child nodes inside
-// it, each on a line of its own. Types are text, int32, uint32, int64 and bool; a bool is true or false.
+// A node is <node name="" type="">. Inside it are its attributes, as <attribute name="" type="" value=""/>, and its
+// child nodes, each on its own line. The types are text, int32, uint32, int64 and bool; a bool is true or false.
 #pragma once
 
 #include <string>
@@ -14,7 +14,7 @@ class XmlWriter {
 public:
     explicit XmlWriter(std::string& out) noexcept : out_(out) {}
 
-    // Leaves the element open if it has children, which EndNode must then follow; else gives false.
+    // If `withChildren` is true, leaves the element open and returns true: EndNode must be called. Else returns false.
     [[nodiscard]] bool BeginNode(const AcnNodeOpaque& node, std::size_t level, bool withChildren);
     void EndNode(std::size_t level);
 

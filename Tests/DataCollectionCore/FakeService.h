@@ -36,7 +36,7 @@ struct FakeWatch final : Neighbour<IACModifySubscription> {
 };
 
 // The service and the report that it makes.
-class FakeService final : public Neighbour<IACConfigService, IACNodeModifyEnum, IACNodeEnumerator> {
+class FakeService : public Neighbour<IACConfigService, IACNodeModifyEnum, IACNodeEnumerator> {
 public:
     FakeService() { removed.reserve(100); }
 

@@ -46,7 +46,7 @@ public:
     HRESULT FinalConstruct() { return Objects.finalConstruct; }
     void FinalRelease() {
         ++Objects.finalReleases;
-        References(static_cast<IFirst*>(this));  // as a partner does that is told of the end
+        References(static_cast<IFirst*>(this));  // as a partner may do that is called during the end
         EXPECT_EQ(First() + Second(), 3) << "the object must still be intact";
     }
     int First() override { return 1; }

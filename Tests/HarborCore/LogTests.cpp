@@ -1,3 +1,6 @@
+#include <unistd.h>
+
+#include <cstdlib>
 #include <thread>
 
 #include "Common/Logging/FunctionTrace.h"
@@ -10,6 +13,25 @@ namespace Harbor {
 namespace {
 
 using Stage::LogLines;
+
+// Ends after the log manager, since it exists before the first statement.
+struct LateClient {
+    ~LateClient() {
+        if (!isArmed) return;
+        Stage::Ticks += 6000;  // the settings would be read again
+        _exit(IsLogEnabled(LogSeverity::Err) ? 1 : 0);
+    }
+    bool isArmed = false;
+} TheLateClient;
+
+TEST(LogStatement, IsDisabledAfterTheEndOfTheLog) {
+    const auto exitWithALateClient = [] {
+        LOG(Err, u"before the end");
+        TheLateClient.isArmed = true;
+        std::exit(2);
+    };
+    EXPECT_EXIT(exitWithALateClient(), testing::ExitedWithCode(0), "");
+}
 
 TEST(LogLine, HasFixedColumnsUnlessANameOrANumberIsTooLong) {
     const ScopedVariable zone("TZ", "XYZ-5:30");

@@ -9,8 +9,8 @@
 //     const auto failure = Interleaving::Explore(1000, [] {
 //         Counter counter;                                        // the code under test, with locks of the layer
 //         {
-//             const Interleaving::Thread one([&] { counter.Add(); }), two([&] { counter.Add(); });
-//         }                                                       // a Thread is joined at its end
+//             const Interleaving::RunThread one([&] { counter.Add(); }), two([&] { counter.Add(); });
+//         }                                                       // a RunThread is joined at its end
 //         Interleaving::Require(counter.Value() == 2, "no addition is lost");
 //     });
 //     EXPECT_FALSE(failure) << *failure;
@@ -25,7 +25,8 @@
 // (probabilistic concurrency testing: a fault that needs d ordered switches is found with a known probability). With
 // priorities a thread that sleeps for no time falls behind all others, since it only asks them to go on.
 //
-// Time. The clocks stand still while a thread can run. When all wait, time goes on to the nearest deadline.
+// Time. The clocks stand still while a thread can run. When all wait, time goes on to the nearest deadline. A thread
+// that sleeps for no time while all others wait lets a millisecond pass.
 //
 // What is reported, with the seed and the last steps before it:
 // - a promise that isn't kept (Require);
@@ -60,7 +61,9 @@ inline constexpr std::size_t StepLimit = 20'000;
 struct Failure {
     std::uint64_t seed;
     std::string what;
-    std::string trace;  // the last steps: their number, the thread, what it does, to what, and where
+    // The last steps: their number, the thread, what it does, to which object (numbered as they come), and where, as
+    // addr2line takes it.
+    std::string trace;
 };
 std::ostream& operator<<(std::ostream& stream, const Failure& failure);
 
@@ -78,16 +81,19 @@ void Point(const char* what);
 // Waits until the condition is true. It is asked on any thread at each choice, and must not call the layer.
 void WaitUntil(const char* what, const std::function<bool()>& condition);
 
+// One of the numbers below the bound, by the seed.
+[[nodiscard]] std::uint64_t Choose(std::uint64_t bound);
+
 // Ends the run with a failure unless the promise was kept.
 void Require(bool kept, const char* promise);
 
 // One more thread of the run.
-class Thread {
+class RunThread {
 public:
-    explicit Thread(std::function<void()> body);
-    Thread(const Thread&) = delete;
-    Thread& operator=(const Thread&) = delete;
-    ~Thread();  // waits for its end
+    explicit RunThread(std::function<void()> body);
+    RunThread(const RunThread&) = delete;
+    RunThread& operator=(const RunThread&) = delete;
+    ~RunThread();  // waits for its end
 
 private:
     struct Agent* agent_;

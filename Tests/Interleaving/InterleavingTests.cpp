@@ -16,7 +16,7 @@ using namespace Platform;
 using Interleaving::Explore;
 using Interleaving::Point;
 using Interleaving::Require;
-using Interleaving::Thread;
+using Interleaving::RunThread;
 using testing::HasSubstr;
 
 constexpr std::uint64_t Seeds = 2000;
@@ -51,7 +51,7 @@ void LoseAnAddition() {
             Point("adds");
             sum = seen + 1;
         };
-        const Thread one(add), two(add);
+        const RunThread one(add), two(add);
     }
     Require(sum == 2, "no addition is lost");
 }
@@ -62,7 +62,7 @@ void TakeTwoLocksInBothOrders() {
         const Guard outer(first);
         const Guard inner(second);
     };
-    const Thread forward([&] { take(one, two); }), backward([&] { take(two, one); });
+    const RunThread forward([&] { take(one, two); }), backward([&] { take(two, one); });
 }
 
 // The flag is set and told without the lock: between the look and the sleep.
@@ -70,7 +70,7 @@ void LoseAWake() {
     SRWLOCK lock = SRWLOCK_INIT;
     CONDITION_VARIABLE told = CONDITION_VARIABLE_INIT;
     bool flag = false;
-    const Thread teller([&] {
+    const RunThread teller([&] {
         flag = true;
         WakeAllConditionVariable(&told);
     });
@@ -91,7 +91,7 @@ void MissOneOrderOfMany() {
             Point("goes on");
             if (step == other) ++step;
         };
-        const Thread one([&] { work(0, 2); }), two([&] { work(1, 3); });
+        const RunThread one([&] { work(0, 2); }), two([&] { work(1, 3); });
     }
     Require(step != 4, "the steps never come in this order");
 }
@@ -104,7 +104,7 @@ void StarveTheOther() {
     SRWLOCK lock = SRWLOCK_INIT;
     bool stop = false;
     int rounds = 0;
-    const Thread busy([&] {
+    const RunThread busy([&] {
         for (bool stopped = false; !stopped;) {
             const Guard guard(lock);
             stopped = stop;
@@ -128,7 +128,7 @@ void TakeALockTwice() {
 void FreeALockOfAnother() {
     SRWLOCK lock = SRWLOCK_INIT;
     AcquireSRWLockExclusive(&lock);
-    const Thread other([&] { ReleaseSRWLockExclusive(&lock); });
+    const RunThread other([&] { ReleaseSRWLockExclusive(&lock); });
 }
 
 void KeepAHandle() {
@@ -176,7 +176,7 @@ TEST(Interleavings, OfASoundProgramAreAllAllowed) {
             while (!predicate()) SleepConditionVariableSRW(&changed, &lock, INFINITE, 0);
         };
         {
-            const Thread giver([&] {
+            const RunThread giver([&] {
                 for (int item = 0; item < items; ++item) {
                     const Guard guard(lock);
                     waitUntil([&] { return box.empty(); });
@@ -184,7 +184,7 @@ TEST(Interleavings, OfASoundProgramAreAllAllowed) {
                     WakeAllConditionVariable(&changed);
                 }
             });
-            const Thread taker([&] {
+            const RunThread taker([&] {
                 for (int count = 0; count < items; ++count) {
                     const Guard guard(lock);
                     waitUntil([&] { return !box.empty(); });
@@ -193,7 +193,7 @@ TEST(Interleavings, OfASoundProgramAreAllAllowed) {
                     WakeConditionVariable(&changed);
                 }
             });
-            const Thread reader([&] {
+            const RunThread reader([&] {
                 AcquireSRWLockShared(&lock);
                 const std::size_t seen = box.size();
                 Point("reads");
@@ -214,8 +214,8 @@ TEST(Time, StandsStillUnlessAllWaitAndThenGoesToTheNearestDeadline) {
                 Sleep(milliseconds);
                 woken.push_back(Milliseconds());
             };
-            const Thread day([&] { sleep(86'400'000); }), hour([&] { sleep(3'600'000); });
-            const Thread waiting([&] {
+            const RunThread day([&] { sleep(86'400'000); }), hour([&] { sleep(3'600'000); });
+            const RunThread waiting([&] {
                 SRWLOCK lock = SRWLOCK_INIT;
                 CONDITION_VARIABLE never = CONDITION_VARIABLE_INIT;
                 const Guard guard(lock);

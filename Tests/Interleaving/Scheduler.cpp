@@ -192,6 +192,8 @@ void Scheduler::Point(const Step& step) {
 
 void Scheduler::GiveWay(const Step& step) {
     self->priority = --lowestPriority_;
+    CollectReady();
+    if (ready_.size() == 1) PassTimeTo(now_ + NanosecondsPerMillisecond);
     Point(step);
 }
 
@@ -229,7 +231,12 @@ void Scheduler::HandOver(Agent& from, Agent& to) {
 
 Agent& Scheduler::ChooseNext() {
     for (CollectReady(); ready_.empty(); CollectReady()) {
-        if (!PassTime()) Fail("deadlock: all threads wait, and none has a deadline");
+        Nanoseconds nearest = Never;
+        for (const Agent* const agent : agents_) {
+            if (agent->state == Agent::State::Waiting) nearest = std::min(nearest, agent->deadline);
+        }
+        if (nearest == Never) Fail("deadlock: all threads wait, and none has a deadline");
+        PassTimeTo(nearest);
     }
     return Pick();
 }
@@ -244,26 +251,21 @@ void Scheduler::CollectReady() {
     }
 }
 
-bool Scheduler::PassTime() {
-    Nanoseconds nearest = Never;
-    for (const Agent* const agent : agents_) {
-        if (agent->state == Agent::State::Waiting) nearest = std::min(nearest, agent->deadline);
-    }
-    if (nearest == Never) return false;
-    now_ = std::max(now_, nearest);
+void Scheduler::PassTimeTo(Nanoseconds moment) {
+    now_ = std::max(now_, moment);
     for (Agent* const agent : agents_) {
         if (agent->state != Agent::State::Waiting || agent->deadline > now_) continue;
         agent->state = Agent::State::Ready;
         agent->timedOut = true;
     }
-    return true;
 }
 
 Agent& Scheduler::Pick() {
     const bool canGoOn = std::ranges::find(ready_, running_) != ready_.end();
     switch (policy_) {
         case Policy::KeepRunning:
-            return canGoOn ? *running_ : *ready_.front();
+            if (canGoOn && running_->priority > 0) return *running_;  // it has not given way
+            break;
         case Policy::Sticky:
             if (canGoOn && Random(8) != 0) return *running_;
             [[fallthrough]];
@@ -352,15 +354,19 @@ void WaitUntil(const char* what, const std::function<bool()>& condition) {
     }
 }
 
+std::uint64_t Choose(std::uint64_t bound) {
+    return Scheduler::Instance().Random(bound);
+}
+
 void Require(bool kept, const char* promise) {
     if (!kept) Scheduler::Instance().Fail(std::string("broken promise: ") + promise);
 }
 
-Thread::Thread(std::function<void()> body)
+RunThread::RunThread(std::function<void()> body)
     : agent_(&Scheduler::Instance().StartThread({"starts a thread", nullptr, __builtin_return_address(0)},
                                                 std::move(body))) {}
 
-Thread::~Thread() {
+RunThread::~RunThread() {
     Scheduler::Instance().Join({"joins", agent_, __builtin_return_address(0)}, *agent_);
     Scheduler::Instance().CloseHandle(*agent_);
 }

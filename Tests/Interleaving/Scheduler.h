@@ -78,7 +78,7 @@ public:
               const std::function<bool()>* condition = nullptr);
     void SignalAll(const void* object) noexcept;
     void SignalOne(const void* object) noexcept;
-    // As Point; with priorities, all others come first from here on.
+    // As Point; seed 0 and priorities let all others come first from here on.
     void GiveWay(const Step& step);
 
     Agent& StartThread(const Step& step, std::function<void()> body);
@@ -88,6 +88,7 @@ public:
     [[nodiscard]] Agent* AgentOf(const void* handle) const noexcept;
 
     [[noreturn]] void Fail(std::string what);
+    [[nodiscard]] std::uint64_t Random(std::uint64_t bound);
     [[nodiscard]] Nanoseconds Now() const noexcept { return now_; }
     // The steps up to now, with their seed: for a fault that ends the process.
     [[nodiscard]] Failure Describe(std::string what) const;
@@ -102,10 +103,9 @@ private:
     void Record(const Step& step);
     Agent& ChooseNext();
     void CollectReady();
-    bool PassTime();
+    void PassTimeTo(Nanoseconds moment);
     Agent& Pick();
     void HandOver(Agent& from, Agent& to);
-    std::uint64_t Random(std::uint64_t bound);
 
     Semaphore done_;
     std::vector<Agent*> idle_;

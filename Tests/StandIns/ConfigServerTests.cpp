@@ -6,6 +6,7 @@
 #include <latch>
 #include <map>
 #include <mutex>
+#include <new>
 #include <thread>
 
 #include "Common/Nodes/ModificationRecords.h"
@@ -15,6 +16,17 @@ using namespace Harbor;
 using namespace ConfigServer;
 
 namespace {
+
+// The number of allocations of this thread before the one that fails; negative if none does.
+thread_local int AllocationsUntilFailure = -1;
+
+// Calls with a failing allocation, and says whether one was reached.
+template <class Call>
+bool WithFailingAllocation(int number, const Call& call) {
+    AllocationsUntilFailure = number;
+    EXPECT_NO_THROW(call());
+    return std::exchange(AllocationsUntilFailure, -1) < 0;
+}
 
 using Subscription = ComponentPtr<IACModifySubscription>;
 
@@ -96,8 +108,9 @@ protected:
 
     Subscription Add(Listener& listener, const WideString& path, std::int64_t maxDepth = EveryLevel) {
         const FilterByPathNode filter(path, WatchedNodes::PathAndBelow, maxDepth);
+        const ACNode parameters = Parameters();
         Subscription subscription;
-        EXPECT_EQ(service_->AddSubscription(filter.Handle(), Parameters().Handle(), &listener, subscription.Address()),
+        EXPECT_EQ(service_->AddSubscription(filter.Handle(), parameters.Handle(), &listener, subscription.Address()),
                   S_OK);
         return subscription;
     }
@@ -225,4 +238,81 @@ TEST_F(ConfigServerTest, WaitsForTheRunningCallbackWhenASubscriptionEnds) {
     }
 }
 
+// As a callback does that keeps the pointer in a counting one for the time of the call.
+TEST_F(ConfigServerTest, ACallbackMayCountItsSubscriptionWhileTheLastReleaseWaits) {
+    std::latch entered{1};
+    std::atomic<bool> left{false};
+    Listener listener;
+    listener.onCall = [&](IACModifySubscription& subscription) {
+        entered.count_down();
+        while (subscription.Start() == S_OK) std::this_thread::yield();
+        for (int turn = 0; turn < 3; ++turn) {
+            EXPECT_GT(subscription.AddRef(), 1u);
+            EXPECT_GT(subscription.Release(), 0u);
+        }
+        left = true;
+    };
+    Subscription subscription = Watch(listener, u"\\A");
+    Write(u"\\A\\B", u"1");
+    entered.wait();
+    subscription.Reset();
+    EXPECT_TRUE(left);
+    Flush();
+}
+
+// Each allocation of a write fails in turn, those of its trace and of its report among them.
+TEST_F(ConfigServerTest, ReportsARepeatedWriteInFullAfterMemoryRanOut) {
+    Listener listener;
+    const Subscription subscription = Watch(listener, u"\\A");
+    const std::vector<TextAttribute> attributes{{u"Value", u"1"}};
+    std::vector<Reported> expected;
+    for (bool reached = true; reached;) {
+        const WideString path = u"\\A\\" + Number(static_cast<int>(expected.size())) + u"\\C";
+        HRESULT code = S_OK;
+        reached = WithFailingAllocation(static_cast<int>(expected.size()),
+                                        [&] { code = tree_->WriteNode(path, attributes); });
+        if (code != S_OK) {
+            EXPECT_EQ(code, E_OUTOFMEMORY);
+            Write(path, u"1");
+        }
+        expected.push_back({path, static_cast<std::uint32_t>(AttributesWritten | NodeAdded), path, u"1"});
+    }
+    Flush();
+    EXPECT_EQ(listener.All(), expected);
+    EXPECT_GT(expected.size(), 20u);
+}
+
+TEST_F(ConfigServerTest, AddsAWatchCompletelyOrNotAtAllAndStartsItWithoutMemory) {
+    Listener listener;
+    const FilterByPathNode filter(u"\\A", WatchedNodes::PathAndBelow, EveryLevel);
+    const ACNode parameters = Parameters();
+    for (int number = 0;; ++number) {
+        Subscription subscription;
+        HRESULT code = S_OK;
+        const bool reached = WithFailingAllocation(number, [&] {
+            code = service_->AddSubscription(filter.Handle(), parameters.Handle(), &listener, subscription.Address());
+        });
+        EXPECT_EQ(code, subscription ? S_OK : E_OUTOFMEMORY) << number;
+        if (!reached) break;
+    }
+    const Subscription subscription = Add(listener, u"\\A");
+    for (int number = 0; WithFailingAllocation(number, [&] { EXPECT_EQ(subscription->Start(), S_OK); }); ++number) {
+    }
+    Write(u"\\A\\B", u"1");
+    Flush();
+    EXPECT_EQ(listener.All().size(), 1u);
+}
+
 }  // namespace
+
+void* operator new(std::size_t size) {
+    if (AllocationsUntilFailure >= 0 && AllocationsUntilFailure-- == 0) throw std::bad_alloc();
+    if (void* const memory = std::malloc(std::max<std::size_t>(size, 1))) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}

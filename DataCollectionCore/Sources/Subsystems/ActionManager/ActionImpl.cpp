@@ -45,7 +45,7 @@ HRESULT ActionImpl::OnSubscriptionAttached() {
 
 HRESULT ActionImpl::OnSubscriptionDisposed() {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::OnSubscriptionDisposed");
-    if (--attachedSubscriptions_ == 0) ++disposals_;
+    if (--attachedSubscriptions_ == 0) ++DisposalCount;
     return S_OK;
 }
 

@@ -26,8 +26,8 @@ public:
     // Each later mark also sets the flag Marked in `word`, a word of the module's pool. Null ends that.
     void ReportMarksTo(ActionManagement::StateWord* word) noexcept { marksWord_.store(word); }
 
-    // How many times an action of this module has become disposed. While it stands still, no action has.
-    static std::uint64_t Disposals() noexcept { return disposals_.load(); }
+    // Counts how often an action of this module has become disposed. As long as it does not change, no action has.
+    static std::uint64_t Disposals() noexcept { return DisposalCount.load(); }
 
 private:
     // Set once by the creator before the action is shared.
@@ -38,7 +38,7 @@ private:
     std::atomic<bool> triggered_{false};
     std::atomic<ActionManagement::StateWord*> marksWord_{nullptr};
 
-    static inline constinit std::atomic<std::uint64_t> disposals_{0};
+    static inline constinit std::atomic<std::uint64_t> DisposalCount{0};
 };
 
 }  // namespace DataCollection

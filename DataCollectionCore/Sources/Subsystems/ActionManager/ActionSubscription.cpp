@@ -145,7 +145,7 @@ void ActionSubscription::UnsubscribeInternal(const std::unique_lock<HolderLock>&
     LOG(Dbg, LogPrefix() << u"'. unsubscribed.");
     // From here on everything is done: a subscription that is dead but still attached would keep its actions for ever.
     state_.Set(SubscriptionState::Detached);
-    ++detachments_;
+    ++DetachmentCount;
     for (const auto& action : actions_) {
         TRY_LOG(Dbg2, u"Action '" << action.Get() << u"' OnSubscriptionDisposed");
         action->OnSubscriptionDisposed();

@@ -39,8 +39,8 @@ public:
     // The state, for a scan that takes no lock. The word is valid as long as the subscription.
     const StateWord* State() const noexcept { return state_.Get(); }
 
-    // How many times a subscription of this module has detached. While it stands still, none has died.
-    static std::uint64_t Detachments() noexcept { return detachments_.load(); }
+    // Counts how often a subscription of this module has detached. As long as it does not change, none has died.
+    static std::uint64_t Detachments() noexcept { return DetachmentCount.load(); }
 
 private:
     // Returns whether this thread is inside a call of this subscription. Then `operation` is logged as refused.
@@ -60,7 +60,7 @@ private:
     Harbor::HolderLock actionsLock_;
     std::vector<Harbor::ComponentPtr<IActionControl>> actions_;
 
-    static inline constinit std::atomic<std::uint64_t> detachments_{0};
+    static inline constinit std::atomic<std::uint64_t> DetachmentCount{0};
 };
 
 }  // namespace DataCollection::ActionManagement

@@ -37,8 +37,7 @@ public:
     void NotifyAll() noexcept { Platform::WakeAllConditionVariable(&native_); }
 
 private:
-    // Rounded up. If the deadline is further away than the longest sleep of the platform, the wait sleeps several
-    // times.
+    // Rounded up. A deadline that is further away than the platform can express is waited for in several sleeps.
     static Platform::DWORD MillisecondsUntil(MonotonicClock::time_point deadline) noexcept {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - MonotonicClock::now()).count();
         constexpr std::int64_t longest = Platform::INFINITE - 1;

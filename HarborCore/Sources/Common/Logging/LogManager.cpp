@@ -11,6 +11,10 @@ namespace {
 
 constinit SingletonHolder<LogManager> Holder;
 
+// Set at the end of the manager, at the exit of the process or the unload of the module. A client may release an object
+// even later: its statements are then disabled.
+constinit std::atomic<bool> LogHasEnded{false};
+
 thread_local std::uint32_t Indentation = 0;
 
 // Returns true for version 6.0 of the system and later ones.
@@ -42,6 +46,10 @@ LogManager& LogManager::Instance() {
 LogManager::LogManager() : indentationSupported_(SystemSupportsIndentation()) {
     // Creates the store first, so that it outlives the manager.
     SettingsStore::Instance();
+}
+
+LogManager::~LogManager() {
+    LogHasEnded.store(true);
 }
 
 bool LogManager::Register(ILogger* logger) {
@@ -78,7 +86,7 @@ void LogManager::Write(std::uint32_t severity, std::u16string_view text, const S
 }
 
 bool IsLogEnabled(std::uint32_t severity) {
-    return LogManager::Instance().IsEnabled(severity);
+    return !LogHasEnded.load(std::memory_order_relaxed) && LogManager::Instance().IsEnabled(severity);
 }
 
 WideString BuildLogText(const LogOperands& operands) {

@@ -47,6 +47,7 @@ private:
     template <class T>
     friend class SingletonHolder;
     LogManager();
+    ~LogManager();
 
     std::array<std::atomic<ILogger*>, 4> loggers_{};
     const DefaultLogFormatter formatter_;
