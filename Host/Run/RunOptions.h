@@ -1,4 +1,4 @@
-// Which module to run, with which registrations and commands.
+// The module to run, its registrations, and the commands.
 #pragma once
 
 #include <chrono>
@@ -19,7 +19,7 @@ struct RunOptions {
     std::vector<Labelled<DataCollection::ActionManagement::TimedActionSettings>> schedules{};
     std::vector<Labelled<DataCollection::ActionManagement::ForcedActionConfig>> watches{};
     std::vector<TimedCommand> commands{};
-    std::optional<std::chrono::milliseconds> duration{};  // nothing: until the host is stopped
+    std::optional<std::chrono::milliseconds> duration{};  // no value: the host runs until it is stopped
     OutputFormat format = OutputFormat::Text;
 };
 

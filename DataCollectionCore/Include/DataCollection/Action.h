@@ -1,4 +1,4 @@
-// An action: what a listener is told about.
+// An action: the reason for a call to a listener.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
@@ -9,7 +9,7 @@ using Harbor::GUID;
 using Harbor::HRESULT;
 using Harbor::WideString;
 
-// The types that IAction::GetType gives, with the names beside them.
+// The types that IAction::GetType stores. Each comment has the name that IAction::GetName stores.
 inline constexpr GUID ScheduleActionType{// "Schedule"
                                          0x2499B637,
                                          0xF51F,
@@ -26,7 +26,7 @@ inline constexpr GUID ForcedStopActionType{// "ForcedStop"
                                            0x4CCD,
                                            {0xBF, 0xF9, 0x74, 0x2C, 0xD0, 0x6B, 0x84, 0x6B}};
 
-// What a listener sees. Both give E_UNEXPECTED and write nothing while the action has no name.
+// An action, as a listener uses it. While the action has no name, both functions return E_UNEXPECTED and store nothing.
 struct IAction : Harbor::IComponentUnknown {
     static constexpr GUID Id{0x2DCDD284, 0x1529, 0x4AD8, {0xB9, 0x89, 0xAC, 0x31, 0xEA, 0x82, 0xFC, 0x95}};
 
@@ -34,17 +34,18 @@ struct IAction : Harbor::IComponentUnknown {
     virtual HRESULT GetName(WideString* name) = 0;
 };
 
-// What the module itself uses.
+// An action, as the manager and the subscriptions use it.
 struct IActionControl : Harbor::IComponentUnknown {
     static constexpr GUID Id{0x7C98DB43, 0x5C95, 0x4986, {0x85, 0xC1, 0xC7, 0xFB, 0xF1, 0x41, 0xA0, 0x02}};
 
-    // E_INVALIDARG, and nothing stored, for an empty name or an all-zero type.
+    // Returns E_INVALIDARG and stores nothing if the name is empty or the type is all zero.
     virtual HRESULT SetNameAndType(const WideString& name, const GUID& type) = 0;
-    // Writes true while no subscription is attached.
+    // Stores whether no subscription is attached.
     virtual HRESULT IsDisposed(bool* disposed) = 0;
+    // A subscription calls these when it attaches to the action and when it detaches from it.
     virtual HRESULT OnSubscriptionAttached() = 0;
     virtual HRESULT OnSubscriptionDisposed() = 0;
-    // The mark that waits for delivery: a flag, not a count.
+    // Set and read the mark: whether the listener must be called for the action. The mark is a flag, not a count.
     virtual HRESULT SetTriggered(bool triggered) = 0;
     virtual HRESULT GetTriggered(bool* triggered) = 0;
 };

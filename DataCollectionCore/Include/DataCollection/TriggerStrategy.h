@@ -1,4 +1,4 @@
-// The question whether a change between two configuration trees must trigger a run.
+// Determines whether a change between two configuration trees requires a run.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
@@ -12,16 +12,18 @@ using Harbor::HRESULT;
 // Compares the children "ScopeItems" of the two trees.
 inline constexpr GUID ScopeItemUpdateStrategyClassId{
     0xF69D31FB, 0x90B0, 0x46CD, {0x9C, 0x48, 0x20, 0xD9, 0x5C, 0xF8, 0x21, 0xC4}};
-// Always says no.
+// Always returns S_FALSE.
 inline constexpr GUID DefaultTriggerStrategyClassId{
     0xAB457E1C, 0xF8B0, 0x4982, {0x8D, 0xFA, 0x29, 0x5B, 0x4C, 0x55, 0x01, 0x45}};
 
-// Any thread may call it at any time; it keeps no state.
+// Any thread may call these functions at any time. The object has no state.
 struct ITriggerStrategy : Harbor::IComponentUnknown {
     static constexpr GUID Id{0x2A4534DD, 0x1230, 0x469A, {0x9F, 0xE4, 0x83, 0x28, 0xCC, 0x88, 0x86, 0x56}};
 
-    // S_OK: trigger. S_FALSE: don't. A failure is the node store's. Both handles stay the caller's and may be null.
+    // Returns S_OK if the change requires a run and S_FALSE if it does not. If a call to the node store fails, returns
+    // its code. The handles are borrowed and may be null.
     virtual HRESULT OnConfigurationUpdate(AcnHandle oldConfig, AcnHandle newConfig) = 0;
+    // Returns S_OK and does nothing.
     virtual HRESULT ReservedOperation(void* reserved) = 0;
 };
 

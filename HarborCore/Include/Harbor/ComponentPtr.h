@@ -17,7 +17,7 @@ public:
     explicit ComponentPtr(I* pointer) noexcept : pointer_(pointer) {
         if (pointer_ != nullptr) pointer_->AddRef();
     }
-    // Returns a ComponentPtr that takes over the reference of `pointer`: none is counted.
+    // Returns a ComponentPtr that takes over the caller's reference to `pointer`. It counts no new one.
     [[nodiscard]] static ComponentPtr Attach(I* pointer) noexcept {
         ComponentPtr attached;
         attached.pointer_ = pointer;
@@ -38,9 +38,9 @@ public:
         if (pointer_ != nullptr) pointer_->Release();
     }
 
-    // Sets this to null, releases the old object, then stores `pointer` and counts a reference to it. This is null
-    // while the old object ends. `pointer` must not need the old object to stay alive. Does nothing if `pointer` is the
-    // pointer that is held.
+    // Sets this to null, releases the old object, then stores `pointer` and counts a reference to it. Therefore the
+    // destructor of the old object sees null here, and the object at `pointer` must stay alive without the old object.
+    // Does nothing if this already holds `pointer`.
     void Reset(I* pointer = nullptr) noexcept {
         if (pointer == pointer_) return;
         if (I* old = std::exchange(pointer_, nullptr)) old->Release();
@@ -49,7 +49,8 @@ public:
         if (pointer_ != nullptr) pointer_->AddRef();
     }
 
-    // Releases the object and returns the address at which a call may store a pointer that carries a reference.
+    // Releases the object, sets this to null, and returns the address of the pointer. A call may store a pointer there;
+    // this then owns the reference that comes with it.
     I** Address() noexcept {
         Reset();
         return &pointer_;

@@ -14,12 +14,12 @@ struct IComponentsModule : IComponentUnknown {
     virtual HRESULT NoOperation() = 0;
     // Logs the objects that are alive, if the setting EnableAliveObjectsTracking is on. Returns S_OK.
     virtual HRESULT DumpAliveObjects() = 0;
-    // Add and remove a lock that keeps the library in use without an object. Both return the new count of objects and
-    // locks.
+    // Add and remove a lock. IsModuleLocked stores 1 while a lock exists, also without objects. Both return the new
+    // number of objects and locks.
     virtual std::uint32_t LockModule() = 0;
     virtual std::uint32_t UnlockModule() = 0;
-    // Stores 1 while objects or locks exist, otherwise 0. The host may unload the library only after 0. Returns
-    // E_POINTER for null.
+    // Stores 1 if objects or locks exist, otherwise 0. The host may unload the library only after this function has
+    // stored 0. Returns E_POINTER for null.
     virtual HRESULT IsModuleLocked(std::int32_t* flag) = 0;
     // Creates an object of a class and stores the interface with one reference, which the caller releases. `classId`
     // must not be null. Returns REGDB_E_CLASSNOTREG for an unknown class, E_NOINTERFACE for an interface that the class

@@ -9,7 +9,7 @@ namespace Harbor {
 // The name under which the broker of named instances holds the service.
 inline constexpr WideChar ConfigServiceInstanceName[] = u"ConfigServer.Proxy";
 
-// The filter of a watch: a node of the type `NodeType` with the three attributes below. All are required.
+// The filter of a watch: a node with the type `NodeType` and the three attributes below. All are required.
 namespace WatchFilter {
 inline constexpr WideChar NodeType[] = u"FilterByPath";
 inline constexpr WideChar NodePath[] = u"NodePath";  // text: a full path, with a backslash before each element
@@ -18,8 +18,8 @@ inline constexpr WideChar MaxDepth[] = u"MaxDepth";  // 64-bit number: levels be
 inline constexpr std::int64_t EveryLevel = 0x7FFFFFFF;
 }  // namespace WatchFilter
 
-// The parameters of a watch: a node of the name `NodeName` with the two attributes below. Both are required. The
-// meaning of the bits belongs to the service.
+// The parameters of a watch: a node with the name `NodeName` and the two attributes below. Both are required. The
+// service defines the meaning of the bits.
 namespace WatchParameters {
 inline constexpr WideChar NodeName[] = u"SubscribeConfig";
 inline constexpr WideChar ChangesMask[] = u"ChangesMask";  // 32-bit number: the kinds of change that are reported
@@ -29,19 +29,19 @@ inline constexpr std::int32_t DefaultOptions = 6;
 inline constexpr std::int32_t OptionBit0 = 1;  // added to the default if the client asks for it
 }  // namespace WatchParameters
 
-// The report of one change: a node with the two attributes below, both required. Its first child is the changed node;
-// it is missing if the service has none to show.
+// The report of one change: a node with the two attributes below. Both are required. Its first child is the changed
+// node. If the service cannot provide the changed node, there is no child.
 namespace ChangeNotification {
 inline constexpr WideChar ModifiedNodePath[] = u"ModifiedNodePath";  // text: the full path of the changed node
 inline constexpr WideChar ChangesMask[] = u"ChangesMask";            // 64-bit number: the kinds of this change
 }  // namespace ChangeNotification
 
-// Enumerates the notification nodes of one report. The thread that received the report calls it.
+// Enumerates the notification nodes of one report. It is used on the thread that received the report.
 struct IACNodeEnumerator : IComponentUnknown {
-    // Starts again before the first node.
+    // Makes Next continue with the first node.
     virtual HRESULT Reset() = 0;
-    // Stores the next node and returns 0. The caller closes the handle. Any other code means that no node is left; a
-    // failure cannot be told from the end.
+    // Stores the next node and returns 0. The caller closes the handle. Any other code means that no node is left or
+    // that the call failed; the two cannot be distinguished.
     virtual HRESULT Next(AcnHandle* node) = 0;
 };
 
@@ -53,14 +53,14 @@ struct IACNodeModifyEnum : IComponentUnknown {
 
 // A watch, as its client holds it.
 struct IACModifySubscription : IComponentUnknown {
-    // Begins the reports. Before this call no change is reported.
+    // Starts the reports. No change is reported before this call.
     virtual HRESULT Start() = 0;
 };
 
 // Implemented by the client of a watch.
 struct IACModifyCallback : IComponentUnknown {
     // Reports changes. `subscription` is the pointer that AddSubscription returned. The arguments are borrowed. The
-    // service calls on threads of its own.
+    // service calls this on its own threads.
     virtual HRESULT OnTriggered(IACModifySubscription* subscription, int kind, IACNodeModifyEnum* modifications) = 0;
 };
 
@@ -68,12 +68,12 @@ struct IACModifyCallback : IComponentUnknown {
 struct IACConfigService : IComponentUnknown {
     static constexpr GUID Id{0xB3BE9604, 0x1352, 0x4DAB, {0xB4, 0x13, 0xD3, 0x77, 0x64, 0xC0, 0xCE, 0x97}};
 
-    // Makes a watch and stores it with one reference. `filter` and `parameters` are borrowed for the call. The service
-    // counts no reference on `callback`: it must live until the watch has ended.
+    // Creates a watch and stores it with one reference. `filter` and `parameters` are borrowed for the call. The
+    // service counts no reference to `callback`: it must live until the watch has ended.
     virtual HRESULT AddSubscription(AcnHandle filter, AcnHandle parameters, IACModifyCallback* callback,
                                     IACModifySubscription** subscription) = 0;
-    // Ends a watch, as the last Release of its subscription does. After either has returned, no report is running and
-    // none follows.
+    // Ends a watch. The last Release of the subscription also ends it. After either call has returned, no report to the
+    // callback is running and none follows.
     virtual HRESULT RemoveSubscription(IACModifySubscription* subscription) = 0;
 };
 

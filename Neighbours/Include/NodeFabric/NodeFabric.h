@@ -1,4 +1,4 @@
-// The node store: trees of nodes with typed attributes, reached through counted handles.
+// The node store: trees of nodes with typed attributes, accessed through counted handles.
 //
 // Handles. All look-ups of a node return the same handle value. Each look-up counts one handle, which the caller must
 // close. An open handle keeps its node and the node's ancestors alive.
@@ -13,7 +13,7 @@
 // Texts end with a 0 character.
 //
 // Buffers. On input `*size` is the capacity of the buffer, on output the size of the text or value. If it does not fit,
-// the code is 0x8007007A and `*size` is the capacity required. A null buffer has no capacity. Names and types are
+// the code is 0x8007007A and `*size` is the capacity required. A null buffer has the capacity 0. Names and types are
 // counted in characters including the terminator, attributes in bytes.
 #pragma once
 
@@ -41,10 +41,10 @@ inline constexpr std::uint32_t AcnWholeTree = 0x7FFFFFFF;  // the depth of a clo
 
 extern "C" {
 
-// Creates a node that has no parent. A null name or type is an empty one.
+// Creates a node that has no parent. A null name or type means an empty one.
 PLATFORM_EXPORT Platform::HRESULT AcnCreateNode(const Platform::WideChar* name, const Platform::WideChar* type,
                                                 AcnHandle* out);
-// Counts one more handle of the node and stores it.
+// Counts one more handle to the node and stores it.
 PLATFORM_EXPORT Platform::HRESULT AcnDuplicateNodeHandle(AcnHandle node, AcnHandle* out);
 PLATFORM_EXPORT Platform::HRESULT AcnCloseNodeHandle(AcnHandle node);
 
@@ -63,13 +63,14 @@ PLATFORM_EXPORT Platform::HRESULT AcnGetChildByName(AcnHandle node, const Platfo
 PLATFORM_EXPORT Platform::HRESULT AcnGetNodeName(AcnHandle node, std::uint32_t kind, Platform::WideChar* buffer,
                                                  std::uint32_t* size);
 PLATFORM_EXPORT Platform::HRESULT AcnGetNodeType(AcnHandle node, Platform::WideChar* buffer, std::uint32_t* size);
-// Reads all names in the order in which they were first set. Each name ends with a 0, and the list with one more.
+// Reads all names in the order in which they were first set. Each name ends with a 0, and one more 0
+// ends the list.
 PLATFORM_EXPORT Platform::HRESULT AcnGetAttributeNames(AcnHandle node, Platform::WideChar* buffer, std::uint32_t* size);
 
 // Reads an attribute as `*type`, or as its stored type if `type` is null, and stores the type of the result in
 // `*outType`. `type`, `buffer`, `size` and `outType` may be null, but a buffer requires a size; if all four are null,
-// the code only reports whether the attribute exists. Numeric types (3, 4, 6, 7) convert into one another if the value
-// fits, and the two text types convert freely. Any other conversion is 0x8007065D (datatype mismatch).
+// the result code only reports whether the attribute exists. Numeric types (3, 4, 6, 7) convert into one another if the
+// value fits, and the two text types convert freely. Any other conversion is 0x8007065D (datatype mismatch).
 PLATFORM_EXPORT Platform::HRESULT AcnGetAttribute(AcnHandle node, const Platform::WideChar* name,
                                                   const std::uint16_t* type, void* buffer, std::uint32_t* size,
                                                   std::uint16_t* outType);

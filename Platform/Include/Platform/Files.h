@@ -17,7 +17,7 @@ inline constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 inline constexpr DWORD INVALID_FILE_SIZE = 0xFFFFFFFF;
 inline constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
 
-// Identifies a file among all files. After a file is deleted, a new file does not get its numbers.
+// Identifies a file among all files. The numbers of a deleted file are not reused for a new file.
 struct BY_HANDLE_FILE_INFORMATION {
     DWORD dwVolumeSerialNumber;
     DWORD nFileIndexHigh;
@@ -25,13 +25,14 @@ struct BY_HANDLE_FILE_INFORMATION {
 };
 
 // Opens a file for appending, and creates it if it does not exist. `access` must be FILE_APPEND_DATA and `disposition`
-// OPEN_ALWAYS, else ERROR_INVALID_PARAMETER. `sharing` is 0 or all three FILE_SHARE flags: with 0 the file cannot be
-// opened again by this function while the handle is open. A conflict is ERROR_SHARING_VIOLATION. Child processes do not
-// inherit the handle. Returns INVALID_HANDLE_VALUE on failure. The caller must close the handle.
+// OPEN_ALWAYS; otherwise the call fails with ERROR_INVALID_PARAMETER. `sharing` is 0 or all three FILE_SHARE flags:
+// with 0 the file cannot be opened again by this function while the handle is open. A conflict fails with
+// ERROR_SHARING_VIOLATION. Child processes do not inherit the handle. Returns INVALID_HANDLE_VALUE on failure. The
+// caller must close the handle.
 PLATFORM_EXPORT HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
                                    DWORD attributes, HANDLE templateFile) noexcept;
 
-// Appends the bytes as one piece: the bytes of other threads and processes are not written between them. A process that
+// Appends the bytes in one piece: no bytes of other threads or processes are written between them. A process that
 // limits the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends when the limit is reached.
 PLATFORM_EXPORT BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
 
@@ -47,11 +48,12 @@ PLATFORM_EXPORT BOOL CloseHandle(HANDLE handle) noexcept;
 
 // Returns FILE_ATTRIBUTE_DIRECTORY or FILE_ATTRIBUTE_NORMAL, or INVALID_FILE_ATTRIBUTES on failure.
 PLATFORM_EXPORT DWORD GetFileAttributesW(const WideChar* path) noexcept;
-// Creates one directory. ERROR_PATH_NOT_FOUND if its parent does not exist, ERROR_ALREADY_EXISTS if the name is in use.
+// Creates one directory. Fails with ERROR_PATH_NOT_FOUND if its parent does not exist, and with ERROR_ALREADY_EXISTS if
+// the name is in use.
 PLATFORM_EXPORT BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept;
 
 // Joins two paths with one "\" and resolves "." and "..". If `rest` is absolute, `base` is ignored. `result` must have
-// room for 260 characters, or for the sum of both lengths and 2 more if that is larger. Returns `result`, or null if
+// room for 260 characters or for the sum of both lengths plus 2, whichever is larger. Returns `result`, or null if
 // the text is too long for a path.
 PLATFORM_EXPORT WideChar* PathCombineW(WideChar* result, const WideChar* base, const WideChar* rest) noexcept;
 

@@ -22,7 +22,7 @@ inline constexpr DWORD VER_MINORVERSION = 1;
 inline constexpr DWORD VER_MAJORVERSION = 2;
 inline constexpr DWORD VER_SERVICEPACKMAJOR = 0x20;
 inline constexpr std::uint8_t VER_GREATER_EQUAL = 3;
-// Adds the condition of one version part to the mask.
+// Returns the mask with the condition for one version part added.
 PLATFORM_EXPORT std::uint64_t VerSetConditionMask(std::uint64_t mask, DWORD type, std::uint8_t condition) noexcept;
 // Returns TRUE if the running system meets every condition of the mask, FALSE with ERROR_OLD_WIN_VERSION if it does
 // not.
@@ -31,7 +31,8 @@ PLATFORM_EXPORT BOOL VerifyVersionInfoW(OSVERSIONINFOEXW* wanted, DWORD types, s
 // The identity that a thread impersonates. OpenThreadToken fails with ERROR_NO_TOKEN if the thread impersonates nobody.
 inline constexpr DWORD TOKEN_IMPERSONATE = 4;
 PLATFORM_EXPORT BOOL OpenThreadToken(HANDLE thread, DWORD access, BOOL openAsSelf, HANDLE* token) noexcept;
-// Sets the identity of a thread; null is the calling thread. A null token reverts to the identity of the process.
+// Sets the identity of a thread. If `thread` is null, this is the calling thread. A null token restores the identity of
+// the process.
 PLATFORM_EXPORT BOOL SetThreadToken(HANDLE* thread, HANDLE token) noexcept;
 
 // Stores the return addresses of the call stack. If no frame is skipped, the first one is in the function that called

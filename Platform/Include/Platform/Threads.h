@@ -7,57 +7,60 @@
 
 namespace Platform {
 
-inline constexpr DWORD INFINITE = 0xFFFFFFFF;  // a time-out that never comes
+inline constexpr DWORD INFINITE = 0xFFFFFFFF;  // no time-out
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
 inline constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
 
-// A lock for one writer or many readers, not recursive. It needs no clean-up, and must outlive the calls that are made
-// for it. Only the back end reads its words.
+// A lock for one writer or many readers. It is not recursive. It needs no clean-up. It must stay valid until all calls
+// that use it have returned. Only the back end uses its words.
 struct alignas(8) SRWLOCK {
     std::uint32_t words[2];
 };
 static_assert(sizeof(SRWLOCK) == 8);
 inline constexpr SRWLOCK SRWLOCK_INIT = {};
 
-// Waits for threads that wait with it until they are woken. As for the lock: no clean-up, outlives its calls.
+// A condition variable: threads wait with it until they are woken. It needs no clean-up and must stay valid until all
+// calls that use it have returned.
 struct alignas(8) CONDITION_VARIABLE {
     std::uint32_t words[2];
 };
 static_assert(sizeof(CONDITION_VARIABLE) == 8);
 inline constexpr CONDITION_VARIABLE CONDITION_VARIABLE_INIT = {};
 
-// Exclusive (for writing) and shared (for reading). Neither kind is fair. A thread must not acquire a lock that it
-// holds, in whichever way, and only the thread that acquired a lock releases it. TryAcquireSRWLockExclusive returns
-// TRUE if it acquired the lock, and never waits.
+// Acquire and release a lock, exclusively (for writing) or shared (for reading). Waiting threads get the lock in no
+// particular order. A thread must not acquire a lock that it already holds, exclusively or shared. A lock must be
+// released by the thread that acquired it. TryAcquireSRWLockExclusive never waits; it returns TRUE if it acquired the
+// lock.
 PLATFORM_EXPORT void AcquireSRWLockExclusive(SRWLOCK* lock) noexcept;
 PLATFORM_EXPORT BOOL TryAcquireSRWLockExclusive(SRWLOCK* lock) noexcept;
 PLATFORM_EXPORT void ReleaseSRWLockExclusive(SRWLOCK* lock) noexcept;
 PLATFORM_EXPORT void AcquireSRWLockShared(SRWLOCK* lock) noexcept;
 PLATFORM_EXPORT void ReleaseSRWLockShared(SRWLOCK* lock) noexcept;
 
-// Releases the lock, which the caller holds exclusively, and sleeps as one step, until a wake or for that many
-// milliseconds of a monotonic clock; then acquires the lock again. Returns FALSE with ERROR_TIMEOUT at the end of the
-// time. A wake may come without a call of the functions below. Flags other than 0 are ERROR_INVALID_PARAMETER: the lock
-// stays held.
+// Releases the lock, which the caller must hold exclusively, and sleeps; no wake between the two is missed. The sleep
+// ends when the thread is woken or after `milliseconds` of a monotonic clock. Then the call acquires the lock again. It
+// returns FALSE with ERROR_TIMEOUT if the time has passed. It may also return TRUE although no thread has called a
+// function below. If `flags` is not 0, it fails with ERROR_INVALID_PARAMETER and does not release the lock.
 PLATFORM_EXPORT BOOL SleepConditionVariableSRW(CONDITION_VARIABLE* condition, SRWLOCK* lock, DWORD milliseconds,
                                                DWORD flags) noexcept;
-// Wake one sleeping thread, or all, with the lock held or not.
+// Wake one sleeping thread, or all of them. The caller need not hold the lock.
 PLATFORM_EXPORT void WakeConditionVariable(CONDITION_VARIABLE* condition) noexcept;
 PLATFORM_EXPORT void WakeAllConditionVariable(CONDITION_VARIABLE* condition) noexcept;
 
-// What a thread runs. Nobody reads the result.
+// The function that a thread runs. Its result is ignored.
 using LPTHREAD_START_ROUTINE = DWORD (*)(void* argument) noexcept;
 
-// Starts a thread and returns its handle, which stays valid after the thread's end and which the caller closes. Closing
-// it doesn't end the thread. Returns null with ERROR_MAX_THRDS_REACHED if there are too many threads, with
-// ERROR_NOT_ENOUGH_MEMORY, or with the code of another refusal of the system. Everything but the routine and its
-// argument must be null or 0, else ERROR_INVALID_PARAMETER: the stack has the system's default size.
+// Starts a thread and returns its handle. The caller must close the handle, which stays valid after the thread has
+// ended; closing it does not end the thread. Returns null on failure: with ERROR_MAX_THRDS_REACHED if there are too
+// many threads, with ERROR_NOT_ENOUGH_MEMORY, or with another code of the system. All arguments except `routine` and
+// `argument` must be null or 0, otherwise the call fails with ERROR_INVALID_PARAMETER. The stack has the system's
+// default size.
 PLATFORM_EXPORT HANDLE CreateThread(void* security, std::size_t stackSize, LPTHREAD_START_ROUTINE routine,
                                     void* argument, DWORD flags, DWORD* threadId) noexcept;
 
-// Waits until the thread of the handle has ended, and is gone from the process. Returns WAIT_OBJECT_0, or WAIT_FAILED
-// with ERROR_INVALID_HANDLE for what is no thread and with ERROR_INVALID_PARAMETER for another time-out than INFINITE.
-// Any number of threads may wait, but not the one that is waited for.
+// Waits until the thread has ended and no longer exists in the process. Returns WAIT_OBJECT_0. Returns WAIT_FAILED with
+// ERROR_INVALID_HANDLE if the handle is not that of a thread, and with ERROR_INVALID_PARAMETER if `milliseconds` is not
+// INFINITE. Any number of threads may wait for a thread, but a thread must not wait for itself.
 PLATFORM_EXPORT DWORD WaitForSingleObject(HANDLE thread, DWORD milliseconds) noexcept;
 
 }  // namespace Platform

@@ -37,18 +37,18 @@ PLATFORM_EXPORT void GetSystemTimeAsFileTime(FILETIME* time) noexcept;
 PLATFORM_EXPORT void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept;
 
 // Converts UTC to local time with the offset that the zone of the process has at `*utc`. Fails with
-// ERROR_INVALID_PARAMETER.
+// ERROR_INVALID_PARAMETER if a pointer is null or a time is out of range.
 PLATFORM_EXPORT BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) noexcept;
 
-// Convert between a time and its calendar fields, from 1601 to 30827. No time zone is applied. Fail with
-// ERROR_INVALID_PARAMETER.
+// Convert between a time and its calendar fields, for the years 1601 to 30827. No time zone is applied. Fail with
+// ERROR_INVALID_PARAMETER if a pointer is null or a value is out of range.
 PLATFORM_EXPORT BOOL FileTimeToSystemTime(const FILETIME* time, SYSTEMTIME* fields) noexcept;
 PLATFORM_EXPORT BOOL SystemTimeToFileTime(const SYSTEMTIME* fields, FILETIME* time) noexcept;
 
 // Stores the biases of the zone of the process and returns which of them applies now: one of the TIME_ZONE_ID values.
 PLATFORM_EXPORT DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcept;
 
-// Read a monotonic counter of high resolution, and its number of ticks per second.
+// Read a monotonic counter of high resolution and the number of its ticks per second.
 PLATFORM_EXPORT BOOL QueryPerformanceCounter(std::int64_t* counter) noexcept;
 PLATFORM_EXPORT BOOL QueryPerformanceFrequency(std::int64_t* frequency) noexcept;
 

@@ -1,4 +1,4 @@
-// A condition variable over that of the platform. Its waits count on the monotonic clock.
+// A condition variable based on that of the platform. Deadlines are times of the monotonic clock.
 #pragma once
 
 #include <algorithm>
@@ -8,22 +8,22 @@
 
 namespace Harbor {
 
-// Constant-initialised. The lock given to a wait is held by the caller: it is free during the sleep, and held again
-// when the wait returns and whenever the predicate is asked.
+// Constant-initialised. The caller of a wait must hold the lock. The wait releases the lock while the thread sleeps;
+// the lock is held when the predicate is called and when the wait returns.
 class ConditionVariable {
 public:
     constexpr ConditionVariable() noexcept = default;
     ConditionVariable(const ConditionVariable&) = delete;
     ConditionVariable& operator=(const ConditionVariable&) = delete;
 
-    // Until the predicate is true.
+    // Waits until the predicate returns true.
     template <class Predicate>
     void Wait(UniqueLock& lock, Predicate predicate) noexcept {
         while (!predicate()) Sleep(lock, Platform::INFINITE);
     }
 
-    // Until the predicate is true or the deadline has come. Returns the predicate's last answer. Also a deadline that
-    // has passed frees the lock for a moment, unless the predicate is true at once.
+    // Waits until the predicate returns true or the deadline has passed. Returns the last result of the predicate. If
+    // the first call of the predicate returns false, the lock is released for a moment even if the deadline has passed.
     template <class Predicate>
     [[nodiscard]] bool WaitUntil(UniqueLock& lock, MonotonicClock::time_point deadline, Predicate predicate) noexcept {
         while (!predicate()) {

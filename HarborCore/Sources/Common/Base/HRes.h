@@ -1,4 +1,4 @@
-// The result of an operation, and the exception that a failed one becomes.
+// The result of an operation, and the exception that reports a failure.
 //
 // A call that returns an HRESULT is usually checked by `ThrowIfFailed(SomeCall());`. A failed code is thrown as HRX.
 // The HRX carries the text that the callee left in the thread's error object, the address of this statement and the
@@ -13,8 +13,8 @@
 // | HRES::FromWin32(error)                      | no                              | yes               |
 // | HRES::FromWin32Unchecked(error)             | no                              | no                |
 //
-// Platform::BOOL is the same type as HRESULT. So a platform function's boolean must be passed to FromBool or converted
-// to bool: assigned as it is, it would be taken for a code.
+// Platform::BOOL is the same type as HRESULT. Therefore the boolean of a platform function must be passed to FromBool
+// or converted to bool. If it were assigned directly, it would be treated as a code.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-// Locks over those of the platform, to be used with the scope guards of the standard library. All are
-// constant-initialised and need no end, so that they may be globals.
+// Locks based on those of the platform. Use them with the scope guards of the standard library. They are
+// constant-initialised and need no clean-up, so they may be globals.
 #pragma once
 
 #include <atomic>
@@ -9,7 +9,7 @@
 
 namespace Harbor {
 
-// For one thread at a time, not recursive.
+// An exclusive lock. It is not recursive.
 class Lock {
 public:
     constexpr Lock() noexcept = default;
@@ -27,9 +27,9 @@ private:
 };
 
 using LockGuard = std::lock_guard<Lock>;
-using UniqueLock = std::unique_lock<Lock>;  // for waits, and for a lock that is let go before the end of its scope
+using UniqueLock = std::unique_lock<Lock>;  // for waits, and to unlock before the end of the scope
 
-// For many readers or one writer, not recursive.
+// A lock for many readers or one writer. It is not recursive.
 class ReaderWriterLock {
 public:
     constexpr ReaderWriterLock() noexcept = default;
@@ -45,14 +45,14 @@ private:
     Platform::SRWLOCK native_ = Platform::SRWLOCK_INIT;
 };
 
-// Tells the threads of the process apart for as long as they live, at less cost than the system's ids.
+// Identifies a thread of the process while it runs. It costs less than the system's thread id.
 using ThreadMark = const void*;
 inline ThreadMark MarkOfThisThread() noexcept {
     static constinit thread_local char mark = 0;
     return &mark;
 }
 
-// A Lock that knows which thread holds it.
+// A Lock that records which thread holds it.
 class HolderLock {
 public:
     constexpr HolderLock() noexcept = default;
@@ -71,7 +71,7 @@ public:
         lock_.unlock();
     }
 
-    // Any thread may ask. The answer holds until the thread itself changes it.
+    // Any thread may call it. The result cannot change until the calling thread acquires or releases the lock.
     [[nodiscard]] bool IsHeldByThisThread() const noexcept {
         return holder_.load(std::memory_order_relaxed) == MarkOfThisThread();
     }
@@ -81,7 +81,7 @@ private:
     std::atomic<ThreadMark> holder_{nullptr};
 };
 
-// A recursive lock: its holder may take it again, and releases it as many times.
+// A recursive lock: the thread that holds it may acquire it again, and must release it as often as it has acquired it.
 class CriticalSection {
 public:
     constexpr CriticalSection() noexcept = default;

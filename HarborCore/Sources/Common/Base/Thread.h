@@ -1,4 +1,4 @@
-// A thread of the platform, owned.
+// Owns a thread of the platform.
 #pragma once
 
 #include <utility>
@@ -8,7 +8,7 @@
 
 namespace Harbor {
 
-// Not safe for use by several threads at a time.
+// Only one thread may use an object at a time. The destructor calls Join.
 class Thread {
 public:
     Thread() noexcept = default;
@@ -16,9 +16,9 @@ public:
     Thread& operator=(const Thread&) = delete;
     ~Thread() { Join(); }
 
-    // Runs a method of the object on a new thread: `thread.Start<&Server::Serve>(server)`. The object must live as long
-    // as the thread. There must be no thread yet. Returns why the system refuses: 0x800700A4 (no more threads),
-    // E_OUTOFMEMORY, or its own code.
+    // Runs a method of the object on a new thread: `thread.Start<&Server::Serve>(server)`. The object must stay alive
+    // until the thread has ended. Must not be called while this owns a thread. Returns S_OK, or if the system refuses
+    // the thread: 0x800700A4 (no more threads), E_OUTOFMEMORY, or the system's own code.
     template <auto Method, class Object>
     [[nodiscard]] HRESULT Start(Object* object) noexcept {
         static_assert(noexcept((object->*Method)()));
@@ -30,9 +30,9 @@ public:
             object);
     }
 
-    // Waits for the end of the thread, if there is one. Not on that thread.
+    // Waits until the thread has ended, if this owns one. Must not be called on that thread.
     void Join() noexcept;
-    // Lets the thread go on by itself.
+    // Gives up the thread, which continues to run.
     void Detach() noexcept;
 
 private:
