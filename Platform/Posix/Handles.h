@@ -1,4 +1,4 @@
-// What a handle stands for.
+// The object that a handle refers to.
 #pragma once
 
 #include <atomic>
@@ -8,7 +8,7 @@
 
 namespace Platform {
 
-// It counts the handles that stand for it, so that a second one costs no system call.
+// It counts the handles that refer to it, so that a second one costs no system call.
 struct HandleOpaque {
     enum class Kind { File, Thread };
 

@@ -163,7 +163,7 @@ void AcquireSRWLockShared(SRWLOCK* lock) noexcept {
 
 void ReleaseSRWLockShared(SRWLOCK* lock) noexcept {
     const std::uint32_t left = StateOf(lock).fetch_sub(Reader, std::memory_order_release) - Reader;
-    // Readers sleep only behind a writer that sleeps or holds the lock.
+    // Readers sleep only while a writer sleeps or holds the lock.
     if (IsFree(left) && (left & WritersWait) != 0) [[unlikely]]
         WakeSleepers(lock, left);
 }

@@ -20,7 +20,7 @@ using ManagerPtr = ComponentPtr<CComponentObject<ActionManager>>;
 
 constexpr TimedActionSettings EveryMillisecond{0, false, 0, TimedActionType::Repeat, 1};
 
-// Counts its calls. One that is told about an action after its manager's end breaks the first promise of all.
+// Counts its calls. A call after the manager's end breaks a promise.
 class Listener : public Neighbour<IActionListener> {
 public:
     HRESULT OnActionTriggered(IActionSubscription* subscription, IAction*) override {
@@ -249,7 +249,7 @@ void ReportACommandOfAWatchThatEnds(HRESULT removal) {
         ended->Start();
         bool reported = false;
         const RunThread reporting([&] {
-            // A service may be late with a report that has begun, and goes on where it could not end the watch.
+            // A service may finish a report late, and continues reporting if it could not end the watch.
             if (service.removed.empty() || Failed(removal)) service.Report();
             reported = true;
         });

@@ -19,8 +19,8 @@ inline std::uint64_t NumberFromEnvironment(const char* name, std::uint64_t other
     return text != nullptr ? std::stoull(text) : otherwise;
 }
 
-// Ends the process after a failure: the threads of that run stand in the code under test. A single seed runs after seed
-// 0, as it does among the others: the first run of a process also builds what is built once, and takes more steps.
+// Ends the process after a failure: the threads of that run are stuck in the code under test. A single seed runs after
+// seed 0, as it does among the others: the first run of a process also builds what is built once, and takes more steps.
 inline void ExpectPromisesKept(const std::function<void()>& scenario) {
     const auto run = [&](std::uint64_t seed) {
         if (const auto failure = Run(seed, scenario)) {

@@ -26,7 +26,7 @@ constexpr HRESULT HResultFromWin32(std::uint32_t error) noexcept {
     return static_cast<HRESULT>(error) <= 0 ? static_cast<HRESULT>(error) : MakeHResult(0x80070000u | (error & 0xFFFF));
 }
 
-// The failures of the node store that its callers tell apart.
+// The failures of the node store that its callers distinguish.
 inline constexpr HRESULT NOT_FOUND = HResultFromWin32(1168);          // 0x80070490: no such attribute or child
 inline constexpr HRESULT BUFFER_TOO_SMALL = HResultFromWin32(122);    // 0x8007007A: the needed size was stored
 inline constexpr HRESULT DATATYPE_MISMATCH = HResultFromWin32(1629);  // 0x8007065D: stored as another type
