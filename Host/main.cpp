@@ -43,7 +43,8 @@ int Fail(int code, const std::string& text) {
 
 int main(int argc, char** argv) {
     try {
-        return std::visit([](const auto& options) { return Execute(options); }, ParseOptions(argc, argv));
+        const int code = std::visit([](const auto& options) { return Execute(options); }, ParseOptions(argc, argv));
+        return std::cout.flush() ? code : Fail(ExitCode::Failure, "the output could not be written");
     } catch (const BadInput& failure) {
         return Fail(ExitCode::BadInput, failure.what());
     } catch (const Harbor::HRX& failure) {

@@ -11,7 +11,7 @@ namespace Host {
 
 namespace ExitCode {
 inline constexpr int Success = 0;
-inline constexpr int Failure = 1;    // a call failed, objects were left alive, or the module refuses a schedule
+inline constexpr int Failure = 1;    // a call or the output failed, objects were left alive, or a schedule is refused
 inline constexpr int BadInput = 2;   // on the command line or in a file
 inline constexpr int NoTrigger = 3;  // of `compare`
 }  // namespace ExitCode
@@ -22,6 +22,15 @@ public:
     using runtime_error::runtime_error;
 };
 
+// A text that does not have the form of its option. The message states the rule and the remedy; the caller that knows
+// the option turns it into BadInput.
+class BadForm : public std::runtime_error {
+public:
+    using runtime_error::runtime_error;
+};
+
+// Makes the message: SOURCE: "VALUE" is not valid: RULE.
+[[nodiscard]] BadInput InvalidValue(std::string_view source, std::string_view value, const BadForm& form);
 // Makes the usual message: SOURCE: "VALUE" is not valid; expected EXPECTED. `source` is an option, for instance.
 [[nodiscard]] BadInput InvalidValue(std::string_view source, std::string_view value, std::string_view expected);
 

@@ -11,7 +11,9 @@
 #include "Host/CommandLine/ConfigFile.h"
 #include "Host/Console/Environment.h"
 #include "Host/Run/CommandPoint.h"
+#include "Host/Schedules/Duration.h"
 #include "Host/Schedules/LocalTime.h"
+#include "Host/Schedules/ScheduleRefusal.h"
 #include "Host/Schedules/ScheduleText.h"
 
 namespace Host {
@@ -36,12 +38,12 @@ Examples:
   ActionHost next 06:30:00,6h --local --zone Europe/Helsinki --from 2026-03-28T12:00:00Z
   ActionHost explain 90m                      what does it do, or why is it refused?
 
-While it runs, it reads commands from standard input; type help for a list. SIGINT and SIGTERM stop it
-cleanly. The due time is computed with the module's own arithmetic, so the lateness is exact to the clock's
+While it runs, it reads commands from standard input; type help for a list. SIGINT, SIGTERM and
+SIGHUP stop it cleanly. The due time is computed with the module's own arithmetic, so the lateness is exact to the clock's
 tick for --at, and too high by the duration of the registering call (well below a millisecond) for --every.
 For --watch it is measured from the writing of the command.
 
-Exit codes: 0 success; 1 a call failed, objects were left alive, or the module refuses a schedule (next,
+Exit codes: 0 success; 1 a call or the output failed, objects were left alive, or a schedule is refused (next,
 explain); 2 invalid input; 3 no trigger (compare).)";
 
 // The values as they are written, before they are parsed.
@@ -102,10 +104,10 @@ void AddRunOptions(CLI::App& app, Written& written) {
     AddValue(app, "--polling", written.polling, "MS",
              "pause of the worker between two cycles, in milliseconds (default 100)");
     AddRepeatable(app, "--every", written.every, "DURATION",
-                  "a run in each interval, such as 500ms, 2s, 10m, 1h or 1d (repeatable)");
+                  "a run in each interval, such as 500ms, 2s, 1h30m or 1d (repeatable)");
     AddRepeatable(app, "--at", written.at, "HH:MM:SS[,INTERVAL]",
                   "a first run at a time of day, then one in each interval (default 1d); +DURATION instead of the time "
-                  "counts from now (repeatable)");
+                  "counts from now, less than a day (repeatable)");
     app.add_flag("--local", written.local, "times of --at are local instead of UTC");
     AddRepeatable(app, "--watch", written.watch, "PARENT/LEAF", "a command point (repeatable)");
     app.add_flag("--bit0", written.bit0, "set bit 0 in the options of the --watch subscriptions");
@@ -173,30 +175,41 @@ auto Read(const std::string& option, const std::string& value, std::string_view 
     return *parsed;
 }
 
-template <class T, class Parse>
-void ReadAll(std::vector<Labelled<T>>& out, const std::string& option, const std::vector<std::string>& values,
-             const std::string& labelEnd, std::string_view expected, Parse parse) {
-    for (const std::string& value : values) {
-        out.push_back({option.substr(2) + " " + value + labelEnd, Read(option, value, expected, parse)});
+// Parses a duration or a schedule, or throws BadInput with what is wrong with it.
+template <class Parse>
+auto ReadForm(const std::string& option, const std::string& value, Parse parse) {
+    try {
+        return parse(value);
+    } catch (const BadForm& form) {
+        throw InvalidValue(option, value, form);
     }
 }
 
-// Nothing for schedules in UTC.
-std::optional<std::int32_t> BiasOf(const Written& written, const TimePoint& now) {
-    return written.local ? std::optional(LocalBias(now)) : std::nullopt;
+ClockKind ClockOf(const Written& written) {
+    return written.local ? ClockKind::Local : ClockKind::Utc;
 }
 
-void ReadRunSchedules(RunOptions& options, const Written& written) {
-    const TimePoint now = CurrentTime();
-    const auto bias = BiasOf(written, now);
-    ReadAll(options.schedules, "--every", written.every, "", DurationForm, ParseRepeat);
-    ReadAll(options.schedules, "--at", written.at, written.local ? " local" : "", ClockScheduleForm,
-            [&](const std::string& value) { return ParseClockSchedule(value, bias, now); });
+std::string LabelOf(const std::string& text, const TimedActionSettings& settings) {
+    return settings.IsLocalTime ? text + " local" : text;
+}
+
+// Throws BadInput for a schedule that the module would refuse, before anything is registered.
+template <class Parse>
+void ReadRunSchedules(RunOptions& options, const std::string& option, const std::vector<std::string>& values,
+                      Parse parse) {
+    for (const std::string& value : values) {
+        const TimedActionSettings settings = ReadForm(option, value, parse);
+        if (const auto refusal = RefusalOf(settings)) throw BadInput(option + " " + value + ": " + *refusal);
+        options.schedules.push_back({LabelOf(option.substr(2) + " " + value, settings), settings});
+    }
 }
 
 void ReadWatches(RunOptions& options, const Written& written) {
-    ReadAll(options.watches, "--watch", written.watch, "", CommandPointForm, ParseCommandPoint);
-    for (auto& watch : options.watches) watch.value.WithOptionBit0 = written.bit0;
+    for (const std::string& value : written.watch) {
+        auto point = Read("--watch", value, CommandPointForm, ParseCommandPoint);
+        point.WithOptionBit0 = written.bit0;
+        options.watches.push_back({"watch " + value, point});
+    }
 }
 
 std::string ModulePath(const Written& written) {
@@ -212,14 +225,17 @@ Options ReadRun(const Written& written) {
     options.modulePath = ModulePath(written);
     options.polling = std::chrono::milliseconds{
         Read("--polling", written.polling, "a whole number of milliseconds below 2^32", ParseNumber<std::uint32_t>)};
-    ReadRunSchedules(options, written);
+    ReadRunSchedules(options, "--every", written.every, ParseRepeat);
+    ReadRunSchedules(options, "--at", written.at, [&, now = CurrentTime()](const std::string& value) {
+        return ParseClockSchedule(value, ClockOf(written), now);
+    });
     ReadWatches(options, written);
     if (options.schedules.empty() && options.watches.empty()) {
         throw BadInput("nothing to register; use --every, --at or --watch, or see ActionHost --help for examples");
     }
     for (const std::string& command : written.commands) options.commands.push_back(ParseTimedCommand(command));
     if (!written.duration.empty()) {
-        options.duration = Read("--duration", written.duration, DurationForm, ParseDuration);
+        options.duration = ReadForm("--duration", written.duration, ParseDuration).Length();
     }
     options.format = FormatOf(written);
     return options;
@@ -247,12 +263,11 @@ Options ReadCompare(const Written& written) {
 
 // The schedules of next and explain, as they are registered at `now`.
 std::vector<Labelled<TimedActionSettings>> ReadSchedules(const Written& written, const TimePoint& now) {
-    const auto bias = BiasOf(written, now);
     std::vector<Labelled<TimedActionSettings>> schedules;
     for (const std::string& text : written.schedules) {
-        const auto settings = Read("SCHEDULE", text, ScheduleForm,
-                                   [&](const std::string& value) { return ParseSchedule(value, bias, now); });
-        schedules.push_back({settings.IsLocalTime ? text + " local" : text, settings});
+        const auto settings = ReadForm(
+            "SCHEDULE", text, [&](const std::string& value) { return ParseSchedule(value, ClockOf(written), now); });
+        schedules.push_back({LabelOf(text, settings), settings});
     }
     return schedules;
 }

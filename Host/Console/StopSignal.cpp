@@ -15,7 +15,7 @@
 namespace Host {
 namespace {
 
-constexpr std::array StoppingSignals{SIGINT, SIGTERM};
+constexpr std::array StoppingSignals{SIGINT, SIGTERM, SIGHUP};
 
 // Global, since a signal handler gets no argument of the program's. The pipe is never emptied: a request is not
 // withdrawn.

@@ -1,12 +1,12 @@
-// A request to stop: by SIGINT, SIGTERM, or the program itself.
+// A request to stop: by SIGINT, SIGTERM, SIGHUP, or the program itself.
 #pragma once
 
 #include <chrono>
 
 namespace Host {
 
-// While it exists, SIGINT and SIGTERM request a stop instead of ending the process. After the first signal each of them
-// has its default action again, so that a second one ends a program that hangs. There is at most one object at a time.
+// While it exists, these signals request a stop instead of ending the process. After the first signal each of them has
+// its default action again, so that a second one ends a program that hangs. There is at most one object at a time.
 class StopSignal {
 public:
     StopSignal();

@@ -10,7 +10,7 @@
 #include "Common/Base/Text.h"
 #include "Host/Base/Failure.h"
 #include "Host/Run/CommandPoint.h"
-#include "Host/Schedules/ScheduleText.h"
+#include "Host/Schedules/Duration.h"
 
 namespace Host {
 namespace {
@@ -109,9 +109,12 @@ std::string CommandHelp() {
 
 TimedCommand ParseTimedCommand(std::string_view text) {
     const std::size_t space = std::min(text.find(' '), text.size());
-    const auto after = ParseDuration(text.substr(0, space));
-    if (!after) throw InvalidValue("--do", text, "DURATION COMMAND, such as 3s start Plant Line1");
-    return {*after, ParseCommand(text.substr(space), "--do")};
+    const std::string_view delay = text.substr(0, space);
+    try {
+        return {ParseDuration(delay).Length(), ParseCommand(text.substr(space), "--do")};
+    } catch (const BadForm& form) {
+        throw InvalidValue("--do", delay, form);
+    }
 }
 
 }  // namespace Host

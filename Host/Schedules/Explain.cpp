@@ -3,8 +3,10 @@
 #include <iostream>
 
 #include "Host/Base/Failure.h"
+#include "Host/Schedules/Duration.h"
 #include "Host/Schedules/ScheduleRefusal.h"
 #include "Host/Schedules/ScheduleText.h"
+#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -29,12 +31,12 @@ constexpr char CommonRules[] =
 
 void ExplainStart(const TimedActionSettings& schedule) {
     if (schedule.Type == TimedActionType::Repeat) {
-        std::cout << "  Runs every " << IntervalText(schedule)
+        std::cout << "  Runs every " << DurationText(IntervalOf(schedule))
                   << ". The first run is one interval after the registration.\n";
         return;
     }
     std::cout << "  Runs at " << StartText(schedule) << (schedule.IsLocalTime ? " local time" : " UTC")
-              << ", then every " << IntervalText(schedule) << ".\n"
+              << ", then every " << DurationText(IntervalOf(schedule)) << ".\n"
               << "  If that time has passed in the UTC day of the registration, the first run is on the next day.\n";
     if (schedule.IsLocalTime) std::cout << LocalTimeRules;
 }
@@ -53,8 +55,7 @@ int Explain(const ExplainOptions& options) {
         }
     }
     if (code == ExitCode::Success) std::cout << CommonRules;
-    std::cout.flush();
-    return std::cout ? code : ExitCode::Failure;
+    return code;
 }
 
 }  // namespace Host

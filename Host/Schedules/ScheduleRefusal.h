@@ -8,7 +8,7 @@
 
 namespace Host {
 
-// A text such as "refused: the interval must not be 0". Nothing if the module accepts the schedule.
+// A text such as "refused: the interval is 0; the shortest is 1ms". Nothing if the module accepts the schedule.
 [[nodiscard]] std::optional<std::string> RefusalOf(
     const DataCollection::ActionManagement::TimedActionSettings& schedule);
 

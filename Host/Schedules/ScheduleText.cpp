@@ -1,11 +1,11 @@
 #include "Host/Schedules/ScheduleText.h"
 
-#include <algorithm>
-#include <array>
+#include <chrono>
 #include <cstdio>
-#include <limits>
 
+#include "Host/Base/Failure.h"
 #include "Host/Base/Number.h"
+#include "Host/Schedules/Duration.h"
 #include "Schedules/Schedule.h"
 
 namespace Host {
@@ -16,28 +16,9 @@ using std::chrono::seconds;
 
 namespace {
 
-struct Unit {
-    std::string_view name;
-    std::uint32_t secondsEach;  // 0: milliseconds
-};
-constexpr std::array Units{Unit{"ms", 0}, Unit{"s", 1}, Unit{"m", 60}, Unit{"h", 3600}, Unit{"d", SecondsPerDay}};
-
-// A schedule has a field for each unit; one of them is used.
-struct Interval {
-    std::uint32_t seconds = 0;
-    std::uint32_t milliseconds = 0;
-};
-
-std::optional<Interval> ParseInterval(std::string_view text) {
-    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-    const auto number = ParseNumber<std::uint32_t>(text.substr(0, digits));
-    const auto unit = std::ranges::find(Units, text.substr(digits), &Unit::name);
-    if (!number || unit == Units.end()) return std::nullopt;
-    if (unit->secondsEach == 0) return Interval{0, *number};
-    const std::uint64_t count = std::uint64_t{*number} * unit->secondsEach;
-    if (count > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
-    return Interval{static_cast<std::uint32_t>(count), 0};
-}
+constexpr char ClockTimeForm[] = "a time of day is HH:MM:SS, such as 07:30:00";
+// A start in the same second of the next day would be in the past, or now.
+constexpr seconds LongestDelay{SecondsPerDay - 1};
 
 std::optional<std::uint32_t> ParseTwoDigits(std::string_view text, std::uint32_t limit) {
     const auto number = ParseNumber<std::uint32_t>(text);
@@ -53,52 +34,57 @@ std::optional<std::uint32_t> ParseClockTime(std::string_view text) {
     return *hour * 3600 + *minute * 60 + *second;
 }
 
-std::uint32_t SecondOfDay(const TimePoint& time) {
-    const auto second = std::chrono::ceil<seconds>(time).time_since_epoch() % std::chrono::days{1};
-    return static_cast<std::uint32_t>(second.count());
+[[noreturn]] void RefuseClockTime(std::string_view text) {
+    if (text == "24:00:00") throw BadForm("hours are from 00 to 23; midnight is 00:00:00");
+    if (const std::string padded = "0" + std::string(text); ParseClockTime(padded)) {
+        throw BadForm("each number has two digits; write " + padded);
+    }
+    const bool isClockTime = text.size() == 8 && text.find_first_not_of("0123456789:") == text.npos;
+    throw BadForm(isClockTime ? "hours are from 00 to 23, minutes and seconds from 00 to 59" : ClockTimeForm);
 }
 
-std::optional<std::uint32_t> ParseStart(std::string_view text, std::int32_t bias, const TimePoint& now) {
-    if (!text.starts_with('+')) return ParseClockTime(text);
-    const auto delay = ParseDuration(text.substr(1));
-    if (!delay) return std::nullopt;
-    return SecondOfDay(now + *delay - seconds{bias});
+std::uint32_t ParseStart(std::string_view text) {
+    const auto start = ParseClockTime(text);
+    if (!start) RefuseClockTime(text);
+    return *start;
+}
+
+std::uint32_t ParseDelayedStart(std::string_view text, const TimePoint& now) {
+    const milliseconds delay = ParseDuration(text).Length();
+    if (delay > LongestDelay) {
+        throw BadForm("a start is at most " + DurationText(LongestDelay) +
+                      " away, since a schedule has only the time of day; use a time such as 07:30:00");
+    }
+    const auto second = std::chrono::ceil<seconds>(now + delay).time_since_epoch() % std::chrono::days{1};
+    return static_cast<std::uint32_t>(second.count());
 }
 
 }  // namespace
 
-std::optional<milliseconds> ParseDuration(std::string_view text) {
-    const auto interval = ParseInterval(text);
-    if (!interval) return std::nullopt;
-    return seconds{interval->seconds} + milliseconds{interval->milliseconds};
+TimedActionSettings ParseRepeat(std::string_view text) {
+    const Duration interval = ParseDuration(text);
+    return {.StartSeconds = 0,
+            .IsLocalTime = false,
+            .IntervalSeconds = interval.seconds,
+            .Type = TimedActionType::Repeat,
+            .IntervalMilliseconds = interval.milliseconds};
 }
 
-std::optional<TimedActionSettings> ParseRepeat(std::string_view text) {
-    const auto interval = ParseInterval(text);
-    if (!interval) return std::nullopt;
-    return TimedActionSettings{.StartSeconds = 0,
-                               .IsLocalTime = false,
-                               .IntervalSeconds = interval->seconds,
-                               .Type = TimedActionType::Repeat,
-                               .IntervalMilliseconds = interval->milliseconds};
-}
-
-std::optional<TimedActionSettings> ParseClockSchedule(std::string_view text, std::optional<std::int32_t> bias,
-                                                      const TimePoint& now) {
+TimedActionSettings ParseClockSchedule(std::string_view text, ClockKind clock, const TimePoint& now) {
     const std::size_t comma = text.find(',');
-    const auto start = ParseStart(text.substr(0, comma), bias.value_or(0), now);
-    const auto interval = comma == text.npos ? Interval{SecondsPerDay, 0} : ParseInterval(text.substr(comma + 1));
-    if (!start || !interval) return std::nullopt;
-    return TimedActionSettings{.StartSeconds = *start,
-                               .IsLocalTime = bias.has_value(),
-                               .IntervalSeconds = interval->seconds,
-                               .Type = TimedActionType::SpecificTime,
-                               .IntervalMilliseconds = interval->milliseconds};
+    const std::string_view startText = text.substr(0, comma);
+    const bool isDelay = startText.starts_with('+');
+    const std::uint32_t start = isDelay ? ParseDelayedStart(startText.substr(1), now) : ParseStart(startText);
+    const Duration interval = comma == text.npos ? Duration{SecondsPerDay, 0} : ParseDuration(text.substr(comma + 1));
+    return {.StartSeconds = start,
+            .IsLocalTime = clock == ClockKind::Local && !isDelay,
+            .IntervalSeconds = interval.seconds,
+            .Type = TimedActionType::SpecificTime,
+            .IntervalMilliseconds = interval.milliseconds};
 }
 
-std::optional<TimedActionSettings> ParseSchedule(std::string_view text, std::optional<std::int32_t> bias,
-                                                 const TimePoint& now) {
-    return text.find_first_of(":+") == text.npos ? ParseRepeat(text) : ParseClockSchedule(text, bias, now);
+TimedActionSettings ParseSchedule(std::string_view text, ClockKind clock, const TimePoint& now) {
+    return text.find_first_of(":+") == text.npos ? ParseRepeat(text) : ParseClockSchedule(text, clock, now);
 }
 
 std::optional<TimePoint> ParseMoment(std::string_view text) {
@@ -115,11 +101,6 @@ std::optional<TimePoint> ParseMoment(std::string_view text) {
                                            std::chrono::day{*day}};
     if (!date.ok()) return std::nullopt;
     return std::chrono::sys_days{date} + seconds{*second};
-}
-
-std::string IntervalText(const TimedActionSettings& schedule) {
-    return schedule.IntervalSeconds != 0 ? std::to_string(schedule.IntervalSeconds) + " s"
-                                         : std::to_string(schedule.IntervalMilliseconds) + " ms";
 }
 
 std::string StartText(const TimedActionSettings& schedule) {
