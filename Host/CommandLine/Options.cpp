@@ -64,6 +64,10 @@ struct Written {
 
     std::string log;
     std::string severity;
+    std::string since;
+    std::string until;
+    std::string process;
+    std::string last;
     std::string slow;
     bool follow = false;
 
@@ -138,6 +142,10 @@ CLI::App& AddLog(CLI::App& app, Written& written) {
     CLI::App& log = *app.add_subcommand("log", "show the module's log file in UTF-8");
     log.add_option("FILE", written.log, "the log, or - for standard input")->required();
     AddValue(log, "--severity", written.severity, "NAME", "show only lines of that severity or a more severe one");
+    AddValue(log, "--since", written.since, "TIME", "show only lines of that local time, such as 2026-03-29, or later");
+    AddValue(log, "--until", written.until, "TIME", "show only lines of that local time or earlier");
+    AddValue(log, "--pid", written.process, "ID", "show only lines of that process");
+    AddValue(log, "-n,--last", written.last, "N", "show only the last N of these lines");
     log.add_flag("--follow", written.follow,
                  "continue with lines that are written later, also to a new file of the same name");
     AddValue(log, "--slow", written.slow, "N", "show the N slowest traced calls instead of the lines");
@@ -246,10 +254,21 @@ Options ReadLog(const Written& written) {
     if (!written.severity.empty()) {
         options.leastSevere = Read("--severity", written.severity, SeverityForm, ParseSeverity);
     }
+    if (!written.since.empty()) options.since = Read("--since", written.since, LogTimeForm, ParseLogTime);
+    if (!written.until.empty()) options.until = Read("--until", written.until, LogTimeForm, ParseLogTime);
+    if (!written.process.empty()) {
+        // The log has the low 16 bits of an id.
+        options.process = static_cast<std::uint16_t>(
+            Read("--pid", written.process, "a whole number below 2^32", ParseNumber<std::uint32_t>));
+    }
+    if (!written.last.empty()) {
+        options.last = Read("--last", written.last, "a whole number below 2^32", ParseNumber<std::uint32_t>);
+    }
     if (!written.slow.empty()) {
         options.slowestCalls = Read("--slow", written.slow, "a whole number below 2^32", ParseNumber<std::uint32_t>);
     }
     if (options.follow && options.slowestCalls) throw BadInput("--follow and --slow cannot be combined");
+    if (options.last && options.slowestCalls) throw BadInput("--last and --slow cannot be combined");
     if (options.follow && options.file == "-") throw BadInput("--follow needs a file, not standard input");
     return options;
 }

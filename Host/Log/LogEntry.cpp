@@ -20,8 +20,7 @@ bool IsDigit(char16_t c) {
 }
 
 bool IsTime(std::u16string_view text) {
-    return std::ranges::equal(text, TimeForm,
-                              [](char16_t c, char16_t form) { return form == u'0' ? IsDigit(c) : c == form; });
+    return text.size() == TimeForm.size() && IsTimeBeginning(text);
 }
 
 // Takes the parts of a line from left to right.
@@ -80,6 +79,11 @@ std::optional<LogEntry> ParseLogEntry(std::u16string_view text) {
     entry.line = fields.Number(source.substr(colon + 1));
     entry.message = fields.Rest();
     return fields.Ok() ? std::optional(entry) : std::nullopt;
+}
+
+bool IsTimeBeginning(std::u16string_view text) {
+    return std::ranges::equal(text, TimeForm.substr(0, text.size()),
+                              [](char16_t c, char16_t form) { return form == u'0' ? IsDigit(c) : c == form; });
 }
 
 bool IsBannerEdge(std::u16string_view text) {

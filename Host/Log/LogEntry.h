@@ -24,6 +24,9 @@ struct LogEntry {
 // Nothing if the text does not begin like a line.
 [[nodiscard]] std::optional<LogEntry> ParseLogEntry(std::u16string_view text);
 
+// Whether the text is the time of a line, or the beginning of one.
+[[nodiscard]] bool IsTimeBeginning(std::u16string_view text);
+
 // The first and the last line of a banner are that many asterisks.
 inline constexpr std::size_t BannerWidth = 100;
 

@@ -6,6 +6,7 @@
 
 #include "Common/Base/Text.h"
 #include "Common/Logging/LogSeverity.h"
+#include "Host/Base/Failure.h"
 #include "Host/Base/Json.h"
 
 namespace Host {
@@ -61,37 +62,46 @@ void WriteText(std::ostream& out, std::int64_t microseconds, const SlowestCalls:
 LogPrinter::LogPrinter(const LogOptions& options, std::ostream& out, std::ostream& messages)
     : options_(options), out_(out), messages_(messages) {
     if (options.slowestCalls) slowest_.emplace(*options.slowestCalls);
+    if (options.last) last_.emplace();
 }
 
 void LogPrinter::OnLine(std::u16string_view text, const LogEntry& entry) {
+    isLog_ = true;
     if (!IsShown(entry)) return;
     if (slowest_) {
         slowest_->Add(entry);
-    } else if (options_.format == OutputFormat::Json) {
-        out_ << JsonLine(ToJson(entry));
     } else {
-        out_ << InLines(text) << '\n';
+        Print(options_.format == OutputFormat::Json ? JsonLine(ToJson(entry)) : InLines(text) + '\n');
     }
 }
 
 void LogPrinter::OnBanner(const std::vector<std::u16string>& lines) {
-    if (slowest_ || options_.leastSevere) return;
-    if (options_.format == OutputFormat::Json) {
-        out_ << JsonLine(ToJson(lines));
-        return;
-    }
-    const std::string edge(BannerWidth, '*');
-    out_ << edge << '\n';
-    for (const std::u16string& line : lines) out_ << ToUtf8(line) << '\n';
-    out_ << edge << '\n';
+    isLog_ = true;
+    const bool isFiltered =
+        options_.leastSevere || options_.process || !options_.since.empty() || !options_.until.empty();
+    if (slowest_ || isFiltered) return;
+    if (options_.format == OutputFormat::Json) return Print(JsonLine(ToJson(lines)));
+    const std::string edge = std::string(BannerWidth, '*') + '\n';
+    std::string text = edge;
+    for (const std::u16string& line : lines) text += ToUtf8(line) + '\n';
+    Print(text + edge);
 }
 
 void LogPrinter::OnBadInput(std::uint64_t offset, std::string_view reason) {
+    hasBadInput_ = true;
     out_.flush();  // so that the report appears at its place among the lines
     messages_ << "byte " << offset << ": " << reason << std::endl;
 }
 
+void LogPrinter::ShowLast() {
+    if (!last_) return;
+    for (const std::string& text : *last_) out_ << text;
+    last_.reset();
+}
+
 void LogPrinter::End() {
+    ShowLast();
+    if (hasBadInput_ && !isLog_) throw InvalidValue("FILE", options_.file, "a log of the module");
     if (!slowest_) return;
     for (const auto& [microseconds, call] : slowest_->Get()) {
         if (options_.format == OutputFormat::Json) {
@@ -103,7 +113,19 @@ void LogPrinter::End() {
 }
 
 bool LogPrinter::IsShown(const LogEntry& entry) const {
-    return !options_.leastSevere || SeverityNumber(entry.severity) <= *options_.leastSevere;
+    if (options_.leastSevere && SeverityNumber(entry.severity) > *options_.leastSevere) return false;
+    if (options_.process && entry.process != *options_.process) return false;
+    // Times have a fixed width, so their order is that of their characters.
+    return entry.time >= options_.since && entry.time.substr(0, options_.until.size()) <= options_.until;
+}
+
+void LogPrinter::Print(std::string text) {
+    if (!last_) {
+        out_ << text;
+        return;
+    }
+    last_->push_back(std::move(text));
+    if (last_->size() > *options_.last) last_->pop_front();
 }
 
 }  // namespace Host

@@ -51,7 +51,11 @@ int ShowLog(const LogOptions& options) {
     } else {
         FileSource source(options.file);
         ReadToEnd(source, parser, buffer);
-        if (options.follow) Follow(source, parser, buffer);
+        if (options.follow) {
+            parser.Flush();
+            printer.ShowLast();
+            Follow(source, parser, buffer);
+        }
     }
     parser.Finish();
     printer.End();

@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::u16string_view Return = u"Exiting: ";
 constexpr std::u16string_view Exception = u"EXCEPTION at: ";
+// The method that runs the worker takes as long as the manager lives.
+constexpr std::u16string_view WorkerMethod = u"DataCollection::ActionManagement::ActionManager::Start";
 constexpr std::u16string_view TimeBegin = u" [";
 constexpr std::u16string_view TimeEnd = u" ms]";
 constexpr std::size_t Decimals = 3;
@@ -45,7 +47,7 @@ std::optional<TracedCall> ParseTracedCall(std::u16string_view message) {
 
 void SlowestCalls::Add(const LogEntry& entry) {
     const auto call = ParseTracedCall(entry.message);
-    if (!call || count_ == 0) return;
+    if (!call || call->name == WorkerMethod || count_ == 0) return;
     if (calls_.size() == count_) {
         const auto fastest = std::prev(calls_.end());
         if (call->microseconds <= fastest->first) return;

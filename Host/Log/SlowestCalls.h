@@ -32,6 +32,7 @@ public:
 
     explicit SlowestCalls(std::size_t count) noexcept : count_(count) {}
 
+    // Ignores lines that end no traced call, and the method that runs the worker until the manager ends.
     void Add(const LogEntry& entry);
     const Calls& Get() const noexcept { return calls_; }
 
