@@ -1,5 +1,7 @@
 #include "Host/Run/Registration.h"
 
+#include <algorithm>
+
 #include "Common/Base/Text.h"
 #include "Host/Base/Failure.h"
 #include "Host/Run/ActionListener.h"
@@ -26,7 +28,9 @@ void Registration::OnCommand(std::u16string_view, const TimePoint&) {}
 
 RegistrationState Registration::State() const {
     const std::lock_guard lock(lock_);
-    return {label_, statistics_.Calls(), statistics_.LatenessRange(), NextDue(CurrentTime())};
+    std::optional<std::uint64_t> merged;
+    if (intervalsReached_) merged = std::max(*intervalsReached_, statistics_.Calls()) - statistics_.Calls();
+    return {label_, statistics_.Calls(), merged, statistics_.LatenessRange(), NextDue(CurrentTime())};
 }
 
 void Registration::OnCall(const Harbor::WideString& action) {
@@ -36,6 +40,7 @@ void Registration::OnCall(const Harbor::WideString& action) {
     {
         const std::lock_guard lock(lock_);
         statistics_.Add(lateness);
+        intervalsReached_ = std::max(intervalsReached_, IntervalsReached(now));
     }
     report_.Add({now, label_, Harbor::ToUtf8(action), lateness});
 }

@@ -39,6 +39,8 @@ private:
     // The due time of a call that is made at `now`. May be called on any thread, as the next one.
     virtual std::optional<TimePoint> LatestDue(const TimePoint& now) const = 0;
     virtual std::optional<TimePoint> NextDue(const TimePoint& now) const = 0;
+    // How many intervals have begun by `now`. Nothing if no schedule determines the calls.
+    virtual std::optional<std::uint64_t> IntervalsReached(const TimePoint& now) const = 0;
 
     void OnCall(const Harbor::WideString& action);
 
@@ -46,8 +48,9 @@ private:
     Report& report_;
     SubscriptionPtr subscription_;
 
-    mutable std::mutex lock_;  // guards statistics_
+    mutable std::mutex lock_;  // guards the members below
     LatenessStatistics statistics_;
+    std::optional<std::uint64_t> intervalsReached_;  // by the last call
 };
 
 }  // namespace Host

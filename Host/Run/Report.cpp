@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 #include "Host/Base/Json.h"
 
@@ -40,7 +41,7 @@ Json ToJson(const Call& call) {
             {"latenessMs", JsonOrNull(call.lateness, InMilliseconds)}};
 }
 
-std::string SummaryLine(const std::string& registration, const std::array<std::string, 4>& columns) {
+std::string SummaryLine(const std::string& registration, const std::array<std::string, 5>& columns) {
     std::string line = Padded(registration, RegistrationWidth);
     for (const std::string& column : columns) line += RightAligned(column, NumberWidth);
     return line + "\n";
@@ -51,8 +52,9 @@ std::string SummaryLine(const RegistrationState& state) {
         return state.lateness ? MillisecondsText((*state.lateness).*part) : "-";
     };
     return SummaryLine(state.registration,
-                       {std::to_string(state.calls), number(&LatenessStatistics::Range::min),
-                        number(&LatenessStatistics::Range::median), number(&LatenessStatistics::Range::max)});
+                       {std::to_string(state.calls), state.merged ? std::to_string(*state.merged) : "-",
+                        number(&LatenessStatistics::Range::min), number(&LatenessStatistics::Range::median),
+                        number(&LatenessStatistics::Range::max)});
 }
 
 Json ToJson(const LatenessStatistics::Range& range) {
@@ -63,6 +65,7 @@ Json SummaryJson(const RegistrationState& state) {
     return {{"event", "summary"},
             {"registration", state.registration},
             {"calls", state.calls},
+            {"merged", JsonOrNull(state.merged, std::identity())},
             {"latenessMs", JsonOrNull(state.lateness, [](const auto& range) { return ToJson(range); })}};
 }
 
@@ -76,6 +79,7 @@ Json StatusJson(const RegistrationState& state) {
     return {{"event", "status"},
             {"registration", state.registration},
             {"calls", state.calls},
+            {"merged", JsonOrNull(state.merged, std::identity())},
             {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)}};
 }
 
@@ -123,7 +127,7 @@ void Report::AddSummary(const std::vector<RegistrationState>& registrations) {
         output_.Write(Lines(registrations, [](const auto& state) { return JsonLine(SummaryJson(state)); }));
         return;
     }
-    output_.Write("\n" + SummaryLine("lateness in ms", {"calls", "min", "median", "max"}) +
+    output_.Write("\n" + SummaryLine("lateness in ms", {"calls", "merged", "min", "median", "max"}) +
                   Lines(registrations, [](const auto& state) { return SummaryLine(state); }));
 }
 

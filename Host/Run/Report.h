@@ -22,6 +22,8 @@ struct Call {
 struct RegistrationState {
     std::string registration;
     std::uint64_t calls = 0;
+    std::optional<std::uint64_t>
+        merged;  // intervals that were reached without a call of their own; nothing: no schedule
     std::optional<LatenessStatistics::Range> lateness;
     std::optional<TimePoint> nextDue;  // nothing if no schedule determines it
 };

@@ -10,6 +10,7 @@
 #include "Host/Run/CommandLoop.h"
 #include "Host/Run/ScheduleRegistration.h"
 #include "Host/Run/WatchRegistration.h"
+#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -33,6 +34,18 @@ Registrations MakeRegistrations(const RunOptions& options, Report& report) {
         registrations.push_back(std::make_unique<WatchRegistration>(label, config, report));
     }
     return registrations;
+}
+
+// Says which settings the user may not have meant.
+void WarnOfPolling(const RunOptions& options) {
+    if (options.polling == milliseconds::zero()) {
+        std::cerr << "ActionHost: warning: with --polling 0 the worker never pauses and uses a whole core\n";
+    }
+    for (const auto& [label, settings] : options.schedules) {
+        if (options.polling <= IntervalOf(settings)) continue;
+        std::cerr << "ActionHost: warning: --polling " << options.polling.count() << " is longer than the interval of '"
+                  << label << "': intervals that pass between two cycles are merged into one call\n";
+    }
 }
 
 void Configure(IActionManager& manager, milliseconds polling) {
@@ -90,6 +103,7 @@ Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Re
 
 int Run(const RunOptions& options) {
     IgnoreBrokenPipes();
+    WarnOfPolling(options);
     const StopSignal stop;
     ConsoleOutput output(std::cout, TerminalOfOutput(), [&stop] { stop.Request(); });
     Report report(output, options.format);

@@ -41,4 +41,9 @@ std::optional<TimePoint> ScheduleRegistration::NextDue(const TimePoint& now) con
     return latest ? *latest + IntervalOf(settings_) : firstRun_;
 }
 
+std::optional<std::uint64_t> ScheduleRegistration::IntervalsReached(const TimePoint& now) const {
+    const auto latest = LatestDue(now);
+    return latest ? static_cast<std::uint64_t>((*latest - firstRun_) / Ticks(IntervalOf(settings_))) + 1 : 0;
+}
+
 }  // namespace Host

@@ -17,6 +17,7 @@ private:
                              DataCollection::ActionManagement::IActionListener& listener) override;
     std::optional<TimePoint> LatestDue(const TimePoint& now) const override;
     std::optional<TimePoint> NextDue(const TimePoint& now) const override;
+    std::optional<std::uint64_t> IntervalsReached(const TimePoint& now) const override;
 
     const DataCollection::ActionManagement::TimedActionSettings settings_;
     TimePoint firstRun_;

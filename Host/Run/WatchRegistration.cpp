@@ -35,4 +35,8 @@ std::optional<TimePoint> WatchRegistration::NextDue(const TimePoint&) const {
     return std::nullopt;
 }
 
+std::optional<std::uint64_t> WatchRegistration::IntervalsReached(const TimePoint&) const {
+    return std::nullopt;
+}
+
 }  // namespace Host
