@@ -7,6 +7,8 @@
 namespace Host {
 namespace {
 
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
 std::string Trimmed(const std::string& text) {
     return CLI::detail::trim_copy(text);
 }
@@ -36,7 +38,7 @@ std::vector<CLI::ConfigItem> ConfigFile::from_config(std::istream& in) const {
     std::vector<CLI::ConfigItem> found;
     std::size_t number = 0;
     for (std::string line; std::getline(in, line);) {
-        ++number;
+        if (++number == 1 && line.starts_with(ByteOrderMark)) line.erase(0, ByteOrderMark.size());
         line = Trimmed(line);
         if (IsEmptyOrComment(line)) continue;
         const std::size_t equals = line.find('=');

@@ -7,8 +7,10 @@
 #include "Common/Base/Text.h"
 #include "Common/Settings/ModuleInfo.h"
 #include "Host/Base/Failure.h"
+#include "Host/Base/InputFile.h"
 #include "Host/Base/Number.h"
 #include "Host/CommandLine/ConfigFile.h"
+#include "Host/CommandLine/HelpText.h"
 #include "Host/Console/Environment.h"
 #include "Host/Run/CommandPoint.h"
 #include "Host/Schedules/Duration.h"
@@ -23,8 +25,9 @@ using namespace DataCollection::ActionManagement;
 namespace {
 
 constexpr char Description[] =
-    "Loads the module OrvActionManager, registers schedules and command points, and prints a line for each call:\n"
-    "local time, registration, action, and how many milliseconds after its due time the call came.";
+    "Loads the module OrvActionManager, registers schedules and command points, and prints a line for\n"
+    "each call: local time, registration, action, and how many milliseconds after its due time the call\n"
+    "came.";
 
 constexpr char Footer[] = R"(
 Examples:
@@ -39,12 +42,12 @@ Examples:
   ActionHost explain 90m                      what does it do, or why is it refused?
 
 While it runs, it reads commands from standard input; type help for a list. SIGINT, SIGTERM and
-SIGHUP stop it cleanly. The due time is computed with the module's own arithmetic, so the lateness is exact to the clock's
-tick for --at, and too high by the duration of the registering call (well below a millisecond) for --every.
-For --watch it is measured from the writing of the command.
+SIGHUP stop it cleanly. The due time is computed with the module's own arithmetic, so the lateness
+is exact to the clock's tick for --at, and too high by the duration of the registering call (well
+below a millisecond) for --every. For --watch it is measured from the writing of the command.
 
-Exit codes: 0 success; 1 a call or the output failed, objects were left alive, or a schedule is refused (next,
-explain); 2 invalid input; 3 no trigger (compare).)";
+Exit codes: 0 success; 1 a call or the output failed, objects were left alive, or a schedule is
+refused (next, explain); 2 invalid input; 3 no trigger (compare).)";
 
 // The values as they are written, before they are parsed.
 struct Written {
@@ -87,12 +90,12 @@ std::string DefaultModule() {
 void AddValue(CLI::App& app, const std::string& name, std::string& value, const std::string& type,
               const std::string& help) {
     const auto isGiven = [](const std::string& text) { return text.empty() ? std::string("the value is empty") : ""; };
-    app.add_option(name, value, help)->type_name(type)->check(isGiven);
+    app.add_option(name, value, InLines(help))->type_name(type)->check(isGiven);
 }
 
 void AddRepeatable(CLI::App& app, const std::string& name, std::vector<std::string>& values, const std::string& type,
                    const std::string& help) {
-    app.add_option(name, values, help)->type_name(type)->allow_extra_args(false);
+    app.add_option(name, values, InLines(help))->type_name(type)->allow_extra_args(false);
 }
 
 void AddModuleOption(CLI::App& app, Written& written) {
@@ -119,8 +122,9 @@ void AddRunOptions(CLI::App& app, Written& written) {
                   "carry out a command after that time, such as \"3s start Plant Line1\" (repeatable)");
     AddValue(app, "--duration", written.duration, "DURATION", "stop after that time");
     AddJsonOption(app, written);
-    app.set_config("--config", "",
-                   "a file with these options, one a line as \"every = 500ms\"; the command line has precedence")
+    app.set_config(
+           "--config", "",
+           InLines("a file with these options, one a line as \"every = 500ms\"; the command line has precedence"))
         ->type_name("FILE");
     app.config_formatter(std::make_shared<ConfigFile>(app));
     app.set_version_flag("--version", "ActionHost " HOST_VERSION);
@@ -129,8 +133,8 @@ void AddRunOptions(CLI::App& app, Written& written) {
 CLI::App& AddCompare(CLI::App& app, Written& written) {
     CLI::App& compare = *app.add_subcommand(
         "compare",
-        "ask both trigger strategies whether the change from one configuration tree to another triggers a run; the "
-        "exit code is 0 if its items do, 3 if not");
+        InLines("ask both trigger strategies whether the change from one configuration tree to another triggers a run; "
+                "the exit code is 0 if its items do, 3 if not"));
     AddModuleOption(compare, written);
     AddJsonOption(compare, written);
     compare.add_option("OLD", written.oldFile, "the old tree: a file with the text of a node dump")->required();
@@ -147,7 +151,7 @@ CLI::App& AddLog(CLI::App& app, Written& written) {
     AddValue(log, "--pid", written.process, "ID", "show only lines of that process");
     AddValue(log, "-n,--last", written.last, "N", "show only the last N of these lines");
     log.add_flag("--follow", written.follow,
-                 "continue with lines that are written later, also to a new file of the same name");
+                 InLines("continue with lines that are written later, also to a new file of the same name"));
     AddValue(log, "--slow", written.slow, "N", "show the N slowest traced calls instead of the lines");
     AddJsonOption(log, written);
     return log;
@@ -170,7 +174,8 @@ CLI::App& AddNext(CLI::App& app, Written& written) {
 
 CLI::App& AddExplain(CLI::App& app, Written& written) {
     CLI::App& explain = *app.add_subcommand(
-        "explain", "describe in words what schedules do and which rules apply, or why the module refuses them");
+        "explain",
+        InLines("describe in words what schedules do and which rules apply, or why the module refuses them"));
     AddSchedules(explain, written);
     return explain;
 }
@@ -311,11 +316,30 @@ Options ReadExplain(const Written& written) {
 }
 
 // Throws the library's error as a message of one line that names the option.
-[[noreturn]] void ThrowBadInput(const CLI::ParseError& error) {
+[[noreturn]] void ThrowBadInput(const CLI::App& app, const CLI::ParseError& error) {
+    if (dynamic_cast<const CLI::FileError*>(&error) != nullptr) {
+        (void)OpenInputFile("--config", app.get_config_ptr()->as<std::string>());
+    }
     std::string text = error.what();
     std::ranges::replace(text, '\n', ' ');
-    if (dynamic_cast<const CLI::FileError*>(&error) != nullptr) text = "--config: " + text;
+    for (const std::string& argument : app.remaining(/*recurse=*/true)) {
+        if (const auto meant = SimilarOption(app, argument)) {
+            throw BadInput(argument + " is not an option; did you mean " + *meant + "? See ActionHost --help");
+        }
+    }
     throw BadInput(text + "; see ActionHost --help");
+}
+
+// "help" alone, or before or after the name of a command, is the same as --help.
+std::vector<std::string> Arguments(int argc, const char* const* argv) {
+    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    const auto help = std::ranges::find(arguments, "help");
+    const bool isOnlyHelp = arguments.size() <= 2 && help != arguments.end();
+    if (isOnlyHelp) {
+        arguments.erase(help);
+        arguments.emplace_back("--help");
+    }
+    return arguments;
 }
 
 }  // namespace
@@ -330,19 +354,22 @@ Options ParseOptions(int argc, const char* const* argv) {
     CLI::App& next = AddNext(app, written);
     CLI::App& explain = AddExplain(app, written);
     for (CLI::App* const command : {&compare, &log, &next, &explain}) {
+        command->footer("");
         for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
             command->excludes(app.get_option(option));
         }
     }
     app.require_subcommand(0, 1);
     try {
-        app.parse(argc, argv);
+        std::vector<std::string> arguments = Arguments(argc, argv);
+        std::ranges::reverse(arguments);  // the order that the library takes
+        app.parse(std::move(arguments));
     } catch (const CLI::CallForHelp&) {
         return ShowText{app.help()};
     } catch (const CLI::CallForVersion& version) {
         return ShowText{version.what() + std::string("\n")};
     } catch (const CLI::ParseError& error) {
-        ThrowBadInput(error);
+        ThrowBadInput(app, error);
     }
     if (compare) return ReadCompare(written);
     if (log) return ReadLog(written);

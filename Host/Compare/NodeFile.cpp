@@ -1,14 +1,13 @@
 #include "Host/Compare/NodeFile.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <pugixml.hpp>
 #include <vector>
 
 #include "Common/Base/Text.h"
 #include "Host/Base/Failure.h"
+#include "Host/Base/InputFile.h"
 #include "Host/Base/Number.h"
 #include "NodeFabric/Authoring.h"
 #include "Platform/Text.h"
@@ -22,8 +21,7 @@ namespace {
 constexpr std::string_view LogHeading = "ACNode[";
 
 std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file || std::filesystem::is_directory(path)) throw BadInput(path + ": cannot be read");
+    std::ifstream file = OpenInputFile("compare", path);
     std::string text{std::istreambuf_iterator<char>(file), {}};
     if (text.ends_with('\0')) text.pop_back();  // the terminator of a dump
     return text;

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "Host/Base/Failure.h"
+#include "Host/Base/InputFile.h"
 #include "Host/Console/StandardInput.h"
 
 namespace Host {
@@ -11,11 +11,7 @@ std::size_t StandardInputSource::Read(std::span<char> buffer) {
     return ReadStandardInput(buffer);
 }
 
-FileSource::FileSource(std::string path) : path_(std::move(path)), file_(path_, std::ios::binary) {
-    if (!file_ || std::filesystem::is_directory(path_)) {
-        throw InvalidValue("FILE", path_, "a readable log file, or -");
-    }
-}
+FileSource::FileSource(std::string path) : path_(std::move(path)), file_(OpenInputFile("FILE", path_)) {}
 
 std::size_t FileSource::Read(std::span<char> buffer) {
     file_.clear();
