@@ -3,8 +3,8 @@
 //
 // A program that links this library has the threads, locks, condition variables, sleeps and clocks of the platform
 // layer replaced. In a run one thread runs at a time. At each call of such a function, and at each Point, the scheduler
-// chooses which thread goes on; all choices come from the seed of the run. Outside a run the functions do what they
-// always do.
+// chooses the thread that runs next; all choices come from the seed of the run. Outside a run the functions do what
+// they always do.
 //
 //     const auto failure = Interleaving::Explore(1000, [] {
 //         Counter counter;                                        // the code under test, with locks of the layer
@@ -23,7 +23,7 @@
 // Which schedules. Seed 0 never switches while a thread can go on. A third of the others choose uniformly; a third stay
 // with the running thread in most cases; a third follow random priorities, which change at a few random steps
 // (probabilistic concurrency testing: a fault that needs d ordered switches is found with a known probability). With
-// priorities a thread that sleeps for no time falls behind all others, since it only asks them to go on.
+// priorities, a thread that sleeps for no time gets the lowest priority, since it only yields to the others.
 //
 // Time. The clocks stand still while a thread can run. When all wait, time goes on to the nearest deadline. A thread
 // that sleeps for no time while all others wait lets a millisecond pass.

@@ -27,7 +27,7 @@ public:
     // Takes no lock: it may be called only before the subscription is published.
     HRESULT SetListener(IActionListener* listener) override;
     HRESULT SetAction(IActionControl* action) override;
-    // Never waits: a subscription whose lock is busy counts as alive, on the thread that holds it, too.
+    // Never waits: a subscription whose lock is busy counts as alive, also if the calling thread holds it.
     HRESULT IsAlive(bool* alive) override;
     // Calls the listener for each marked action and clears the mark. Detaches once Unsubscribe was called.
     HRESULT TriggerActionsIfNeeded() override;

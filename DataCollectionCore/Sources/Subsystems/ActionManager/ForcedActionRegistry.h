@@ -1,4 +1,4 @@
-// The pairs of forced actions, each filed under the watch that the configuration service made for it.
+// The pairs of forced actions, each with the watch that the configuration service created for it as its key.
 #pragma once
 
 #include <memory>

@@ -107,8 +107,8 @@ HRESULT ActionManager::OnTriggered(IACModifySubscription* subscription, int /*ki
     });
 }
 
-// Until the queue is empty, with what arrives meanwhile. A stop ends it early, since a flood of commands must not delay
-// the stop; it drops what waits anyway.
+// Serves commands until the queue is empty, including those that arrive during the loop. A stop ends the loop early, so
+// that a flood of commands cannot delay it; the stop drops the commands that are left.
 void ActionManager::UpdateForcedActions() {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::ActionManager::UpdateForcedActions");
     while (!worker_.IsStopRequested()) {

@@ -8,7 +8,7 @@
 
 namespace DataCollection::ActionManagement {
 
-// An operation of a registry takes this as its last argument: only who holds the registry lock has one.
+// An operation of a registry takes this as its last argument. It proves that the caller holds their lock.
 using RegistryProof = const Harbor::LockGuard&;
 
 // Makes room for one more entry by doubling, as an insertion at the end would, so that the insertion cannot fail.

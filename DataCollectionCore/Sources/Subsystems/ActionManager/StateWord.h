@@ -25,8 +25,8 @@ constexpr bool NeedsTriggering(std::uint32_t state) noexcept {
 }
 
 // Owns a word of the module's pool, with the value 0 at first. After its end the word may be used again, but its memory
-// stays readable and writable until the module is unloaded: a late write through an old pointer sets a flag of another
-// subscription, which costs that one a look and nothing else.
+// stays readable and writable until the module is unloaded. A late write through an old pointer sets a flag of another
+// subscription; the next cycle then examines that subscription and finds nothing to do.
 class PooledStateWord {
 public:
     // Out of memory throws std::bad_alloc.

@@ -35,7 +35,7 @@ void SubscriptionRegistry::RemoveDead() noexcept {
         const HRES code = HRES::Unchecked(CodeOfCall([&] { return subscription->IsAlive(&alive); }));
         if (code.Failed()) TRY_LOG(Err, u"Cannot check IsAlive: " << code);
         if (alive) {
-            // A busy lock counts as alive. The next cycle must look again.
+            // A busy lock counts as alive, so the next cycle must ask again.
             if (isDetached) detachmentsAtLastLook_ = ~std::uint64_t{0};
             return true;
         }

@@ -1,6 +1,6 @@
-// The cycle of the worker. Nothing that goes wrong with one subscription or action ends the cycle or the worker: codes
-// are looked at where they count, exceptions of a neighbour become codes, what the log cannot write is lost, and a step
-// that an exception leaves all the same (memory that ran out) ends early and is done again in the next cycle.
+// The cycle of the worker. A failure of one subscription or action ends neither the cycle nor the worker. The code of a
+// call is checked where it matters, an exception of a neighbour becomes a code, and a line that the log cannot write is
+// lost. If a step still throws, because memory ran out, it ends early and is repeated in the next cycle.
 #include "Common/Failures/CodeOfCall.h"
 #include "Common/Logging/FunctionTrace.h"
 #include "Subsystems/ActionManager/ActionManager.h"

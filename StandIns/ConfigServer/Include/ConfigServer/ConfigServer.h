@@ -20,17 +20,18 @@
 // full path of the original. An enumerator may be kept, but only one thread at a time may use it. If a callback fails
 // or throws, that is logged and has no other effect.
 //
-// The end of a watch. A subscription ends with RemoveSubscription, with its last Release, or with the service. The
-// first two wait for a running callback of the subscription, and after they have returned it is not called again. So
-// their caller must not hold a lock that its callback acquires. On the thread of the service they do not wait: a
-// callback that ends its own subscription is the last one. RemoveSubscription returns 0x80070490 if the subscription is
-// unknown or has already ended, E_POINTER if it is null. Start returns WatchEnded if the subscription has ended.
+// The end of a watch. A subscription ends with RemoveSubscription, with its last Release, or with the service.
+// RemoveSubscription and the last Release wait for a running callback of the subscription. After they have returned, it
+// is not called again. So their caller must not hold a lock that its callback acquires. On the thread of the service
+// they do not wait: a callback that ends its own subscription is the last one. RemoveSubscription returns 0x80070490 if
+// the subscription is unknown or has already ended, E_POINTER if it is null. Start returns WatchEnded if the
+// subscription has ended.
 //
 // The subscription that a callback receives is valid during the call. The callback may call AddRef and Release on it in
 // pairs, even while the last Release of the client waits. It must not keep the pointer longer than the client.
 //
-// The end of the service, with its last Release: pending reports are dropped, and a running callback is waited for. If
-// a callback releases the service, nothing is waited for, and the thread ends after that callback has returned.
+// The end of the service. Its last Release drops pending reports and waits for a running callback. If a callback makes
+// the last Release, it does not wait, and the thread of the service ends after that callback has returned.
 #pragma once
 
 #include <string_view>
