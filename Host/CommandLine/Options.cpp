@@ -83,7 +83,7 @@ struct Written {
 // The build puts the module beside the host, the installation into a folder of its own.
 std::string DefaultModule() {
     const std::string directory = Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr));
-    const std::string beside = directory + "OrvActionManager.so";
+    const std::string beside = directory + HOST_MODULE;
     return std::filesystem::exists(beside) ? beside : directory + HOST_INSTALLED_MODULE;
 }
 
@@ -332,7 +332,7 @@ Options ReadExplain(const Written& written) {
 
 // "help" alone, or before or after the name of a command, is the same as --help.
 std::vector<std::string> Arguments(int argc, const char* const* argv) {
-    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    std::vector<std::string> arguments = ProgramArguments(argc, argv);
     const auto help = std::ranges::find(arguments, "help");
     const bool isOnlyHelp = arguments.size() <= 2 && help != arguments.end();
     if (isOnlyHelp) {

@@ -3,10 +3,10 @@
 
 #include <functional>
 #include <iosfwd>
-#include <mutex>
 #include <optional>
 #include <string>
 
+#include "Common/Base/Lock.h"
 #include "Host/Console/Terminal.h"
 
 namespace Host {
@@ -33,7 +33,7 @@ private:
 
     const std::optional<Terminal> terminal_;
     const std::function<void()> onBroken_;
-    std::mutex lock_;  // guards the stream and the status line
+    Harbor::Lock lock_;  // guards the stream and the status line
     std::ostream& out_;
     std::string statusLine_;  // what the terminal shows; empty for none
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <span>
 #include <string>
 
@@ -17,16 +18,18 @@ class TypedLines {
 public:
     enum class Event { Stop, Line, Time };
 
+    TypedLines();
+    TypedLines(const TypedLines&) = delete;
+    TypedLines& operator=(const TypedLines&) = delete;
+    ~TypedLines();
+
     // Waits for a request to stop, a line, or the given time, whichever comes first. After the end of the input no line
     // comes. `line` is set only for Event::Line, without the line's end.
     [[nodiscard]] Event Wait(const StopSignal& stop, std::chrono::steady_clock::time_point until, std::string& line);
 
 private:
-    bool TakeLine(std::string& line);
-    void ReadMore();
-
-    std::string pending_;
-    bool ended_ = false;
+    class Input;  // each system has its own way to wait for input and for a stop at once
+    std::shared_ptr<Input> input_;
 };
 
 }  // namespace Host

@@ -29,9 +29,28 @@ std::size_t ReadStandardInput(std::span<char> buffer) {
     }
 }
 
+class TypedLines::Input {
+public:
+    Event Wait(const StopSignal& stop, Clock::time_point until, std::string& line);
+
+private:
+    bool TakeLine(std::string& line);
+    void ReadMore();
+
+    std::string pending_;
+    bool ended_ = false;
+};
+
+TypedLines::TypedLines() : input_(std::make_shared<Input>()) {}
+TypedLines::~TypedLines() = default;
+
 TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
+    return input_->Wait(stop, until, line);
+}
+
+TypedLines::Event TypedLines::Input::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
     while (!TakeLine(line)) {
-        std::array<pollfd, 2> sources{pollfd{stop.Descriptor(), POLLIN, 0},
+        std::array<pollfd, 2> sources{pollfd{static_cast<int>(stop.WaitObject()), POLLIN, 0},
                                       pollfd{ended_ ? -1 : STDIN_FILENO, POLLIN, 0}};
         const int wait = MillisecondsUntil(until);
         const int ready = poll(sources.data(), sources.size(), wait);
@@ -42,7 +61,7 @@ TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point unt
     return Event::Line;
 }
 
-bool TypedLines::TakeLine(std::string& line) {
+bool TypedLines::Input::TakeLine(std::string& line) {
     const std::size_t end = pending_.find('\n');
     if (end == pending_.npos && !(ended_ && !pending_.empty())) return false;
     line = pending_.substr(0, end);
@@ -50,7 +69,7 @@ bool TypedLines::TakeLine(std::string& line) {
     return true;
 }
 
-void TypedLines::ReadMore() {
+void TypedLines::Input::ReadMore() {
     std::array<char, 4096> block;
     const std::size_t count = ReadStandardInput(block);
     pending_.append(block.data(), count);
