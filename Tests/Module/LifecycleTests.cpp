@@ -90,7 +90,7 @@ TEST_F(ModuleTest, DeletesAnObjectAtItsLastReleaseOnAnyInterfaceAndThread) {
                 EXPECT_EQ(View(queried)->AddRef(), 4u);
                 for (std::uint32_t left : {3u, 2u, 1u}) EXPECT_EQ(View(queried)->Release(), left);
             }
-            std::jthread([&] { EXPECT_EQ(View(created)->Release(), 0u); }).join();
+            JoiningThread([&] { EXPECT_EQ(View(created)->Release(), 0u); }).Join();
             EXPECT_EQ(module.LiveObjects(), 0u);
         }
     }
@@ -116,9 +116,10 @@ TEST_F(ModuleTest, RejectsWhatItCannotCreateAndLeavesNoObject) {
 
 // Every other time with the log, which creates the objects that only the log and failures need, and opens its file.
 TEST_F(ModuleTest, IsUnmappedAtEachOfManyUnloads) {
-    const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
-    const auto before = descriptors();
-    for (int loads = Sanitized ? 50 : 1000; loads > 0 && !HasFailure(); --loads) {
+    const int most = std::stoi(ThisSystem::Variable("ORV_LOADS").value_or(Sanitized ? "50" : "1000"));
+    std::size_t before = 0;
+    for (int loads = most; loads > 0 && !HasFailure(); --loads) {
+        if (loads == most - 2) before = ThisSystem::OpenThings();  // the system keeps some things of the first load
         LoadedModule module(loads % 2 == 0 ? "DBG3" : "NONE");
         Listener listener;
         const auto strategy = module.Create<ITriggerStrategy>(ScopeItemUpdateStrategyClassId);
@@ -131,10 +132,10 @@ TEST_F(ModuleTest, IsUnmappedAtEachOfManyUnloads) {
         EXPECT_EQ(subscription->Start(), S_OK);
         EXPECT_TRUE(loads % 10 != 0 || listener.AwaitCalls(1));
         EXPECT_EQ(subscription->Unsubscribe(), S_OK);
-        std::jthread([&] { manager.Reset(); }).join();
-        EXPECT_EQ(CountOf("The parameter is incorrect", module.Log()), loads % 2 == 0 ? 1u : 0u);
+        JoiningThread([&] { manager.Reset(); }).Join();
+        EXPECT_EQ(CountOf("0x80070057", module.Log()) > 0, loads % 2 == 0);
     }
-    EXPECT_EQ(descriptors(), before);
+    EXPECT_EQ(ThisSystem::OpenThings(), before);
 }
 
 }  // namespace

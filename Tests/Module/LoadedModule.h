@@ -1,7 +1,6 @@
 // The module as a host uses it: loaded by its path and called through its one export.
 #pragma once
 
-#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -10,17 +9,20 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <mutex>
 #include <optional>
 #include <stdexcept>
-#include <thread>
 #include <vector>
 
 #include "Common/Base/HRes.h"
+#include "Common/Base/Lock.h"
+#include "Common/Base/Text.h"
 #include "DataCollection/ActionManager.h"
 #include "Harbor/ComponentPtr.h"
 #include "Harbor/ComponentsModule.h"
 #include "Harbor/Configurable.h"
+#include "Platform/Modules.h"
+#include "Platform/Process.h"
+#include "Support/JoiningThread.h"
 #include "Support/ScopedVariable.h"
 #include "Support/StoreFixture.h"
 #include "Support/TemporaryDirectory.h"
@@ -44,7 +46,7 @@ template <class Condition>
     const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds{60};
     while (!condition()) {
         if (std::chrono::steady_clock::now() > giveUp) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds{1});
+        Platform::Sleep(1);
     }
     return true;
 }
@@ -70,12 +72,13 @@ inline std::size_t CountOf(std::string_view part, std::string_view text) {
 class LoadedModule {
 public:
     explicit LoadedModule(const std::optional<std::string>& maxSeverity = "NONE")
-        : maxSeverity_("GS_Logger_MaxSeverity", maxSeverity), logPath_("GS_Logger_Path", directory_.Path()) {
+        : maxSeverity_("GS_Logger_MaxSeverity", maxSeverity), logPath_("GS_Logger_Path", directory_.Path().string()) {
         EXPECT_FALSE(IsLoaded());
-        library_ = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_LOCAL);
-        if (library_ == nullptr) throw std::runtime_error(dlerror());
-        const auto getObject =
-            reinterpret_cast<GetComponentsModuleObjectFunction>(dlsym(library_, GetComponentsModuleObjectName));
+        library_ = Platform::LoadLibraryExW(FromUtf8(ORV_MODULE_PATH).c_str(), nullptr, 0);
+        if (library_ == nullptr) throw std::runtime_error("The module cannot be loaded");
+        const auto getObject = reinterpret_cast<GetComponentsModuleObjectFunction>(
+            Platform::GetProcAddress(library_, GetComponentsModuleObjectName));
+        placeOfCode_ = reinterpret_cast<const WideChar*>(getObject);
         EXPECT_EQ(getObject(nullptr), E_INVALIDARG);
         EXPECT_EQ(getObject(&object_), S_OK);
         EXPECT_EQ(LiveObjects(), 0u);
@@ -88,13 +91,16 @@ public:
         if (object_ == nullptr) return;
         EXPECT_EQ(LiveObjects(), 0u);
         object_ = nullptr;
-        EXPECT_EQ(dlclose(library_), 0);
+        EXPECT_TRUE(Platform::FreeLibrary(library_));
         EXPECT_FALSE(IsLoaded());
     }
 
+    // Whether anything is mapped where the code of the module was when it was loaded last.
     static bool IsLoaded() {
-        void* const found = dlopen(ORV_MODULE_PATH, RTLD_NOW | RTLD_NOLOAD);
-        return found != nullptr && dlclose(found) == 0;
+        constexpr Platform::DWORD flags =
+            Platform::GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | Platform::GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+        Platform::HMODULE found = nullptr;
+        return placeOfCode_ != nullptr && Platform::GetModuleHandleExW(flags, placeOfCode_, &found);
     }
 
     IComponentsModule* operator->() const { return object_; }
@@ -123,7 +129,8 @@ public:
 private:
     const TemporaryDirectory directory_;
     const ScopedVariable maxSeverity_, logPath_;
-    void* library_ = nullptr;
+    static inline const WideChar* placeOfCode_ = nullptr;
+    Platform::HMODULE library_ = nullptr;
     IComponentsModule* object_ = nullptr;
 };
 
@@ -150,22 +157,25 @@ public:
         WideString name;
         EXPECT_EQ(action->GetName(&name), S_OK);
         {
-            const std::lock_guard guard(lock_);
+            const LockGuard guard(lock_);
             names_.push_back(Narrow(name));
         }
+        ++calls_;
         if (onCall) onCall(*subscription, *action);
         return E_FAIL;  // no caller reads it
     }
 
     std::vector<std::string> Names() const {
-        const std::lock_guard guard(lock_);
+        const LockGuard guard(lock_);
         return names_;
     }
+    // Without a lock: a condition of the controlled scheduler must not take one.
+    std::size_t Calls() const noexcept { return calls_; }
     [[nodiscard]] bool AwaitCalls(std::size_t count) const {
         return Await([&] { return Names().size() >= count; });
     }
     std::vector<std::string> TakeNames() {
-        const std::lock_guard guard(lock_);
+        const LockGuard guard(lock_);
         return std::exchange(names_, {});
     }
     // Waits until no other object holds a reference.
@@ -177,7 +187,8 @@ public:
 
 private:
     std::atomic<std::uint32_t> references_{0};
-    mutable std::mutex lock_;
+    std::atomic<std::size_t> calls_{0};
+    mutable Lock lock_;
     std::vector<std::string> names_;
 };
 

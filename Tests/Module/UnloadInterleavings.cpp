@@ -19,7 +19,7 @@ TEST(UnloadInterleavings, OfTheUnloadWithClientsAndCycles) {
             const Interleaving::RunThread client([&, own = manager]() mutable {
                 SubscriptionPtr subscription = Subscribe(own, two, Every(1));
                 EXPECT_EQ(subscription->Start(), S_OK);
-                Interleaving::WaitUntil("the client's call", [&] { return !two.Names().empty(); });
+                Interleaving::WaitUntil("the client's call", [&] { return two.Calls() > 0; });
                 own.Reset();
                 subscription.Reset();
             });

@@ -1,21 +1,16 @@
 // A directory for the files of a test.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
 #include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "Support/ThisSystem.h"
+
 // A new, empty directory. The destructor removes it with its contents.
 class TemporaryDirectory {
 public:
-    TemporaryDirectory() {
-        std::string path = (std::filesystem::temp_directory_path() / "PlatformTest-XXXXXX").string();
-        EXPECT_NE(mkdtemp(path.data()), nullptr);
-        path_ = path;
-    }
+    TemporaryDirectory() = default;
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory() { std::filesystem::remove_all(path_); }
@@ -24,7 +19,7 @@ public:
     [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
 
 private:
-    std::filesystem::path path_;
+    const std::filesystem::path path_ = ThisSystem::MakeTemporaryDirectory();
 };
 
 inline void WriteAll(const std::filesystem::path& path, const std::string& bytes) {
