@@ -25,6 +25,9 @@ struct ITriggerStrategy : Harbor::IComponentUnknown {
     virtual HRESULT OnConfigurationUpdate(AcnHandle oldConfig, AcnHandle newConfig) = 0;
     // Returns S_OK and does nothing.
     virtual HRESULT ReservedOperation(void* reserved) = 0;
+
+protected:
+    ~ITriggerStrategy() = default;
 };
 
 }  // namespace DataCollection

@@ -43,18 +43,27 @@ struct IACNodeEnumerator : IComponentUnknown {
     // Stores the next node and returns 0. The caller closes the handle. Any other code means that no node is left or
     // that the call failed; the two cannot be distinguished.
     virtual HRESULT Next(AcnHandle* node) = 0;
+
+protected:
+    ~IACNodeEnumerator() = default;
 };
 
 // One report.
 struct IACNodeModifyEnum : IComponentUnknown {
     // Stores an enumerator with one reference.
     virtual HRESULT GetNodeEnumerator(IACNodeEnumerator** out) = 0;
+
+protected:
+    ~IACNodeModifyEnum() = default;
 };
 
 // A watch, as its client holds it.
 struct IACModifySubscription : IComponentUnknown {
     // Starts the reports. No change is reported before this call.
     virtual HRESULT Start() = 0;
+
+protected:
+    ~IACModifySubscription() = default;
 };
 
 // Implemented by the client of a watch.
@@ -62,6 +71,9 @@ struct IACModifyCallback : IComponentUnknown {
     // Reports changes. `subscription` is the pointer that AddSubscription returned. The arguments are borrowed. The
     // service calls this on its own threads.
     virtual HRESULT OnTriggered(IACModifySubscription* subscription, int kind, IACNodeModifyEnum* modifications) = 0;
+
+protected:
+    ~IACModifyCallback() = default;
 };
 
 // The service. Any thread may call it.
@@ -75,6 +87,9 @@ struct IACConfigService : IComponentUnknown {
     // Ends a watch. The last Release of the subscription also ends it. After either call has returned, no report to the
     // callback is running and none follows.
     virtual HRESULT RemoveSubscription(IACModifySubscription* subscription) = 0;
+
+protected:
+    ~IACConfigService() = default;
 };
 
 }  // namespace Harbor

@@ -11,6 +11,9 @@ struct IConfigurable : IComponentUnknown {
 
     // Configures the component. `config` is borrowed: the component duplicates the handles that it keeps.
     virtual HRESULT Configure(AcnHandle config) = 0;
+
+protected:
+    ~IConfigurable() = default;
 };
 
 }  // namespace Harbor
