@@ -1,5 +1,6 @@
 # Installs the files into the directories of Places.cmake, and builds packages of them.
 include(CMakePackageConfigHelpers)
+include(Packaging/FileVersion.cmake)
 
 set_target_properties(OrvPlatform NodeFabric ModuleBroker PROPERTIES INSTALL_RPATH $ORIGIN)
 set_target_properties(OrvActionManager PROPERTIES INSTALL_RPATH $ORIGIN/..)
@@ -14,7 +15,7 @@ set_target_properties(OrvActionManager PROPERTIES EXPORT_NAME Module)
 
 install(TARGETS ActionHost COMPONENT runtime)
 install(TARGETS OrvPlatform NodeFabric ModuleBroker EXPORT OrvActionManager
-        LIBRARY COMPONENT runtime INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
+        LIBRARY COMPONENT runtime NAMELINK_COMPONENT development INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
 install(TARGETS OrvActionManager EXPORT OrvActionManager LIBRARY DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
 install(FILES $<TARGET_FILE_DIR:OrvActionManager>/SharedFaultTexts.dll DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
 install(TARGETS HarborInterfaces OrvInterfaces OrvNeighbours HarborCore ConfigServer EXPORT OrvActionManager

@@ -1,7 +1,4 @@
-#include <elf.h>
-
 #include <cstddef>
-#include <span>
 
 #include "DataCollection/TriggerStrategy.h"
 #include "Harbor/ConfigService.h"
@@ -11,56 +8,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-TEST(BinaryInterface, HasTheRecordLayoutOfTheContract) {
-    using Timed = TimedActionSettings;
-    using Forced = ForcedActionConfig;
-    constexpr std::size_t text = sizeof(std::u16string);
-    EXPECT_THAT(
-        (std::array{offsetof(Timed, StartSeconds), offsetof(Timed, IsLocalTime), offsetof(Timed, IntervalSeconds),
-                    offsetof(Timed, Type), offsetof(Timed, IntervalMilliseconds), sizeof(Timed)}),
-        ElementsAre(0, 4, 8, 12, 16, 20));
-    EXPECT_THAT((std::array{offsetof(Forced, LeafName), offsetof(Forced, ParentName), offsetof(Forced, WithOptionBit0),
-                            sizeof(Forced)}),
-                ElementsAre(0, text, 2 * text, 2 * text + alignof(std::u16string)));
-}
-
-// Returns a method's place in the table. A pointer to a virtual method contains the place in bytes, plus one.
-template <class Method>
-std::size_t SlotOf(Method method) {
-    std::size_t place = 0;
-    std::memcpy(&place, &method, sizeof(place));
-    return (place - 1) / sizeof(void*);
-}
-
-TEST(BinaryInterface, HasTheMethodOrderOfTheContractForPartners) {
-    EXPECT_THAT((std::array{SlotOf(&IActionListener::OnActionTriggered), SlotOf(&IACModifyCallback::OnTriggered),
-                            SlotOf(&IACModifySubscription::Start), SlotOf(&IACNodeModifyEnum::GetNodeEnumerator),
-                            SlotOf(&IACConfigService::AddSubscription), SlotOf(&IACConfigService::RemoveSubscription),
-                            SlotOf(&IACNodeEnumerator::Reset), SlotOf(&IACNodeEnumerator::Next)}),
-                ElementsAre(3, 3, 3, 3, 3, 4, 3, 4));
-}
-
-template <class Item>
-std::span<const Item> ItemsAt(const std::string& file, std::uint64_t offset, std::uint64_t count) {
-    return {reinterpret_cast<const Item*>(file.data() + offset), count};
-}
-
-TEST(BinaryInterface, ExportsOnlyOneFunction) {
-    const std::string file = ReadFile(ORV_MODULE_PATH);
-    const Elf64_Ehdr& head = ItemsAt<Elf64_Ehdr>(file, 0, 1)[0];
-    const auto sections = ItemsAt<Elf64_Shdr>(file, head.e_shoff, head.e_shnum);
-    std::vector<std::string> exported;
-    for (const Elf64_Shdr& section : sections) {
-        if (section.sh_type != SHT_DYNSYM) continue;
-        const char* const names = file.data() + sections[section.sh_link].sh_offset;
-        for (const auto& symbol : ItemsAt<Elf64_Sym>(file, section.sh_offset, section.sh_size / section.sh_entsize)) {
-            if (symbol.st_shndx == SHN_UNDEF || ELF64_ST_BIND(symbol.st_info) == STB_LOCAL) continue;
-            exported.emplace_back(names + symbol.st_name);
-        }
-    }
-    EXPECT_THAT(exported, ElementsAre("GetComponentsModuleObject"));
-}
 
 // Calls a method only by its place in the table, as a client of another compiler does.
 template <class Result = HRESULT, class... Arguments>

@@ -37,6 +37,9 @@ ctest --test-dir "$work/build" --output-on-failure
 export PKG_CONFIG_PATH=$sdk/lib/pkgconfig
 module=$(pkg-config --variable=module orv-action-manager)
 [ -f "$(dirname "$module")/SharedFaultTexts.dll" ]
+version=$("$sdk/bin/ActionHost" --version | cut -d' ' -f2)
+readelf -n "$module" | grep -F "\"version\":\"$version\""
+readelf -d "$sdk/lib/libNodeFabric.so" | grep -F "soname: [libNodeFabric.so.1]"
 expect() {
     local sample=$1
     # shellcheck disable=SC2046,SC2086
@@ -65,7 +68,6 @@ find "$headers" -type f -print0 | xargs -0 -n 1 -P 2 \
 "$sdk/bin/ActionHost" --every 100ms --duration 300ms
 
 cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >/dev/null
-version=$("$sdk/bin/ActionHost" --version | cut -d' ' -f2)
 dpkg-deb -f "$work"/packages/orv-action-manager-dev_*.deb Depends | grep -F "orv-action-manager (= $version)"
 dpkg-deb -f "$work"/packages/orv-action-manager_*.deb Depends | grep -F "libstdc++6"
 for package in "$work"/packages/*.deb; do
