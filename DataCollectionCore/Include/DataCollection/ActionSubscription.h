@@ -32,7 +32,7 @@ struct IActionListener : Harbor::IComponentUnknown {
     // is refused with E_UNEXPECTED. The call must not release the manager's last reference, and the listener object
     // must not hold that reference: the worker would wait for itself.
     //
-    // If an HRX leaves the call, the listener is called again in the next cycle. No other exception may leave it.
+    // No exception may leave the call. If one does, it is logged, and the listener is called again in the next cycle.
     virtual HRESULT OnActionTriggered(IActionSubscription* subscription, IAction* action) = 0;
 
 protected:

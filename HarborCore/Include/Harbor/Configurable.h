@@ -1,4 +1,5 @@
-// A component that is configured by a node.
+// A component that is configured by a node. The header of each class says which attributes the node must have, and
+// whether Configure may be called again.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
