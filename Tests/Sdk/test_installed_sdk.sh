@@ -66,13 +66,3 @@ find "$headers" -type f -print0 | xargs -0 -n 1 -P 2 \
     "$compiler" $(pkg-config --cflags orv-action-manager) $warnings -fsyntax-only -x c++ /dev/null -include
 
 "$sdk/bin/ActionHost" --every 100ms --duration 300ms
-
-cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >/dev/null
-dpkg-deb -f "$work"/packages/orv-action-manager-dev_*.deb Depends | grep -F "orv-action-manager (= $version)"
-dpkg-deb -f "$work"/packages/orv-action-manager_*.deb Depends | grep -F "libstdc++6"
-for package in "$work"/packages/*.deb; do
-    dpkg-deb -x "$package" "$work/root"
-    [ "$(dpkg-deb -f "$package" Version)" = "$version" ]
-done
-diff <(cd "$sdk" && find . -type f | sort) <(cd "$work/root/usr" && find . -type f | sort)
-"$work/root/usr/bin/ActionHost" --every 100ms --duration 300ms
