@@ -4,7 +4,7 @@ enable_language(RC)
 # orv_add_version_resource(<target> <description>): gives a binary the project's version, which its properties show.
 function(orv_add_version_resource target description)
     string(REPLACE "." "," ORV_VERSION_NUMBERS ${PROJECT_VERSION})
-    set(ORV_DESCRIPTION ${description})
+    set(ORV_DESCRIPTION "${description}")
     set(ORV_FILE_NAME $<TARGET_FILE_NAME:${target}>)
     configure_file(${PROJECT_SOURCE_DIR}/CMake/Version.rc.in ${target}.rc.in @ONLY)
     file(GENERATE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc INPUT ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc.in)

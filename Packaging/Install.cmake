@@ -1,5 +1,6 @@
-# Installs the files into the directories of Places.cmake, and builds packages of them.
+# Installs the files into the directories of Places.cmake.
 include(CMakePackageConfigHelpers)
+include(Packaging/FileVersion.cmake)
 
 set_target_properties(OrvPlatform NodeFabric ModuleBroker PROPERTIES INSTALL_RPATH $ORIGIN)
 set_target_properties(OrvActionManager PROPERTIES INSTALL_RPATH $ORIGIN/..)
@@ -14,7 +15,7 @@ set_target_properties(OrvActionManager PROPERTIES EXPORT_NAME Module)
 
 install(TARGETS ActionHost COMPONENT runtime)
 install(TARGETS OrvPlatform NodeFabric ModuleBroker EXPORT OrvActionManager
-        LIBRARY COMPONENT runtime INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
+        LIBRARY COMPONENT runtime NAMELINK_COMPONENT development INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
 install(TARGETS OrvActionManager EXPORT OrvActionManager LIBRARY DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
 install(FILES $<TARGET_FILE_DIR:OrvActionManager>/SharedFaultTexts.dll DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
 install(TARGETS HarborInterfaces OrvInterfaces OrvNeighbours HarborCore ConfigServer EXPORT OrvActionManager
@@ -35,20 +36,4 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/OrvActionManagerConfig.cmake
 configure_file(Packaging/orv-action-manager.pc.in orv-action-manager.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/orv-action-manager.pc DESTINATION ${ORV_PKGCONFIG_DIR} COMPONENT development)
 
-# Two Debian packages, by cpack.
-set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGE_NAME orv-action-manager)
-set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_CONTACT "The OrvActionManager developers")
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_COMPONENTS_ALL runtime development)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME orv-action-manager)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME orv-action-manager-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "orv-action-manager (= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "Headers and libraries for those who build clients and hosts of OrvActionManager")
-include(CPack)
+include(Packaging/Packages.cmake)

@@ -1,45 +1,43 @@
 // Is called every 200 ms, and ends after five calls.
-//
-//     RegularAction /path/to/OrvActionManager.so
 #include <cstdio>
 #include <latch>
 
-#include "Host.h"
-#include "Listener.h"
+#include "DataCollection/CreateActionManager.h"
+#include "Harbor/Object.h"
 
 using namespace DataCollection::ActionManagement;
 
-int main(int, char** argv) try {
-    const Host host(argv[1]);
-    std::latch calls(5);
-    int number = 0;
-    Listener listener([&](const std::u16string&) {
-        if (number == 5) return;
-        std::printf("call %d\n", ++number);
-        calls.count_down();
-    });
+// The worker of the manager calls it.
+class Counter final : public Harbor::Object<IActionListener> {
+public:
+    void WaitForFiveCalls() const { calls_.wait(); }
 
-    auto manager = host.Create<IActionManager>(ActionManagerClassId);
-    Configure(manager, 10);
+    Harbor::HRESULT OnActionTriggered(IActionSubscription*, DataCollection::IAction*) noexcept override {
+        if (number_ == 5) return Harbor::S_OK;
+        std::printf("call %d\n", ++number_);
+        calls_.count_down();
+        return Harbor::S_OK;
+    }
 
-    const TimedActionSettings everyFifthOfASecond{
-        .StartSeconds = 0,
-        .IsLocalTime = false,
-        .IntervalSeconds = 0,
-        .Type = TimedActionType::Repeat,
-        .IntervalMilliseconds = 200,
-    };
+private:
+    int number_ = 0;
+    std::latch calls_{5};
+};
+
+int main(int argc, char** argv) try {
+    if (argc != 2) return std::fprintf(stderr, "usage: RegularAction /path/to/OrvActionManager.so\n"), 2;
+    const Harbor::Module module = Harbor::Module::Load(argv[1]);
+    const auto counter = Harbor::MakeObject<Counter>();
+    const auto manager = CreateActionManager(module, 10);
+
+    const TimedActionSettings everyFifthOfASecond{.IntervalMilliseconds = 200};
     Harbor::ComponentPtr<IActionSubscription> subscription;
-    Check(manager->SubscribeRegularAction(&listener, &everyFifthOfASecond, subscription.Address()),
-          "SubscribeRegularAction");
-    Check(subscription->Start(), "Start");  // from now on the listener is called
+    Harbor::ThrowIfFailed(manager->SubscribeRegularAction(counter.Get(), &everyFifthOfASecond, subscription.Address()),
+                          "SubscribeRegularAction");
+    Harbor::ThrowIfFailed(subscription->Start(), "Start");  // from now on the listener is called
 
-    calls.wait();
-    Check(subscription->Unsubscribe(), "Unsubscribe");
-    subscription.Reset();
-    manager.Reset();  // the last reference: after this no call runs or comes
-    return 0;
+    counter->WaitForFiveCalls();
+    return subscription->Unsubscribe();  // then the manager's last Release ends the worker, and the module is unloaded
 } catch (const std::exception& failure) {
-    std::fprintf(stderr, "%s\n", failure.what());
-    return 1;
+    return std::fprintf(stderr, "%s\n", failure.what()), 1;
 }

@@ -1,49 +1,41 @@
 // Asks whether a change of the configuration requires a run.
-//
-//     TriggerStrategy /path/to/OrvActionManager.so
 #include <cstdio>
 #include <initializer_list>
 
 #include "DataCollection/TriggerStrategy.h"
-#include "Host.h"
+#include "Harbor/Module.h"
+#include "Harbor/Nodes.h"
 #include "NodeFabric/Authoring.h"
 
-// Returns a configuration: a root with a child "ScopeItems", which has a child for each thing that is collected. The
-// caller closes the handle.
-AcnHandle MakeConfiguration(std::initializer_list<const char16_t*> items) {
-    AcnHandle root = nullptr, scope = nullptr;
-    Check(AcnCreateNode(u"Configuration", nullptr, &root), "AcnCreateNode");
-    Check(AcnCreateNode(u"ScopeItems", nullptr, &scope), "AcnCreateNode");
-    Check(AcnAppendChild(root, scope), "AcnAppendChild");
+// Returns a configuration: a root with a child "ScopeItems", which has a child for each thing that is collected.
+Harbor::NodeHandle MakeConfiguration(std::initializer_list<const char16_t*> items) {
+    Harbor::NodeHandle root = Harbor::NewNode(u"Configuration");
+    const Harbor::NodeHandle scope = Harbor::NewNode(u"ScopeItems");
+    Harbor::ThrowIfFailed(AcnAppendChild(root.get(), scope.get()), "AcnAppendChild");
     for (const char16_t* const name : items) {
-        AcnHandle item = nullptr;
-        Check(AcnCreateNode(name, nullptr, &item), "AcnCreateNode");
-        Check(AcnAppendChild(scope, item), "AcnAppendChild");
-        AcnCloseNodeHandle(item);  // the tree keeps the node
+        const Harbor::NodeHandle item = Harbor::NewNode(name);
+        Harbor::ThrowIfFailed(AcnAppendChild(scope.get(), item.get()), "AcnAppendChild");
     }
-    AcnCloseNodeHandle(scope);
-    return root;
+    return root;  // the tree keeps the nodes whose handles are closed here
 }
 
-int main(int, char** argv) try {
-    const Host host(argv[1]);
-    const auto strategy = host.Create<DataCollection::ITriggerStrategy>(DataCollection::ScopeItemUpdateStrategyClassId);
-    AcnHandle before = MakeConfiguration({u"Boiler", u"Pump"});
-    AcnHandle same = MakeConfiguration({u"Boiler", u"Pump"});
-    AcnHandle after = MakeConfiguration({u"Boiler", u"Pump", u"Valve"});
+int main(int argc, char** argv) try {
+    if (argc != 2) return std::fprintf(stderr, "usage: TriggerStrategy /path/to/OrvActionManager.so\n"), 2;
+    using namespace DataCollection;
+    const Harbor::Module module = Harbor::Module::Load(argv[1]);
+    const auto strategy = Harbor::Create<ITriggerStrategy>(module, ScopeItemUpdateStrategyClassId);
+    const Harbor::NodeHandle before = MakeConfiguration({u"Boiler", u"Pump"});
 
     // S_OK means yes, S_FALSE no; a negative code is a failure.
-    const auto print = [&](const char* what, AcnHandle newConfig) {
-        const Harbor::HRESULT answer = strategy->OnConfigurationUpdate(before, newConfig);
-        Check(answer, "OnConfigurationUpdate");
+    const auto print = [&](const char* what, const Harbor::NodeHandle& after) {
+        const Harbor::HRESULT answer = strategy->OnConfigurationUpdate(before.get(), after.get());
+        Harbor::ThrowIfFailed(answer, "OnConfigurationUpdate");
         std::printf("%s: %s\n", what, answer == Harbor::S_OK ? "run" : "no run");
     };
-    print("nothing changed", same);
-    print("a valve was added", after);
-
-    for (AcnHandle tree : {before, same, after}) AcnCloseNodeHandle(tree);
+    print("nothing changed", MakeConfiguration({u"Boiler", u"Pump"}));
+    print("a valve was added", MakeConfiguration({u"Boiler", u"Pump", u"Valve"}));
+    print("the pump was removed", MakeConfiguration({u"Boiler"}));
     return 0;
 } catch (const std::exception& failure) {
-    std::fprintf(stderr, "%s\n", failure.what());
-    return 1;
+    return std::fprintf(stderr, "%s\n", failure.what()), 1;
 }

@@ -2,6 +2,7 @@
 
 #include "ChangeReport.h"
 #include "Common/Base/Text.h"
+#include "Harbor/Failure.h"
 #include "ModifySubscription.h"
 #include "NodeFabric/Authoring.h"
 #include "ServiceMethod.h"
@@ -129,7 +130,12 @@ void ConfigService::ReportWrite(const ACNode& changed, const WideString& path, s
 }
 
 ComponentPtr<IConfigTree> CreateConfigServer() {
-    return Create<ConfigService, IConfigTree>();
+    try {
+        return Create<ConfigService, IConfigTree>();
+    } catch (const HRX& failure) {
+        // The caller has only the public headers.
+        throw Failure(failure.Code(), "CreateConfigServer: " + ToUtf8(failure.ToText()));
+    }
 }
 
 }  // namespace ConfigServer

@@ -12,9 +12,6 @@ namespace {
 
 constexpr const char* Tag = "ConfigServer::ModifySubscription::ModifySubscription";
 
-// The count from the last Release on: no number of calls in a callback brings it back to 1.
-constexpr std::uint32_t EndingCount = 0x80000000;
-
 }  // namespace
 
 ComponentPtr<IACModifySubscription> ModifySubscription::Create(std::shared_ptr<Dispatcher> dispatcher,
@@ -38,15 +35,12 @@ ModifySubscription::~ModifySubscription() {
 }
 
 std::uint32_t ModifySubscription::AddRef() {
-    return references_.fetch_add(1, std::memory_order_relaxed) + 1;
+    return references_.Add();
 }
 
 std::uint32_t ModifySubscription::Release() {
-    std::uint32_t count = references_.load(std::memory_order_relaxed);
-    while (!references_.compare_exchange_weak(count, count == 1 ? EndingCount : count - 1, std::memory_order_acq_rel,
-                                              std::memory_order_relaxed)) {
-    }
-    if (count != 1) return count - 1;
+    const std::uint32_t left = references_.Remove();
+    if (left != 0) return left;
     dispatcher_->ForgetWatch(*watch_);
     const std::unique_ptr<ModifySubscription> ended(this);
     return 0;

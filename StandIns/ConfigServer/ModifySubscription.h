@@ -1,10 +1,10 @@
 // A client's subscription. Its last Release ends its watch.
 #pragma once
 
-#include <atomic>
 #include <memory>
 
 #include "Dispatcher.h"
+#include "Harbor/ReferenceCount.h"
 
 namespace ConfigServer {
 
@@ -30,7 +30,7 @@ private:
 
     const std::shared_ptr<Dispatcher> dispatcher_;
     const std::shared_ptr<Watch> watch_;
-    std::atomic<std::uint32_t> references_{1};
+    Harbor::ReferenceCount references_;
 };
 
 }  // namespace ConfigServer

@@ -100,6 +100,9 @@ TEST_F(ForcedCommands, RegisterAWatchWithExactFilterAndParameters) {
 TEST_F(ForcedCommands, TriggerTheActionOfTheLastValidCommand) {
     const std::string failed = "ERR DataCollection::ActionManagement::ActionManager::OnTriggered failed: ";
     const std::string empty = "WARN Empty attribute: 'Command'.", bad = "ERR Invalid forced command format: ACNode[";
+    const auto lacks = [](const std::string& name) {
+        return "ERR Invalid modification. Attribute: '" + name + "'. Reason: 0x80070490 *";
+    };
     const auto unknown = [](const std::string& command) { return "WARN Unknown command: '" + command + "'."; };
     const struct {
         std::vector<Change> changes;
@@ -117,8 +120,14 @@ TEST_F(ForcedCommands, TriggerTheActionOfTheLastValidCommand) {
         {{{u"x"}, {u"Start"}, {u"y"}, {u"Stop"}}, {"ForcedStop"}, {unknown("x"), bad + "*", unknown("y"), bad + "*"}},
         {{{u"Start", 0x7FFFFFFF00000000}}, {"ForcedStart"}, {}},
         {{{u"Stop", 1, u"", false}, {u"Start"}}, {"ForcedStart"}, {empty, bad + "<null>]"}},
-        {{{u"Start"}, {u"Stop", 0}, {u"Stop"}}, {"ForcedStart"}, {failed + "0x80070490 *"}, NOT_FOUND},
-        {{{u"Stop"}, {u"Start", 1, nullptr}, {u"Start"}}, {"ForcedStop"}, {failed + "0x80070490 *"}, NOT_FOUND},
+        {{{u"Start"}, {u"Stop", 0}, {u"Stop"}},
+         {"ForcedStart"},
+         {lacks("ChangesMask"), failed + "0x80070490 *"},
+         NOT_FOUND},
+        {{{u"Stop"}, {u"Start", 1, nullptr}, {u"Start"}},
+         {"ForcedStop"},
+         {lacks("ModifiedNodePath"), failed + "0x80070490 *"},
+         NOT_FOUND},
         {{{nullptr, 1, u"", true, true}, {u"Stop"}}, {}, {failed + "0x8007065D *"}, DATATYPE_MISMATCH},
     };
     const SubscriptionPtr subscription = SubscribeForced(listener_);

@@ -9,35 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(BinaryInterface, HasTheRecordLayoutOfTheContract) {
-    using Timed = TimedActionSettings;
-    using Forced = ForcedActionConfig;
-    constexpr std::size_t text = sizeof(std::u16string);
-    EXPECT_THAT(
-        (std::array{offsetof(Timed, StartSeconds), offsetof(Timed, IsLocalTime), offsetof(Timed, IntervalSeconds),
-                    offsetof(Timed, Type), offsetof(Timed, IntervalMilliseconds), sizeof(Timed)}),
-        ElementsAre(0, 4, 8, 12, 16, 20));
-    EXPECT_THAT((std::array{offsetof(Forced, LeafName), offsetof(Forced, ParentName), offsetof(Forced, WithOptionBit0),
-                            sizeof(Forced)}),
-                ElementsAre(0, text, 2 * text, 2 * text + alignof(std::u16string)));
-}
-
-// Returns a method's place in the table. A pointer to a virtual method contains the place in bytes, plus one.
-template <class Method>
-std::size_t SlotOf(Method method) {
-    std::size_t place = 0;
-    std::memcpy(&place, &method, sizeof(place));
-    return (place - 1) / sizeof(void*);
-}
-
-TEST(BinaryInterface, HasTheMethodOrderOfTheContractForPartners) {
-    EXPECT_THAT((std::array{SlotOf(&IActionListener::OnActionTriggered), SlotOf(&IACModifyCallback::OnTriggered),
-                            SlotOf(&IACModifySubscription::Start), SlotOf(&IACNodeModifyEnum::GetNodeEnumerator),
-                            SlotOf(&IACConfigService::AddSubscription), SlotOf(&IACConfigService::RemoveSubscription),
-                            SlotOf(&IACNodeEnumerator::Reset), SlotOf(&IACNodeEnumerator::Next)}),
-                ElementsAre(3, 3, 3, 3, 3, 4, 3, 4));
-}
-
 // Calls a method only by its place in the table, as a client of another compiler does.
 template <class Result = HRESULT, class... Arguments>
 Result Call(void* object, std::size_t slot, Arguments... arguments) {

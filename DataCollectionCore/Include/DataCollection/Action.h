@@ -32,6 +32,9 @@ struct IAction : Harbor::IComponentUnknown {
 
     virtual HRESULT GetType(GUID* type) = 0;
     virtual HRESULT GetName(WideString* name) = 0;
+
+protected:
+    ~IAction() = default;
 };
 
 // An action, as the manager and the subscriptions use it.
@@ -48,6 +51,9 @@ struct IActionControl : Harbor::IComponentUnknown {
     // Set and read the mark: whether the listener must be called for the action. The mark is a flag, not a count.
     virtual HRESULT SetTriggered(bool triggered) = 0;
     virtual HRESULT GetTriggered(bool* triggered) = 0;
+
+protected:
+    ~IActionControl() = default;
 };
 
 }  // namespace DataCollection

@@ -8,9 +8,17 @@
 namespace DataCollection::ActionManagement {
 
 // The class of the manager. A new manager calls no listener until it is configured, through Harbor::IConfigurable, with
-// a node that has the 32-bit attribute "PollingIntervalInMilliseconds".
+// a node that has the attribute PollingIntervalAttribute. CreateActionManager (CreateActionManager.h) does both.
+//
+// Only the first Configure has an effect; every later one returns S_OK and does nothing. So a manager whose first
+// Configure failed remains without a worker: release it and create another one. Configure fails with E_FAIL for a null
+// node, with NOT_FOUND if the attribute is missing, and with DATATYPE_MISMATCH or another code of the node store if it
+// cannot be read as a 32-bit number.
 inline constexpr GUID ActionManagerClassId{
     0xBAD21ACC, 0x2805, 0x4DA8, {0xB9, 0xAF, 0xA4, 0x9C, 0xBD, 0xE1, 0x6D, 0x5A}};
+
+// The pause of the worker between two checks, in milliseconds: an attribute of the type AcnTypeUInt32.
+inline constexpr Harbor::WideChar PollingIntervalAttribute[] = u"PollingIntervalInMilliseconds";
 
 // Any thread may call these functions, also from inside a call to a listener.
 //

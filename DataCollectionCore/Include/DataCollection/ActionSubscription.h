@@ -18,6 +18,9 @@ struct IActionSubscription : Harbor::IComponentUnknown {
     // after that call. Does not wait: a call that is under way continues, and one more call may be starting. Returns
     // S_OK.
     virtual HRESULT Unsubscribe() = 0;
+
+protected:
+    ~IActionSubscription() = default;
 };
 
 // Implemented by the client.
@@ -29,8 +32,11 @@ struct IActionListener : Harbor::IComponentUnknown {
     // is refused with E_UNEXPECTED. The call must not release the manager's last reference, and the listener object
     // must not hold that reference: the worker would wait for itself.
     //
-    // If an HRX leaves the call, the listener is called again in the next cycle. No other exception may leave it.
+    // No exception may leave the call. If one does, it is logged, and the listener is called again in the next cycle.
     virtual HRESULT OnActionTriggered(IActionSubscription* subscription, IAction* action) = 0;
+
+protected:
+    ~IActionListener() = default;
 };
 
 // A subscription, as the manager uses it.
@@ -52,6 +58,9 @@ struct IActionSubscriptionControl : Harbor::IComponentUnknown {
     // SetAction and TriggerActionsIfNeeded wait for a call to the listener that is under way on another thread. From
     // inside a call to the listener they return E_UNEXPECTED, log an ERR line and change nothing.
     virtual HRESULT TriggerActionsIfNeeded() = 0;
+
+protected:
+    ~IActionSubscriptionControl() = default;
 };
 
 }  // namespace DataCollection::ActionManagement

@@ -12,7 +12,7 @@ inline constexpr Harbor::WideChar CommandPointRoot[] = u"\\Commands\\ManagedObje
 struct ForcedActionConfig {
     Harbor::WideString LeafName;
     Harbor::WideString ParentName;
-    bool WithOptionBit0;  // sets bit 0 of the watch's options at the configuration service
+    bool WithOptionBit0 = false;  // sets bit 0 of the watch's options at the configuration service
 };
 
 }  // namespace DataCollection::ActionManagement

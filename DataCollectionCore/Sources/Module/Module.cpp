@@ -4,7 +4,7 @@
 #include "Common/Components/CComponentObject.h"
 #include "Common/Failures/ErrorTextCache.h"
 #include "Common/Logging/FileLogger.h"
-#include "Module/Version.h"
+#include "DataCollection/Version.h"
 #include "Subsystems/ActionManager/ActionManager.h"
 #include "Subsystems/ActionManager/DefaultTriggerStrategy.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
@@ -17,6 +17,8 @@ using ActionManagement::ActionManager;
 using ActionManagement::ActionManagerClassId;
 
 constexpr WideChar ModuleDescription[] = u"OrvActionManager64";
+constexpr ModuleVersion Version{ORV_ACTION_MANAGER_VERSION_MAJOR, ORV_ACTION_MANAGER_VERSION_MINOR,
+                                ORV_ACTION_MANAGER_VERSION_PATCH, ORV_ACTION_MANAGER_VERSION_BUILD};
 
 // The log manager brings the settings store with its two sources.
 [[maybe_unused]] const LogManager& TheLogManager = LogManager::Instance();

@@ -17,6 +17,9 @@ struct IComponentUnknown {
     // Stores a pointer to another interface of the same object and counts a reference, which the caller releases.
     // Returns E_INVALIDARG for a null argument and E_NOINTERFACE for an unknown id; `*result` is then unchanged.
     virtual HRESULT QueryInterface(const GUID* iid, void** result) = 0;
+
+protected:
+    ~IComponentUnknown() = default;
 };
 
 }  // namespace Harbor

@@ -25,6 +25,9 @@ struct IComponentsModule : IComponentUnknown {
     // must not be null. Returns REGDB_E_CLASSNOTREG for an unknown class, E_NOINTERFACE for an interface that the class
     // does not have, and E_INVALIDARG if another argument is null. If memory runs out, std::bad_alloc is thrown.
     virtual HRESULT CreateInstance(const GUID* classId, const GUID* iid, void** result) = 0;
+
+protected:
+    ~IComponentsModule() = default;
 };
 
 // The only export of the library. Stores the module object and counts no reference. Returns E_INVALIDARG for null.

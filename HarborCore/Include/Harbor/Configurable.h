@@ -1,4 +1,5 @@
-// A component that is configured by a node.
+// A component that is configured by a node. The header of each class says which attributes the node must have, and
+// whether Configure may be called again.
 #pragma once
 
 #include "Harbor/ComponentUnknown.h"
@@ -11,6 +12,9 @@ struct IConfigurable : IComponentUnknown {
 
     // Configures the component. `config` is borrowed: the component duplicates the handles that it keeps.
     virtual HRESULT Configure(AcnHandle config) = 0;
+
+protected:
+    ~IConfigurable() = default;
 };
 
 }  // namespace Harbor

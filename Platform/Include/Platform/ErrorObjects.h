@@ -17,6 +17,9 @@ struct IUnknown {
     virtual HRESULT QueryInterface(const GUID* iid, void** result) = 0;
     virtual std::uint32_t AddRef() = 0;
     virtual std::uint32_t Release() = 0;
+
+protected:
+    ~IUnknown() = default;
 };
 
 struct IErrorInfo : IUnknown {
@@ -26,6 +29,9 @@ struct IErrorInfo : IUnknown {
     virtual HRESULT GetDescription(BSTR* description) = 0;  // the caller frees the text, which may be null
     virtual HRESULT GetHelpFile(BSTR* file) = 0;
     virtual HRESULT GetHelpContext(DWORD* context) = 0;
+
+protected:
+    ~IErrorInfo() = default;
 };
 
 struct ICreateErrorInfo : IUnknown {
@@ -35,6 +41,9 @@ struct ICreateErrorInfo : IUnknown {
     virtual HRESULT SetDescription(const WideChar* description) = 0;
     virtual HRESULT SetHelpFile(const WideChar* file) = 0;
     virtual HRESULT SetHelpContext(DWORD context) = 0;
+
+protected:
+    ~ICreateErrorInfo() = default;
 };
 
 // Creates an error object. The caller owns its one reference. Its QueryInterface supports the three interfaces above.

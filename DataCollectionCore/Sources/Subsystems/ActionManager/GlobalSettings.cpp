@@ -4,14 +4,13 @@
 
 #include "Common/Base/Guards.h"
 #include "Common/Logging/FunctionTrace.h"
+#include "DataCollection/ActionManager.h"
 
 namespace DataCollection::ActionManagement {
 
 using namespace Harbor;
 
 namespace {
-
-constexpr WideChar PollingIntervalAttribute[] = u"PollingIntervalInMilliseconds";
 
 ReaderWriterLock SettingsLock;
 std::atomic<bool> Created{false};

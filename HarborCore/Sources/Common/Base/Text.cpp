@@ -76,20 +76,4 @@ ParsedNumber ParseNumber(std::u16string_view text) noexcept {
     return {negative ? 0u - magnitude : magnitude, at};
 }
 
-WideString FromUtf8(std::string_view text) {
-    WideString wide(text.size(), u'\0');
-    const int length = Platform::MultiByteToWideChar(Platform::CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                                     wide.data(), static_cast<int>(wide.size()));
-    wide.resize(static_cast<std::size_t>(length));
-    return wide;
-}
-
-std::string ToUtf8(std::u16string_view text) {
-    std::string narrow(text.size() * 3, '\0');
-    const int length = Platform::WideCharToMultiByte(Platform::CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                                     narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
-    narrow.resize(static_cast<std::size_t>(length));
-    return narrow;
-}
-
 }  // namespace Harbor

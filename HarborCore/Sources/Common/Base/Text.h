@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Harbor/Types.h"
+#include "Harbor/Text.h"
 
 namespace Harbor {
 
@@ -30,9 +30,5 @@ struct ParsedNumber {
 // Reads a number at the beginning of a text as wcstoul does with base 0: after white space, with an optional sign and
 // the prefix 0x or 0. A number of more than 32 bits is read as 0xFFFFFFFF.
 [[nodiscard]] ParsedNumber ParseNumber(std::u16string_view text) noexcept;
-
-// Convert between UTF-8 and 16-bit text. Malformed input becomes U+FFFD.
-[[nodiscard]] WideString FromUtf8(std::string_view text);
-[[nodiscard]] std::string ToUtf8(std::u16string_view text);
 
 }  // namespace Harbor

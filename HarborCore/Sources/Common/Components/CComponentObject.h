@@ -14,20 +14,15 @@ namespace Harbor {
 template <class T>
 class CComponentObject final : public T {
 public:
-    std::uint32_t AddRef() override { return this->referenceCount_.fetch_add(1, std::memory_order_relaxed) + 1; }
+    std::uint32_t AddRef() override { return this->references_.Add(); }
 
     std::uint32_t Release() override {
-        // The last reference leaves the count far from 0, in one step: a partner that counts and releases the object
-        // while it ends, on any thread, does not end it again.
-        std::uint32_t count = this->referenceCount_.load(std::memory_order_relaxed);
-        while (!this->referenceCount_.compare_exchange_weak(count, count == 1 ? Ending : count - 1,
-                                                            std::memory_order_acq_rel, std::memory_order_relaxed)) {
-        }
-        if (count == 1) {
+        const std::uint32_t left = this->references_.Remove();
+        if (left == 0) {
             this->FinalRelease();
             delete this;
         }
-        return count - 1;
+        return left;
     }
 
     HRESULT QueryInterface(const GUID* iid, void** result) override {
@@ -55,8 +50,6 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t Ending = 0x80000000;  // far from 0 in both directions
-
     CComponentObject() {
         DbgAliveObjectsTracker::Instance().Track(this, T::Tag);
         ComponentsModule::Instance().LockModule();

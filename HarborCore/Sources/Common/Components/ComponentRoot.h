@@ -1,10 +1,7 @@
 // The first base of every component class. It holds the reference count, and its address is the identity of the object.
 #pragma once
 
-#include <array>
-#include <atomic>
-
-#include "Harbor/ComponentUnknown.h"
+#include "Harbor/ReferenceCount.h"
 
 namespace Harbor {
 
@@ -30,18 +27,7 @@ public:
 protected:
     ComponentRoot() noexcept = default;
 
-    std::atomic<std::uint32_t> referenceCount_{1};
-};
-
-template <class... Interfaces>
-struct InterfaceList {
-    // Returns the first interface of the list that has the id, or null if there is none.
-    template <class T>
-    static IComponentUnknown* Find(T* object, const GUID& iid) noexcept {
-        IComponentUnknown* found = nullptr;
-        (void)((iid == Interfaces::Id && (found = static_cast<Interfaces*>(object), true)) || ...);
-        return found;
-    }
+    ReferenceCount references_;
 };
 
 }  // namespace Harbor

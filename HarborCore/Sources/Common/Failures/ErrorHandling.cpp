@@ -11,8 +11,8 @@
 #include "Common/Logging/Log.h"
 #include "Common/Settings/ModuleInfo.h"
 #include "Common/Settings/SettingsStore.h"
+#include "Harbor/ErrorText.h"
 #include "Platform/Errors.h"
-#include "Platform/Messages.h"
 #include "Platform/Modules.h"
 
 namespace Harbor {
@@ -32,22 +32,9 @@ constexpr std::uint32_t EndOfInterfaceCodes = 0x80050000;
 constexpr std::uint32_t FacilityWin32 = 7;
 
 using ModuleHandle = OwnedHandle<Platform::HMODULE, &Platform::FreeLibrary>;
-using LocalText = OwnedHandle<WideChar*, &Platform::LocalFree>;
-
-std::optional<WideString> AskSource(Platform::DWORD origin, Platform::HMODULE module, std::uint32_t code) {
-    for (const Platform::DWORD language : {Platform::DWORD{Platform::GetUserDefaultLangID()}, Platform::DWORD{0}}) {
-        WideChar* buffer = nullptr;
-        const Platform::DWORD length = Platform::FormatMessageW(
-            Platform::FORMAT_MESSAGE_ALLOCATE_BUFFER | Platform::FORMAT_MESSAGE_IGNORE_INSERTS | origin, module, code,
-            language, reinterpret_cast<WideChar*>(&buffer), 0, nullptr);
-        const LocalText text(buffer);
-        if (length != 0 && text) return WideString(text.get(), length);
-    }
-    return std::nullopt;
-}
 
 std::optional<WideString> AskSystem(std::uint32_t code) {
-    return AskSource(Platform::FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code);
+    return FindMessage(Platform::FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code);
 }
 
 // True on a thread that is loading message modules. Codes that it describes during that time, such as that of a failed
@@ -71,7 +58,7 @@ public:
 
     static std::optional<WideString> Ask(const List& modules, std::uint32_t code) {
         for (auto module = modules.begin(); module != modules.end() && *module; ++module) {
-            if (auto text = AskSource(Platform::FORMAT_MESSAGE_FROM_HMODULE, module->get(), code)) return text;
+            if (auto text = FindMessage(Platform::FORMAT_MESSAGE_FROM_HMODULE, module->get(), code)) return text;
         }
         return std::nullopt;
     }

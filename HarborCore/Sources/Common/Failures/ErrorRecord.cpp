@@ -4,6 +4,7 @@
 #include "Common/Base/OwnedHandle.h"
 #include "Common/Base/Text.h"
 #include "Common/Failures/ErrorHandling.h"
+#include "Harbor/ErrorText.h"
 
 namespace Harbor {
 namespace {
@@ -13,14 +14,6 @@ using OwnedBstr = OwnedHandle<Platform::BSTR, &Platform::SysFreeString>;
 // Null if memory runs out.
 OwnedBstr MakeBstr(std::u16string_view text) noexcept {
     return OwnedBstr(Platform::SysAllocStringLen(text.data(), static_cast<std::uint32_t>(text.size())));
-}
-
-// Empty if the object has no description or fails to return it.
-WideString DescriptionOf(Platform::IErrorInfo& errorInfo) {
-    Platform::BSTR text = nullptr;
-    const HRESULT code = errorInfo.GetDescription(&text);
-    const OwnedBstr owner(text);
-    return Failed(code) ? WideString() : WideString(text, Platform::SysStringLen(text));
 }
 
 // Stores the description of the error object in the record. A description that this framework wrote is parsed; any

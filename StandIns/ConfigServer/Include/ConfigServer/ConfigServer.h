@@ -1,8 +1,8 @@
 // A configuration service: its host writes a tree of nodes, and the service reports the changes to its subscribers.
 //
 //     const auto tree = ConfigServer::CreateConfigServer();
-//     ThrowIfFailed(MBSetNamedInstance(ConfigServiceInstanceName, tree.Get()));
-//     hres = tree->WriteNode(u"\\Commands\\Parent\\Leaf\\Command1", {{u"Command", u"Start"}});
+//     Harbor::ThrowIfFailed(MBSetNamedInstance(Harbor::ConfigServiceInstanceName, tree.Get()), "MBSetNamedInstance");
+//     Harbor::ThrowIfFailed(tree->WriteNode(u"\\Commands\\Parent\\Leaf\\Command1", {{u"Command", u"Start"}}), "Write");
 //
 // The object also implements IACConfigService. Any thread may call any operation at any time, also from a callback. No
 // operation throws; if memory runs out, the code is E_OUTOFMEMORY.
@@ -67,9 +67,12 @@ struct IConfigTree : Harbor::IComponentUnknown {
     // Returns E_INVALIDARG for an invalid path and for an attribute without a name; the tree is then unchanged. A write
     // that fails for another reason adds no node, but may have set attributes; it is not reported. It may be repeated.
     virtual Harbor::HRESULT WriteNode(std::u16string_view path, const std::vector<TextAttribute>& attributes) = 0;
+
+protected:
+    ~IConfigTree() = default;
 };
 
-// Creates a service with an empty tree and starts its thread. Failures are thrown as HRX or std::bad_alloc.
+// Creates a service with an empty tree and starts its thread. Failures are thrown as Harbor::Failure or std::bad_alloc.
 [[nodiscard]] Harbor::ComponentPtr<IConfigTree> CreateConfigServer();
 
 }  // namespace ConfigServer

@@ -1,0 +1,31 @@
+# Run by cpack before it builds the packages from the staged trees, one for each component. Removes the paths by which
+# programs and libraries find each other in a tree that may be moved: those of a package are where the loader looks.
+# Moves the debug symbols into the tree of the component debug, under the names by which debuggers find them.
+function(run)
+    execute_process(COMMAND ${ARGV} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+    set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+set(stage ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
+file(GLOB_RECURSE libraries ${stage}/development/*.a)
+foreach(file ${libraries})
+    run(${CPACK_ORV_STRIP} --strip-debug --remove-section=.comment ${file})
+endforeach()
+
+file(GLOB_RECURSE binaries ${stage}/runtime/*/bin/* ${stage}/runtime/*.so*)
+foreach(file ${binaries})
+    if(IS_SYMLINK ${file})
+        continue()
+    endif()
+    file(RPATH_REMOVE FILE ${file})
+    run(${CPACK_ORV_READELF} --notes ${file})
+    if(NOT output MATCHES "Build ID: (..)([0-9a-f]+)")
+        message(FATAL_ERROR "${file} has no build id")
+    endif()
+    set(folder ${stage}/debug/usr/lib/debug/.build-id/${CMAKE_MATCH_1})
+    set(symbols ${folder}/${CMAKE_MATCH_2}.debug)
+    file(MAKE_DIRECTORY ${folder})
+    run(${CPACK_ORV_OBJCOPY} --only-keep-debug --compress-debug-sections ${file} ${symbols})
+    run(${CPACK_ORV_STRIP} --strip-unneeded --remove-section=.comment ${file})
+    file(CHMOD ${symbols} PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+endforeach()
