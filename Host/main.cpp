@@ -1,4 +1,5 @@
 #include <iostream>
+#include <sstream>
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
@@ -34,8 +35,11 @@ int Execute(const ShowText& show) {
     return ExitCode::Success;
 }
 
+// Writes each line of the text.
 int Fail(int code, const std::string& text) {
-    std::cerr << "ActionHost: " << text << std::endl;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) std::cerr << "ActionHost: " << line << '\n';
+    std::cerr.flush();
     return code;
 }
 

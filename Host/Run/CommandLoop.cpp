@@ -35,9 +35,9 @@ bool IsBlank(const std::string& line) {
 
 }  // namespace
 
-std::vector<RegistrationState> StatesOf(const Registrations& registrations) {
+std::vector<RegistrationState> StatesOf(const Registrations& registrations, const TimePoint& now) {
     std::vector<RegistrationState> states;
-    for (const auto& registration : registrations) states.push_back(registration->State());
+    for (const auto& registration : registrations) states.push_back(registration->State(now));
     return states;
 }
 
@@ -61,7 +61,7 @@ void CommandLoop::RunUntilStopped(const RunOptions& options, const StopSignal& s
         } else if (nextCommand <= nextStatus) {
             CarryOut((next++)->command);
         } else {
-            report_.SetStatusLine(StatesOf(registrations_));
+            report_.SetStatusLine(StatesOf(registrations_, CurrentTime()));
             nextStatus = Clock::now() + StatusInterval;
         }
     }
@@ -87,7 +87,8 @@ void CommandLoop::Execute(const AliveCommand&) {
 }
 
 void CommandLoop::Execute(const StatusCommand&) {
-    report_.AddStatus(StatesOf(registrations_));
+    const TimePoint now = CurrentTime();
+    report_.AddStatus(StatesOf(registrations_, now), now);
 }
 
 void CommandLoop::Execute(const HelpCommand&) {

@@ -13,7 +13,7 @@ namespace Host {
 
 using Registrations = std::vector<std::unique_ptr<Registration>>;
 
-[[nodiscard]] std::vector<RegistrationState> StatesOf(const Registrations& registrations);
+[[nodiscard]] std::vector<RegistrationState> StatesOf(const Registrations& registrations, const TimePoint& now);
 
 // Used by the host's main thread.
 class CommandLoop {

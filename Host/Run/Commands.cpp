@@ -107,13 +107,13 @@ std::string CommandHelp() {
     return help.str();
 }
 
-TimedCommand ParseTimedCommand(std::string_view text) {
+TimedCommand ParseTimedCommand(std::string_view text, std::string_view source) {
     const std::size_t space = std::min(text.find(' '), text.size());
     const std::string_view delay = text.substr(0, space);
     try {
-        return {ParseDuration(delay).Length(), ParseCommand(text.substr(space), "--do")};
+        return {ParseDuration(delay).Length(), ParseCommand(text.substr(space), source)};
     } catch (const BadForm& form) {
-        throw InvalidValue("--do", delay, form);
+        throw InvalidValue(source, delay, form);
     }
 }
 

@@ -32,7 +32,7 @@ struct TimedCommand {
     Command command;
 };
 
-// "3s start Plant Line1"
-[[nodiscard]] TimedCommand ParseTimedCommand(std::string_view text);
+// Reads "3s start Plant Line1". `source` begins the message of BadInput.
+[[nodiscard]] TimedCommand ParseTimedCommand(std::string_view text, std::string_view source);
 
 }  // namespace Host

@@ -26,7 +26,7 @@ public:
     // Called when a command is about to be written at that path.
     virtual void OnCommand(std::u16string_view path, const TimePoint& time);
 
-    [[nodiscard]] RegistrationState State() const;
+    [[nodiscard]] RegistrationState State(const TimePoint& now) const;
 
 protected:
     const std::string& Label() const noexcept { return label_; }
@@ -50,6 +50,7 @@ private:
 
     mutable std::mutex lock_;  // guards the members below
     LatenessStatistics statistics_;
+    std::optional<TimePoint> last_;                  // the time of the last call
     std::optional<std::uint64_t> intervalsReached_;  // by the last call
 };
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "Host/Base/Json.h"
+#include "Host/Schedules/Duration.h"
 
 namespace Host {
 namespace {
@@ -69,18 +70,47 @@ Json SummaryJson(const RegistrationState& state) {
             {"latenessMs", JsonOrNull(state.lateness, [](const auto& range) { return ToJson(range); })}};
 }
 
-std::string StatusLine(const RegistrationState& state) {
-    const std::string next = state.nextDue ? "next " + LocalTimeText(*state.nextDue) : "on command";
-    return Padded(state.registration, RegistrationWidth) + RightAligned(std::to_string(state.calls), NumberWidth) +
-           " calls  " + next + "\n";
+// "22:04:58.460", or with its date and without seconds for another day than that of `now`.
+std::string ShortTimeText(const TimePoint& time, const TimePoint& now) {
+    constexpr std::size_t dateLength = 10, minuteLength = 16;
+    const std::string text = LocalTimeText(time);
+    const bool isToday = LocalTimeText(now).starts_with(text.substr(0, dateLength));
+    return isToday ? text.substr(dateLength + 1) : text.substr(0, minuteLength);
 }
 
-Json StatusJson(const RegistrationState& state) {
+// Whole seconds from a second on.
+std::string TimeLeftText(const Ticks& left) {
+    using namespace std::chrono;
+    if (left <= Ticks::zero()) return "due";
+    const bool isShort = left < seconds{1};
+    return DurationText(isShort ? ceil<milliseconds>(left) : milliseconds{ceil<seconds>(left)});
+}
+
+std::string StatusLine(const std::string& registration, const std::array<std::string, 6>& columns) {
+    constexpr std::array<std::size_t, 6> widths{9, 9, 18, 18, 12, 12};
+    std::string line = Padded(registration, RegistrationWidth);
+    for (std::size_t i = 0; i < columns.size(); ++i) line += RightAligned(columns[i], widths[i]);
+    return line + "\n";
+}
+
+std::string StatusLine(const RegistrationState& state, const TimePoint& now) {
+    const auto timeText = [&](const std::optional<TimePoint>& time) { return time ? ShortTimeText(*time, now) : "-"; };
+    return StatusLine(state.registration,
+                      {std::to_string(state.calls), state.merged ? std::to_string(*state.merged) : "-",
+                       timeText(state.last), state.nextDue ? timeText(state.nextDue) : "on command",
+                       state.nextDue ? TimeLeftText(*state.nextDue - now) : "-",
+                       state.lateness ? MillisecondsText(state.lateness->max) + " ms" : "-"});
+}
+
+Json StatusJson(const RegistrationState& state, const TimePoint& now) {
     return {{"event", "status"},
             {"registration", state.registration},
             {"calls", state.calls},
             {"merged", JsonOrNull(state.merged, std::identity())},
-            {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)}};
+            {"last", JsonOrNull(state.last, IsoTimeText)},
+            {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)},
+            {"leftMs", JsonOrNull(state.nextDue, [&](const TimePoint& due) { return InMilliseconds(due - now); })},
+            {"maxLatenessMs", JsonOrNull(state.lateness, [](const auto& range) { return range.max; })}};
 }
 
 std::string StatusSummary(const std::vector<RegistrationState>& registrations) {
@@ -116,10 +146,13 @@ void Report::Add(const Call& call) {
     output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(call)) : TextLine(call));
 }
 
-void Report::AddStatus(const std::vector<RegistrationState>& registrations) {
-    output_.Write(format_ == OutputFormat::Json
-                      ? Lines(registrations, [](const auto& state) { return JsonLine(StatusJson(state)); })
-                      : Lines(registrations, StatusLine));
+void Report::AddStatus(const std::vector<RegistrationState>& registrations, const TimePoint& now) {
+    if (format_ == OutputFormat::Json) {
+        output_.Write(Lines(registrations, [&](const auto& state) { return JsonLine(StatusJson(state, now)); }));
+        return;
+    }
+    output_.Write(StatusLine("", {"calls", "merged", "last", "next", "left", "worst"}) +
+                  Lines(registrations, [&](const auto& state) { return StatusLine(state, now); }));
 }
 
 void Report::AddSummary(const std::vector<RegistrationState>& registrations) {

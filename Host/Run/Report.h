@@ -14,7 +14,7 @@ namespace Host {
 
 struct Call {
     TimePoint time;
-    std::string registration;  // its label
+    std::string registration;  // its name, or how it was written
     std::string action;
     std::optional<Ticks> lateness;  // since the due time; nothing if that is not known
 };
@@ -23,9 +23,10 @@ struct RegistrationState {
     std::string registration;
     std::uint64_t calls = 0;
     std::optional<std::uint64_t>
-        merged;  // intervals that were reached without a call of their own; nothing: no schedule
-    std::optional<LatenessStatistics::Range> lateness;
-    std::optional<TimePoint> nextDue;  // nothing if no schedule determines it
+        merged{};  // intervals that were reached without a call of their own; nothing: no schedule
+    std::optional<LatenessStatistics::Range> lateness{};
+    std::optional<TimePoint> last{};     // the time of the last call
+    std::optional<TimePoint> nextDue{};  // nothing if no schedule determines it
 };
 
 // Any thread may call any operation; lines never mix.
@@ -35,7 +36,8 @@ public:
     Report(ConsoleOutput& output, OutputFormat format) noexcept : format_(format), output_(output) {}
 
     void Add(const Call& call);
-    void AddStatus(const std::vector<RegistrationState>& registrations);
+    // `now` is the time of the states.
+    void AddStatus(const std::vector<RegistrationState>& registrations, const TimePoint& now);
     void AddSummary(const std::vector<RegistrationState>& registrations);
     void AddAlive(const AliveObjects& alive);
 

@@ -10,6 +10,7 @@
 #include "Host/Run/CommandLoop.h"
 #include "Host/Run/ScheduleRegistration.h"
 #include "Host/Run/WatchRegistration.h"
+#include "Host/Schedules/LocalTime.h"
 #include "Schedules/Schedule.h"
 
 namespace Host {
@@ -87,7 +88,7 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCoun
 
     for (const auto& registration : registrations) registration->Unsubscribe();
     WaitForLastCycles(module.Get(), options.polling);
-    return StatesOf(registrations);
+    return StatesOf(registrations, CurrentTime());
 }
 
 Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {

@@ -9,7 +9,7 @@ using namespace Host;
 namespace {
 
 RegistrationState Called(const std::string& registration, std::uint64_t calls, double late) {
-    return {registration, calls, 0, LatenessStatistics::Range{0, 1, late}, std::nullopt};
+    return {.registration = registration, .calls = calls, .lateness = LatenessStatistics::Range{0, 1, late}};
 }
 
 TEST(Report, KeepsTheStatusLineBelowOtherLinesAndWithinTheWidth) {
