@@ -7,6 +7,7 @@
 #include "Host/CommandLine/Options.h"
 #include "Host/Compare/Compare.h"
 #include "Host/Log/ShowLog.h"
+#include "Host/Run/Check.h"
 #include "Host/Run/Run.h"
 #include "Host/Schedules/Explain.h"
 #include "Host/Schedules/NextRuns.h"
@@ -17,6 +18,9 @@ using namespace Host;
 
 int Execute(const RunOptions& options) {
     return Run(options);
+}
+int Execute(const CheckOptions& options) {
+    return Check(options);
 }
 int Execute(const CompareOptions& options) {
     return Compare(options);

@@ -30,6 +30,7 @@ Examples:
   ActionHost --at +5s,3s                      in 5 s, then every 3 s
   ActionHost --watch Plant/Line1 --do "3s start Plant Line1" --duration 5s
   ActionHost --config demo.ini --json
+  ActionHost check --config demo.ini          is it valid, and what would run first?
   ActionHost compare old.xml new.xml          does this change trigger a run?
   ActionHost log --severity WARN OrvActionManager.log
   ActionHost next 06:30:00,6h --local --zone Europe/Helsinki --from 2026-03-28T12:00:00Z
@@ -122,17 +123,34 @@ CLI::App& AddLog(CLI::App& app) {
 }
 
 void AddSchedules(CLI::App& app) {
-    AddArgument(app, "SCHEDULE", "a value as for --every or --at (repeatable)");
-    app.get_option("SCHEDULE")->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)->allow_extra_args();
+    app.add_option("SCHEDULE")
+        ->description("a value as for --every or --at (repeatable)")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->allow_extra_args();
     AddFlag(app, "--local", "times of day are local instead of UTC");
+}
+
+void AddZoneOption(CLI::App& app) {
+    AddValue(app, "--zone", "ZONE", "the local time zone, such as Europe/Helsinki");
+}
+
+CLI::App& AddCheck(CLI::App& app) {
+    CLI::App& check = *app.add_subcommand(
+        "check", InLines("validate a configuration file and show what it would run first, without loading the module"));
+    AddConfigOption(check, "the configuration file");
+    check.get_option("--config")->required();
+    AddZoneOption(check);
+    AddJsonOption(check);
+    return check;
 }
 
 CLI::App& AddNext(CLI::App& app) {
     CLI::App& next = *app.add_subcommand("next", "preview schedules: list their runs, in UTC and in local time");
     AddSchedules(next);
+    AddConfigOption(next, "preview also the schedules of this configuration file");
     AddValue(next, "--count", "N", "the number of runs to list for each (default 5)");
     AddValue(next, "--from", "TIME", "the time of registration, in UTC (default now)");
-    AddValue(next, "--zone", "ZONE", "the local time zone, such as Europe/Helsinki");
+    AddZoneOption(next);
     AddJsonOption(next);
     return next;
 }
@@ -142,6 +160,9 @@ CLI::App& AddExplain(CLI::App& app) {
         "explain",
         InLines("describe in words what schedules do and which rules apply, or why the module refuses them"));
     AddSchedules(explain);
+    explain.get_option("SCHEDULE")->required();
+    AddZoneOption(explain);
+    AddJsonOption(explain);
     return explain;
 }
 
@@ -157,10 +178,36 @@ Options ReadRun(const CLI::App& app) {
     if (const GivenValue* const file = values.Find("config")) {
         values.AddMissing(ReadConfigFile(file->text, app, faults));
     }
-    RunOptions options = MakeRunOptions(values, faults);
+    RunOptions options = MakeRunOptions(values, CurrentTime(), faults);
     if (options.schedules.empty() && options.watches.empty()) {
         throw BadInput("nothing to register; use --every, --at or --watch, or see ActionHost --help for examples");
     }
+    return options;
+}
+
+// Returns the run that a configuration file describes. `app` has the options of a run.
+RunOptions ReadRunOfFile(const CLI::App& app, const std::string& file, const TimePoint& now) {
+    Faults faults;
+    const GivenValues values = ReadConfigFile(file, app, faults);
+    RunOptions options = MakeRunOptions(values, now, faults);
+    if (options.schedules.empty() && options.watches.empty()) {
+        throw BadInput(file + ": nothing to register; expected every, at or watch");
+    }
+    return options;
+}
+
+void SetZone(const GivenValues& values) {
+    const auto* const zone = values.Find("zone");
+    if (zone == nullptr || SetLocalZone(zone->text)) return;
+    throw InvalidValue(zone->source, zone->text, "the name of a time zone, such as Europe/Helsinki");
+}
+
+Options ReadCheck(const CLI::App& app, const GivenValues& values) {
+    SetZone(values);
+    const std::string& file = values.Find("config")->text;
+    const TimePoint now = CurrentTime();
+    CheckOptions options{.file = file, .run = ReadRunOfFile(app, file, now), .now = now};
+    if (values.HasFlag("json")) options.run.format = OutputFormat::Json;
     return options;
 }
 
@@ -201,10 +248,8 @@ std::vector<Labelled<TimedActionSettings>> ReadSchedules(const GivenValues& valu
     return schedules;
 }
 
-Options ReadNext(const GivenValues& values) {
-    if (const auto* const zone = values.Find("zone"); zone != nullptr && !SetLocalZone(zone->text)) {
-        throw InvalidValue(zone->source, zone->text, "the name of a time zone, such as Europe/Helsinki");
-    }
+Options ReadNext(const CLI::App& app, const GivenValues& values) {
+    SetZone(values);
     const auto* const from = values.Find("from");
     NextOptions options{.from = from != nullptr ? Read(*from, MomentForm, ParseMoment) : CurrentTime(),
                         .format = FormatOf(values)};
@@ -215,11 +260,18 @@ Options ReadNext(const GivenValues& values) {
         });
     }
     options.schedules = ReadSchedules(values, options.from);
+    if (const auto* const file = values.Find("config")) {
+        std::ranges::copy(ReadRunOfFile(app, file->text, options.from).schedules,
+                          std::back_inserter(options.schedules));
+    }
+    if (options.schedules.empty()) throw BadInput("no schedule to preview; see ActionHost next --help");
     return options;
 }
 
 Options ReadExplain(const GivenValues& values) {
-    return ExplainOptions{.schedules = ReadSchedules(values, CurrentTime())};
+    SetZone(values);
+    const TimePoint now = CurrentTime();
+    return ExplainOptions{.schedules = ReadSchedules(values, now), .now = now, .format = FormatOf(values)};
 }
 
 // Throws the library's error as a message of one line that names the option.
@@ -252,11 +304,12 @@ Options ParseOptions(int argc, const char* const* argv) {
     CLI::App app(Description, "ActionHost");
     app.footer(Footer);
     AddRunOptions(app);
+    CLI::App& check = AddCheck(app);
     CLI::App& compare = AddCompare(app);
     CLI::App& log = AddLog(app);
     CLI::App& next = AddNext(app);
     CLI::App& explain = AddExplain(app);
-    for (CLI::App* const command : {&compare, &log, &next, &explain}) {
+    for (CLI::App* const command : {&check, &compare, &log, &next, &explain}) {
         command->footer("");
         for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
             command->excludes(app.get_option(option));
@@ -274,9 +327,10 @@ Options ParseOptions(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         ThrowBadInput(app, error);
     }
+    if (check) return ReadCheck(app, GivenValues(check));
     if (compare) return ReadCompare(GivenValues(compare));
     if (log) return ReadLog(GivenValues(log));
-    if (next) return ReadNext(GivenValues(next));
+    if (next) return ReadNext(app, GivenValues(next));
     if (explain) return ReadExplain(GivenValues(explain));
     return ReadRun(app);
 }

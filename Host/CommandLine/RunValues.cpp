@@ -8,7 +8,6 @@
 #include "Host/Base/Number.h"
 #include "Host/Run/CommandPoint.h"
 #include "Host/Schedules/Duration.h"
-#include "Host/Schedules/LocalTime.h"
 #include "Host/Schedules/ScheduleRefusal.h"
 
 namespace Host {
@@ -56,7 +55,7 @@ void RequireDistinctNames(const GivenValues& registrations) {
 
 }  // namespace
 
-RunOptions MakeRunOptions(const GivenValues& values, Faults& faults) {
+RunOptions MakeRunOptions(const GivenValues& values, const TimePoint& now, Faults& faults) {
     RunOptions options{.modulePath = ModulePathOf(values), .polling = DefaultPolling};
     ClockKind clock = ClockKind::Utc;
     bool bit0 = false;
@@ -69,7 +68,6 @@ RunOptions MakeRunOptions(const GivenValues& values, Faults& faults) {
                 milliseconds{Read(*polling, "a whole number of milliseconds below 2^32", ParseNumber<std::uint32_t>)};
         });
     }
-    const TimePoint now = CurrentTime();
     for (const GivenValue& value : values.Of(Schedules)) {
         faults.Collect([&] {
             const TimedActionSettings settings = ReadSchedule(value, clock, now);

@@ -4,13 +4,14 @@
 #include "Host/Base/Failure.h"
 #include "Host/CommandLine/GivenValues.h"
 #include "Host/Run/RunOptions.h"
+#include "Host/Schedules/LocalTime.h"
 #include "Host/Schedules/ScheduleText.h"
 
 namespace Host {
 
-// Returns what the values mean. Each value that is not valid, or that the module would refuse, is added to the faults;
-// if there are any at the end, throws BadInput with all of them.
-[[nodiscard]] RunOptions MakeRunOptions(const GivenValues& values, Faults& faults);
+// Returns what the values mean at `now`. Each value that is not valid, or that the module would refuse, is added to the
+// faults; if there are any at the end, throws BadInput with all of them. Nothing to register is a fault.
+[[nodiscard]] RunOptions MakeRunOptions(const GivenValues& values, const TimePoint& now, Faults& faults);
 
 // These are used by the other commands, too.
 

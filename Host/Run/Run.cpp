@@ -7,11 +7,11 @@
 #include "Harbor/Configurable.h"
 #include "Host/Base/Failure.h"
 #include "Host/Base/LoadedModule.h"
+#include "Host/Run/Check.h"
 #include "Host/Run/CommandLoop.h"
 #include "Host/Run/ScheduleRegistration.h"
 #include "Host/Run/WatchRegistration.h"
 #include "Host/Schedules/LocalTime.h"
-#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -35,18 +35,6 @@ Registrations MakeRegistrations(const RunOptions& options, Report& report) {
         registrations.push_back(std::make_unique<WatchRegistration>(label, config, report));
     }
     return registrations;
-}
-
-// Says which settings the user may not have meant.
-void WarnOfPolling(const RunOptions& options) {
-    if (options.polling == milliseconds::zero()) {
-        std::cerr << "ActionHost: warning: with --polling 0 the worker never pauses and uses a whole core\n";
-    }
-    for (const auto& [label, settings] : options.schedules) {
-        if (options.polling <= IntervalOf(settings)) continue;
-        std::cerr << "ActionHost: warning: --polling " << options.polling.count() << " is longer than the interval of '"
-                  << label << "': intervals that pass between two cycles are merged into one call\n";
-    }
 }
 
 void Configure(IActionManager& manager, milliseconds polling) {
