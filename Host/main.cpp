@@ -11,6 +11,7 @@
 #include "Host/Run/Run.h"
 #include "Host/Schedules/Explain.h"
 #include "Host/Schedules/NextRuns.h"
+#include "Host/Settings/ShowSettings.h"
 
 namespace {
 
@@ -33,6 +34,9 @@ int Execute(const NextOptions& options) {
 }
 int Execute(const ExplainOptions& options) {
     return Explain(options);
+}
+int Execute(const SettingsOptions& options) {
+    return ShowSettings(options);
 }
 int Execute(const ShowText& show) {
     std::cout << show.text;

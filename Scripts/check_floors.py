@@ -36,7 +36,7 @@ FLOORS = [
     {"Host/Base": "the host's failures, output formats, and the loaded module"},
     {"Host/Console": "terminal, signals, standard input, environment"},
     {"Host/Schedules": "schedules as text, their preview and explanation",
-     "Host/Log": "reading a log and showing it", "Host/Compare": "comparing two configuration trees"},
+     "Host/Settings": "the module's settings", "Host/Log": "reading a log and showing it", "Host/Compare": "comparing two configuration trees"},
     {"Host/Run": "registering at the module, and reporting each call"},
     {"Host/CommandLine": "options, configuration file, help"},
     {"Host": "the console host"},

@@ -166,6 +166,15 @@ CLI::App& AddExplain(CLI::App& app) {
     return explain;
 }
 
+CLI::App& AddSettings(CLI::App& app) {
+    CLI::App& settings = *app.add_subcommand(
+        "settings", InLines("show each setting of the module with its value and where that comes from, as the module "
+                            "reads it in this program, and the path of its log"));
+    AddModuleOption(settings);
+    AddJsonOption(settings);
+    return settings;
+}
+
 std::optional<std::uint32_t> ReadNumber(const GivenValues& values, std::string_view option) {
     const GivenValue* const value = values.Find(option);
     if (value == nullptr) return std::nullopt;
@@ -274,6 +283,10 @@ Options ReadExplain(const GivenValues& values) {
     return ExplainOptions{.schedules = ReadSchedules(values, now), .now = now, .format = FormatOf(values)};
 }
 
+Options ReadSettings(const GivenValues& values) {
+    return SettingsOptions{.modulePath = ModulePathOf(values), .format = FormatOf(values)};
+}
+
 // Throws the library's error as a message of one line that names the option.
 [[noreturn]] void ThrowBadInput(const CLI::App& app, const CLI::ParseError& error) {
     std::string text = error.what();
@@ -309,7 +322,8 @@ Options ParseOptions(int argc, const char* const* argv) {
     CLI::App& log = AddLog(app);
     CLI::App& next = AddNext(app);
     CLI::App& explain = AddExplain(app);
-    for (CLI::App* const command : {&check, &compare, &log, &next, &explain}) {
+    CLI::App& settings = AddSettings(app);
+    for (CLI::App* const command : {&check, &compare, &log, &next, &explain, &settings}) {
         command->footer("");
         for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
             command->excludes(app.get_option(option));
@@ -332,6 +346,7 @@ Options ParseOptions(int argc, const char* const* argv) {
     if (log) return ReadLog(GivenValues(log));
     if (next) return ReadNext(app, GivenValues(next));
     if (explain) return ReadExplain(GivenValues(explain));
+    if (settings) return ReadSettings(GivenValues(settings));
     return ReadRun(app);
 }
 

@@ -82,7 +82,7 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCoun
 Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
     AliveCounter::EnableTracking();
     const LoadedModule module(options.modulePath);
-    const AliveCounter alive(module.Get(), options.modulePath);
+    const AliveCounter alive(module);
     Outcome outcome{Serve(module, alive, options, stop, report), {}};
     outcome.alive = alive.Count();
     return outcome;
