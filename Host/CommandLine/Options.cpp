@@ -32,7 +32,7 @@ Examples:
   ActionHost --config demo.ini --json
   ActionHost check --config demo.ini          is it valid, and what would run first?
   ActionHost compare old.xml new.xml          does this change trigger a run?
-  ActionHost log --severity WARN OrvActionManager.log
+  ActionHost log --severity WARN -n 20        what the module has reported in this place
   ActionHost next 06:30:00,6h --local --zone Europe/Helsinki --from 2026-03-28T12:00:00Z
   ActionHost explain 90m                      what does it do, or why is it refused?
 
@@ -110,13 +110,17 @@ CLI::App& AddCompare(CLI::App& app) {
 
 CLI::App& AddLog(CLI::App& app) {
     CLI::App& log = *app.add_subcommand("log", "show the module's log file in UTF-8");
-    AddArgument(log, "FILE", "the log, or - for standard input");
+    AddArgument(log, "FILE", "the log, or - for standard input (default where the module writes)");
+    log.get_option("FILE")->required(false);
+    AddModuleOption(log);
     AddValue(log, "--severity", "NAME", "show only lines of that severity or a more severe one");
     AddValue(log, "--since", "TIME", "show only lines of that local time, such as 2026-03-29, or later");
     AddValue(log, "--until", "TIME", "show only lines of that local time or earlier");
     AddValue(log, "--pid", "ID", "show only lines of that process");
     AddValue(log, "-n,--last", "N", "show only the last N of these lines");
-    AddFlag(log, "--follow", "continue with lines that are written later, also to a new file of the same name");
+    AddFlag(log, "--follow",
+            "continue with lines that are written later, also to a new file of the same name, "
+            "and wait for a file that does not exist");
     AddValue(log, "--slow", "N", "show the N slowest traced calls instead of the lines");
     AddJsonOption(log);
     return log;
@@ -221,7 +225,9 @@ Options ReadCheck(const CLI::App& app, const GivenValues& values) {
 }
 
 Options ReadLog(const GivenValues& values) {
-    LogOptions options{.file = values.Find("FILE")->text,
+    const auto* const file = values.Find("FILE");
+    LogOptions options{.file = file != nullptr ? file->text : std::string(),
+                       .modulePath = ModulePathOf(values),
                        .last = ReadNumber(values, "last"),
                        .slowestCalls = ReadNumber(values, "slow"),
                        .follow = values.HasFlag("follow"),

@@ -30,7 +30,7 @@ std::string InLines(std::u16string_view text) {
 
 Json ToJson(const LogEntry& entry) {
     const std::size_t indentation = std::min(entry.message.find_first_not_of(u' '), entry.message.size());
-    return {{"time", ToUtf8(entry.time)},     {"severity", ToUtf8(entry.severity)},
+    return {{"time", IsoLogTime(entry)},      {"severity", ToUtf8(entry.severity)},
             {"process", entry.process},       {"thread", entry.thread},
             {"source", ToUtf8(entry.source)}, {"line", entry.line},
             {"indentation", indentation},     {"message", ToUtf8(entry.message.substr(indentation))}};

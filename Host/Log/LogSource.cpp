@@ -11,7 +11,13 @@ std::size_t StandardInputSource::Read(std::span<char> buffer) {
     return ReadStandardInput(buffer);
 }
 
-FileSource::FileSource(std::string path) : path_(std::move(path)), file_(OpenInputFile("FILE", path_)) {}
+FileSource::FileSource(std::string path, IfMissing ifMissing) : path_(std::move(path)) {
+    if (ifMissing == IfMissing::Refuse) {
+        file_ = OpenInputFile("FILE", path_);
+    } else {
+        file_.open(path_, std::ios::binary);
+    }
+}
 
 std::size_t FileSource::Read(std::span<char> buffer) {
     file_.clear();
@@ -19,6 +25,12 @@ std::size_t FileSource::Read(std::span<char> buffer) {
     const auto count = static_cast<std::size_t>(file_.gcount());
     read_ += count;
     return count;
+}
+
+void FileSource::SkipToEnd() {
+    if (!file_.is_open()) return;
+    file_.seekg(0, std::ios::end);
+    read_ = static_cast<std::uintmax_t>(file_.tellg());
 }
 
 bool FileSource::SwitchToNewFile() {

@@ -12,7 +12,8 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-constexpr std::chrono::seconds StatusInterval{1};
+// Between two looks at the module's log.
+constexpr std::chrono::milliseconds LookInterval{200};
 
 // Reports a failure on standard error.
 template <class Body>
@@ -42,27 +43,28 @@ std::vector<RegistrationState> StatesOf(const Registrations& registrations, cons
 }
 
 CommandLoop::CommandLoop(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree,
-                         Report& report)
-    : alive_(alive), registrations_(registrations), tree_(tree), report_(report) {}
+                         ModuleLog& log, Report& report)
+    : alive_(alive), registrations_(registrations), tree_(tree), log_(log), report_(report) {}
 
 void CommandLoop::RunUntilStopped(const RunOptions& options, const StopSignal& stop) {
     const auto start = Clock::now();
     const auto end = options.duration ? start + *options.duration : Clock::time_point::max();
     const std::vector<TimedCommand> scheduled = SortedByTime(options.commands);
     auto next = scheduled.begin();
-    auto nextStatus = report_.HasStatusLine() ? start : Clock::time_point::max();
+    auto nextLook = start;
     TypedLines typedLines;
     for (std::string line; !quit_;) {
         const auto nextCommand = next != scheduled.end() ? start + next->after : Clock::time_point::max();
-        const auto event = typedLines.Wait(stop, std::min({nextCommand, nextStatus, end}), line);
+        const auto event = typedLines.Wait(stop, std::min({nextCommand, nextLook, end}), line);
         if (event == TypedLines::Event::Stop || Clock::now() >= end) return;
         if (event == TypedLines::Event::Line) {
             ParseAndCarryOut(line);
-        } else if (nextCommand <= nextStatus) {
+        } else if (nextCommand <= nextLook) {
             CarryOut((next++)->command);
         } else {
-            report_.SetStatusLine(StatesOf(registrations_, CurrentTime()));
-            nextStatus = Clock::now() + StatusInterval;
+            log_.ReportNewLines();
+            if (report_.HasStatusLine()) report_.SetStatusLine(StatesOf(registrations_, CurrentTime()));
+            nextLook = Clock::now() + LookInterval;
         }
     }
 }
@@ -78,8 +80,10 @@ void CommandLoop::CarryOut(const Command& command) {
 
 void CommandLoop::Execute(const WriteCommand& command) {
     const TimePoint now = CurrentTime();
-    for (const auto& registration : registrations_) registration->OnCommand(command.path, now);
+    bool isHeard = false;
+    for (const auto& registration : registrations_) isHeard |= registration->OnCommand(command.path, now);
     tree_.Write(command.path, command.attributes);
+    if (!isHeard) report_.AddUnheard(command.path, now);
 }
 
 void CommandLoop::Execute(const AliveCommand&) {

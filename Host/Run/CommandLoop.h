@@ -5,6 +5,7 @@
 #include <span>
 
 #include "Host/Console/StandardInput.h"
+#include "Host/Run/ModuleLog.h"
 #include "Host/Run/Registration.h"
 #include "Host/Run/RunOptions.h"
 #include "Host/Run/ServedTree.h"
@@ -18,7 +19,8 @@ using Registrations = std::vector<std::unique_ptr<Registration>>;
 // Used by the host's main thread.
 class CommandLoop {
 public:
-    CommandLoop(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree, Report& report);
+    CommandLoop(const AliveCounter& alive, const Registrations& registrations, const ServedTree& tree, ModuleLog& log,
+                Report& report);
 
     // Returns on a request to stop, at the end of the duration, or on the command quit. A command that fails is
     // reported on standard error and changes nothing else.
@@ -36,6 +38,7 @@ private:
     const AliveCounter& alive_;
     const Registrations& registrations_;
     const ServedTree& tree_;
+    ModuleLog& log_;
     Report& report_;
     bool quit_ = false;
 };

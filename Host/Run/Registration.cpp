@@ -24,7 +24,9 @@ void Registration::Unsubscribe() {
     subscription_.Reset();
 }
 
-void Registration::OnCommand(std::u16string_view, const TimePoint&) {}
+bool Registration::OnCommand(std::u16string_view, const TimePoint&) {
+    return false;
+}
 
 RegistrationState Registration::State(const TimePoint& now) const {
     const std::lock_guard lock(lock_);

@@ -23,8 +23,8 @@ public:
     void Subscribe(DataCollection::ActionManagement::IActionManager& manager);
     void Unsubscribe();
 
-    // Called when a command is about to be written at that path.
-    virtual void OnCommand(std::u16string_view path, const TimePoint& time);
+    // Called when a command is about to be written at that path. Returns whether the registration watches it.
+    virtual bool OnCommand(std::u16string_view path, const TimePoint& time);
 
     [[nodiscard]] RegistrationState State(const TimePoint& now) const;
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 
+#include "Common/Base/Text.h"
 #include "Host/Base/Json.h"
 #include "Host/Schedules/Duration.h"
 
@@ -40,6 +41,24 @@ Json ToJson(const Call& call) {
             {"registration", call.registration},
             {"action", call.action},
             {"latenessMs", JsonOrNull(call.lateness, InMilliseconds)}};
+}
+
+// Only the first line of the message: the rest of a long one, such as a tree, is in the log.
+std::string TextLine(const LogEntry& entry) {
+    constexpr std::size_t toMilliseconds = 23;
+    const auto message = Harbor::Trim(entry.message, u" ");
+    return Harbor::ToUtf8(entry.time.substr(0, toMilliseconds)) + "  " +
+           Padded("module " + Harbor::ToUtf8(entry.severity), RegistrationWidth) + "  " +
+           Harbor::ToUtf8(message.substr(0, message.find_first_of(u"\r\n"))) + "\n";
+}
+
+Json ToJson(const LogEntry& entry) {
+    return {{"event", "log"},
+            {"time", IsoLogTime(entry)},
+            {"severity", Harbor::ToUtf8(entry.severity)},
+            {"source", Harbor::ToUtf8(entry.source)},
+            {"line", entry.line},
+            {"message", Harbor::ToUtf8(Harbor::Trim(entry.message, u" "))}};
 }
 
 std::string SummaryLine(const std::string& registration, const std::array<std::string, 5>& columns) {
@@ -144,6 +163,20 @@ std::string Lines(const std::vector<RegistrationState>& registrations, Convert c
 
 void Report::Add(const Call& call) {
     output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(call)) : TextLine(call));
+}
+
+void Report::AddUnheard(std::u16string_view path, const TimePoint& time) {
+    const std::string pathText = Harbor::ToUtf8(path);
+    if (format_ == OutputFormat::Json) {
+        output_.Write(JsonLine({{"event", "unheard"}, {"time", IsoTimeText(time)}, {"path", pathText}}));
+    } else {
+        output_.Write(LocalTimeText(time) + "  " + Padded("unheard command", RegistrationWidth) +
+                      "  no registration watches " + pathText + "\n");
+    }
+}
+
+void Report::AddModuleLine(const LogEntry& entry) {
+    output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(entry)) : TextLine(entry));
 }
 
 void Report::AddStatus(const std::vector<RegistrationState>& registrations, const TimePoint& now) {

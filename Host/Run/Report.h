@@ -6,6 +6,7 @@
 
 #include "Host/Base/OutputFormat.h"
 #include "Host/Console/ConsoleOutput.h"
+#include "Host/Log/LogEntry.h"
 #include "Host/Run/AliveObjects.h"
 #include "Host/Run/LatenessStatistics.h"
 #include "Host/Schedules/LocalTime.h"
@@ -36,6 +37,10 @@ public:
     Report(ConsoleOutput& output, OutputFormat format) noexcept : format_(format), output_(output) {}
 
     void Add(const Call& call);
+    // A command at a path that no registration watches.
+    void AddUnheard(std::u16string_view path, const TimePoint& time);
+    // A warning or an error of the module.
+    void AddModuleLine(const LogEntry& entry);
     // `now` is the time of the states.
     void AddStatus(const std::vector<RegistrationState>& registrations, const TimePoint& now);
     void AddSummary(const std::vector<RegistrationState>& registrations);

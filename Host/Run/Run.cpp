@@ -12,6 +12,7 @@
 #include "Host/Run/ScheduleRegistration.h"
 #include "Host/Run/WatchRegistration.h"
 #include "Host/Schedules/LocalTime.h"
+#include "Host/Settings/ModuleSettings.h"
 
 namespace Host {
 
@@ -63,7 +64,7 @@ void WaitForLastCycles(IComponentsModule& module, milliseconds polling) {
 }
 
 std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCounter& alive, const RunOptions& options,
-                                     const StopSignal& stop, Report& report) {
+                                     const StopSignal& stop, ModuleLog& log, Report& report) {
     const ServedTree tree;
     // Declared before the manager: the worker calls the registrations until the manager is gone.
     const Registrations registrations = MakeRegistrations(options, report);
@@ -72,7 +73,7 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCoun
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
     std::cerr << "Registrations: " << registrations.size() << "; type help for a list of commands, Ctrl-C to stop\n";
 
-    CommandLoop(alive, registrations, tree, report).RunUntilStopped(options, stop);
+    CommandLoop(alive, registrations, tree, log, report).RunUntilStopped(options, stop);
 
     for (const auto& registration : registrations) registration->Unsubscribe();
     WaitForLastCycles(module.Get(), options.polling);
@@ -83,8 +84,10 @@ Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Re
     AliveCounter::EnableTracking();
     const LoadedModule module(options.modulePath);
     const AliveCounter alive(module);
-    Outcome outcome{Serve(module, alive, options, stop, report), {}};
+    ModuleLog log(LogFileOf(module.Handle()), report);
+    Outcome outcome{Serve(module, alive, options, stop, log, report), {}};
     outcome.alive = alive.Count();
+    log.ReportNewLines();
     return outcome;
 }
 
