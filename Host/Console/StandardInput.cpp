@@ -29,7 +29,12 @@ std::size_t ReadStandardInput(std::span<char> buffer) {
     }
 }
 
+TypedLines::TypedLines(std::function<void(const std::string&)> onTyped) : onTyped_(std::move(onTyped)) {
+    if (onTyped_ && KeyMode::IsPossible()) keyMode_.emplace();
+}
+
 TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
+    if (keyMode_) keyMode_->Renew();
     while (!TakeLine(line)) {
         std::array<pollfd, 2> sources{pollfd{stop.Descriptor(), POLLIN, 0},
                                       pollfd{ended_ ? -1 : STDIN_FILENO, POLLIN, 0}};
@@ -43,6 +48,7 @@ TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point unt
 }
 
 bool TypedLines::TakeLine(std::string& line) {
+    if (keyMode_) return editor_.TakeLine(line);
     const std::size_t end = pending_.find('\n');
     if (end == pending_.npos && !(ended_ && !pending_.empty())) return false;
     line = pending_.substr(0, end);
@@ -53,8 +59,14 @@ bool TypedLines::TakeLine(std::string& line) {
 void TypedLines::ReadMore() {
     std::array<char, 4096> block;
     const std::size_t count = ReadStandardInput(block);
-    pending_.append(block.data(), count);
     ended_ = count == 0;
+    if (!keyMode_) {
+        pending_.append(block.data(), count);
+        return;
+    }
+    editor_.Feed({block.data(), count});
+    ended_ = ended_ || editor_.HasEnded();
+    onTyped_(editor_.Text());
 }
 
 }  // namespace Host

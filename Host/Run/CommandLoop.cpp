@@ -1,7 +1,7 @@
 #include "Host/Run/CommandLoop.h"
 
 #include <algorithm>
-#include <iostream>
+#include <functional>
 
 #include "Host/Base/Failure.h"
 #include "Host/Schedules/LocalTime.h"
@@ -14,16 +14,6 @@ namespace {
 
 // Between two looks at the module's log.
 constexpr std::chrono::milliseconds LookInterval{200};
-
-// Reports a failure on standard error.
-template <class Body>
-void RunAndReportFailure(Body&& body) {
-    try {
-        body();
-    } catch (const std::runtime_error& failure) {
-        std::cerr << failure.what() << std::endl;
-    }
-}
 
 std::vector<TimedCommand> SortedByTime(std::vector<TimedCommand> commands) {
     std::ranges::stable_sort(commands, {}, &TimedCommand::after);
@@ -52,30 +42,42 @@ void CommandLoop::RunUntilStopped(const RunOptions& options, const StopSignal& s
     const std::vector<TimedCommand> scheduled = SortedByTime(options.commands);
     auto next = scheduled.begin();
     auto nextLook = start;
-    TypedLines typedLines;
+    // On a terminal the host shows what is typed, so that neither its calls nor its status line mix with that.
+    std::function<void(const std::string&)> showTyped;
+    if (report_.HasStatusLine()) showTyped = [this](const std::string& text) { report_.SetTypedLine(text); };
+    TypedLines typedLines(std::move(showTyped));
     for (std::string line; !quit_;) {
         const auto nextCommand = next != scheduled.end() ? start + next->after : Clock::time_point::max();
         const auto event = typedLines.Wait(stop, std::min({nextCommand, nextLook, end}), line);
         if (event == TypedLines::Event::Stop || Clock::now() >= end) return;
         if (event == TypedLines::Event::Line) {
+            if (report_.HasStatusLine()) report_.AddTypedLine(line);
             ParseAndCarryOut(line);
         } else if (nextCommand <= nextLook) {
             CarryOut((next++)->command);
         } else {
             log_.ReportNewLines();
-            if (report_.HasStatusLine()) report_.SetStatusLine(StatesOf(registrations_, CurrentTime()));
+            report_.RefreshStatusLine();
             nextLook = Clock::now() + LookInterval;
         }
     }
 }
 
+void CommandLoop::ReportFailureOf(const std::function<void()>& body) {
+    try {
+        body();
+    } catch (const std::runtime_error& failure) {
+        report_.AddMessage(failure.what() + std::string("\n"));
+    }
+}
+
 void CommandLoop::ParseAndCarryOut(const std::string& line) {
     if (IsBlank(line)) return;
-    RunAndReportFailure([&] { CarryOut(ParseCommand(line)); });
+    ReportFailureOf([&] { CarryOut(ParseCommand(line)); });
 }
 
 void CommandLoop::CarryOut(const Command& command) {
-    RunAndReportFailure([&] { std::visit([this](const auto& chosen) { Execute(chosen); }, command); });
+    ReportFailureOf([&] { std::visit([this](const auto& chosen) { Execute(chosen); }, command); });
 }
 
 void CommandLoop::Execute(const WriteCommand& command) {
@@ -96,7 +98,7 @@ void CommandLoop::Execute(const StatusCommand&) {
 }
 
 void CommandLoop::Execute(const HelpCommand&) {
-    std::cerr << CommandHelp() << std::flush;
+    report_.AddMessage(CommandHelp());
 }
 
 void CommandLoop::Execute(const QuitCommand&) {

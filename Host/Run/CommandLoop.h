@@ -1,6 +1,7 @@
 // Carries out the commands that are typed and those of the command line, until the host is to stop.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 
@@ -27,6 +28,7 @@ public:
     void RunUntilStopped(const RunOptions& options, const StopSignal& stop);
 
 private:
+    void ReportFailureOf(const std::function<void()>& body);
     void ParseAndCarryOut(const std::string& line);
     void CarryOut(const Command& command);
     void Execute(const WriteCommand& command);

@@ -6,18 +6,11 @@
 
 #include "Common/Base/Text.h"
 #include "Host/Base/Json.h"
+#include "Host/Base/TextWidth.h"
 #include "Host/Schedules/Duration.h"
 
 namespace Host {
 namespace {
-
-std::string Padded(std::string text, std::size_t width) {
-    text.resize(std::max(text.size(), width), ' ');
-    return text;
-}
-std::string RightAligned(const std::string& text, std::size_t width) {
-    return std::string(width - std::min(width, text.size()), ' ') + text;
-}
 
 std::string MillisecondsText(double value) {
     std::string text = std::to_string(value);
@@ -163,6 +156,7 @@ std::string Lines(const std::vector<RegistrationState>& registrations, Convert c
 
 void Report::Add(const Call& call) {
     output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(call)) : TextLine(call));
+    RefreshStatusLine();
 }
 
 void Report::AddUnheard(std::u16string_view path, const TimePoint& time) {
@@ -211,12 +205,22 @@ void Report::AddAlive(const AliveObjects& alive) {
                   " open node handles\n");
 }
 
-void Report::SetStatusLine(const std::vector<RegistrationState>& registrations) {
-    output_.SetStatusLine(StatusSummary(registrations));
+void Report::ShowStatusOf(std::function<std::vector<RegistrationState>()> states) {
+    const std::lock_guard lock(statesLock_);
+    states_ = std::move(states);
+}
+
+void Report::RefreshStatusLine() {
+    if (!HasStatusLine()) return;
+    const std::lock_guard lock(statesLock_);
+    if (states_) output_.SetStatusLine(StatusSummary(states_()));
 }
 
 void Report::RemoveStatusLine() {
-    output_.RemoveStatusLine();
+    const std::lock_guard lock(statesLock_);
+    states_ = nullptr;
+    output_.SetTypedLine("");
+    output_.SetStatusLine("");
 }
 
 }  // namespace Host

@@ -1,6 +1,8 @@
 // The output of a run: a line for each call, and the summary.
 #pragma once
 
+#include <functional>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -46,15 +48,26 @@ public:
     void AddSummary(const std::vector<RegistrationState>& registrations);
     void AddAlive(const AliveObjects& alive);
 
+    // A line on the stream of messages, such as a failure of a command.
+    void AddMessage(const std::string& lines) { output_.WriteMessage(lines); }
+
     // The status line shows what is due next, how many calls there were, and how late they were. It exists only on a
-    // terminal and in the format for people.
+    // terminal and in the format for people, and is refreshed with each call. Below it are only lines that are typed.
     [[nodiscard]] bool HasStatusLine() const noexcept { return output_.IsTerminal() && format_ == OutputFormat::Text; }
-    void SetStatusLine(const std::vector<RegistrationState>& registrations);
+    // Sets what the status line shows, before the first call. `states` is called on any thread until RemoveStatusLine.
+    void ShowStatusOf(std::function<std::vector<RegistrationState>()> states);
+    void RefreshStatusLine();
     void RemoveStatusLine();
+    // The line that is being typed, and one that is complete.
+    void SetTypedLine(const std::string& text) { output_.SetTypedLine(text); }
+    void AddTypedLine(const std::string& line) { output_.Write("> " + line + "\n"); }
 
 private:
     const OutputFormat format_;
     ConsoleOutput& output_;
+
+    std::mutex statesLock_;  // guards states_
+    std::function<std::vector<RegistrationState>()> states_;
 };
 
 }  // namespace Host

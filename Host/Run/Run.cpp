@@ -68,15 +68,18 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCoun
     const ServedTree tree;
     // Declared before the manager: the worker calls the registrations until the manager is gone.
     const Registrations registrations = MakeRegistrations(options, report);
+    report.ShowStatusOf([&registrations] { return StatesOf(registrations, CurrentTime()); });
     const auto manager = module.Create<IActionManager>(ActionManagerClassId);
     Configure(*manager.Get(), options.polling);
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
-    std::cerr << "Registrations: " << registrations.size() << "; type help for a list of commands, Ctrl-C to stop\n";
+    report.AddMessage("Registrations: " + std::to_string(registrations.size()) +
+                      "; type help for a list of commands, Ctrl-C to stop\n");
 
     CommandLoop(alive, registrations, tree, log, report).RunUntilStopped(options, stop);
 
     for (const auto& registration : registrations) registration->Unsubscribe();
     WaitForLastCycles(module.Get(), options.polling);
+    report.RemoveStatusLine();
     return StatesOf(registrations, CurrentTime());
 }
 
@@ -97,10 +100,9 @@ int Run(const RunOptions& options) {
     IgnoreBrokenPipes();
     WarnOfPolling(options);
     const StopSignal stop;
-    ConsoleOutput output(std::cout, TerminalOfOutput(), [&stop] { stop.Request(); });
+    ConsoleOutput output(std::cout, std::cerr, TerminalOfOutput(), [&stop] { stop.Request(); });
     Report report(output, options.format);
     const Outcome outcome = LoadServeAndUnload(options, stop, report);
-    report.RemoveStatusLine();
     report.AddSummary(outcome.registrations);
     report.AddAlive(outcome.alive);
     return outcome.alive.None() ? ExitCode::Success : ExitCode::Failure;
