@@ -1,6 +1,6 @@
 #include "Host/CommandLine/ConfigFile.h"
 
-#include "Host/Base/InputFile.h"
+#include "Host/Base/UserFile.h"
 
 namespace Host {
 namespace {

@@ -83,8 +83,8 @@ std::optional<LogEntry> ParseLogEntry(std::u16string_view text) {
     return fields.Ok() ? std::optional(entry) : std::nullopt;
 }
 
-std::string IsoLogTime(const LogEntry& entry) {
-    std::string text = Harbor::ToUtf8(entry.time);
+std::string IsoLogTime(std::u16string_view time) {
+    std::string text = Harbor::ToUtf8(time);
     const auto number = [&](std::size_t at, std::size_t length) {
         return ParseNumber<unsigned>(std::string_view(text).substr(at, length)).value_or(0);
     };

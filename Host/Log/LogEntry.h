@@ -25,9 +25,9 @@ struct LogEntry {
 // Nothing if the text does not begin like a line.
 [[nodiscard]] std::optional<LogEntry> ParseLogEntry(std::u16string_view text);
 
-// The entry's time in UTF-8 with its offset from UTC: "2024-03-05T07:08:09.0120345+02:00". Of a local time that occurs
+// A time of the log in UTF-8 with its offset from UTC: "2024-03-05T07:08:09.0120345+02:00". Of a local time that occurs
 // twice, the later one is assumed. A time that no calendar has is returned as it is.
-[[nodiscard]] std::string IsoLogTime(const LogEntry& entry);
+[[nodiscard]] std::string IsoLogTime(std::u16string_view time);
 
 // Whether the text is the time of a line, or the beginning of one.
 [[nodiscard]] bool IsTimeBeginning(std::u16string_view text);

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "Host/Base/InputFile.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Console/StandardInput.h"
 
 namespace Host {

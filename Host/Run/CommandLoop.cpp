@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "Host/Base/Failure.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Schedules/LocalTime.h"
 
 namespace Host {
@@ -18,6 +19,11 @@ constexpr std::chrono::milliseconds LookInterval{200};
 std::vector<TimedCommand> SortedByTime(std::vector<TimedCommand> commands) {
     std::ranges::stable_sort(commands, {}, &TimedCommand::after);
     return commands;
+}
+
+bool IsCommand(const WriteCommand& write) {
+    return std::ranges::find(write.attributes, u"Command", &ConfigServer::TextAttribute::name) !=
+           write.attributes.end();
 }
 
 bool IsBlank(const std::string& line) {
@@ -85,7 +91,7 @@ void CommandLoop::Execute(const WriteCommand& command) {
     bool isHeard = false;
     for (const auto& registration : registrations_) isHeard |= registration->OnCommand(command.path, now);
     tree_.Write(command.path, command.attributes);
-    if (!isHeard) report_.AddUnheard(command.path, now);
+    if (!isHeard && IsCommand(command)) report_.AddUnheard(command.path, now);
 }
 
 void CommandLoop::Execute(const AliveCommand&) {
@@ -95,6 +101,15 @@ void CommandLoop::Execute(const AliveCommand&) {
 void CommandLoop::Execute(const StatusCommand&) {
     const TimePoint now = CurrentTime();
     report_.AddStatus(StatesOf(registrations_, now), now);
+}
+
+void CommandLoop::Execute(const TreeCommand& command) {
+    const std::string xml = tree_.ToXml();
+    if (command.file.empty()) {
+        report_.AddTree(xml);
+    } else {
+        WriteOutputFile("tree", command.file, xml);
+    }
 }
 
 void CommandLoop::Execute(const HelpCommand&) {

@@ -34,6 +34,7 @@ private:
     void Execute(const WriteCommand& command);
     void Execute(const AliveCommand&);
     void Execute(const StatusCommand&);
+    void Execute(const TreeCommand& command);
     void Execute(const HelpCommand&);
     void Execute(const QuitCommand&);
 

@@ -47,7 +47,7 @@ std::string TextLine(const LogEntry& entry) {
 
 Json ToJson(const LogEntry& entry) {
     return {{"event", "log"},
-            {"time", IsoLogTime(entry)},
+            {"time", IsoLogTime(entry.time)},
             {"severity", Harbor::ToUtf8(entry.severity)},
             {"source", Harbor::ToUtf8(entry.source)},
             {"line", entry.line},
@@ -203,6 +203,10 @@ void Report::AddAlive(const AliveObjects& alive) {
     output_.Write("alive: " + std::to_string(alive.inModule) + " objects of the module" + ClassesText(alive.byClass) +
                   ", " + std::to_string(alive.inHost) + " of the host, " + std::to_string(alive.nodeHandles) +
                   " open node handles\n");
+}
+
+void Report::AddTree(const std::string& xml) {
+    output_.Write(format_ == OutputFormat::Json ? JsonLine({{"event", "tree"}, {"xml", xml}}) : xml);
 }
 
 void Report::ShowStatusOf(std::function<std::vector<RegistrationState>()> states) {

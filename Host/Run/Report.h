@@ -47,6 +47,7 @@ public:
     void AddStatus(const std::vector<RegistrationState>& registrations, const TimePoint& now);
     void AddSummary(const std::vector<RegistrationState>& registrations);
     void AddAlive(const AliveObjects& alive);
+    void AddTree(const std::string& xml);
 
     // A line on the stream of messages, such as a failure of a command.
     void AddMessage(const std::string& lines) { output_.WriteMessage(lines); }
