@@ -1,4 +1,5 @@
 #include <iostream>
+#include <sstream>
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
@@ -6,9 +7,11 @@
 #include "Host/CommandLine/Options.h"
 #include "Host/Compare/Compare.h"
 #include "Host/Log/ShowLog.h"
+#include "Host/Run/Check.h"
 #include "Host/Run/Run.h"
 #include "Host/Schedules/Explain.h"
 #include "Host/Schedules/NextRuns.h"
+#include "Host/Settings/ShowSettings.h"
 
 namespace {
 
@@ -16,6 +19,9 @@ using namespace Host;
 
 int Execute(const RunOptions& options) {
     return Run(options);
+}
+int Execute(const CheckOptions& options) {
+    return Check(options);
 }
 int Execute(const CompareOptions& options) {
     return Compare(options);
@@ -29,13 +35,19 @@ int Execute(const NextOptions& options) {
 int Execute(const ExplainOptions& options) {
     return Explain(options);
 }
+int Execute(const SettingsOptions& options) {
+    return ShowSettings(options);
+}
 int Execute(const ShowText& show) {
     std::cout << show.text;
     return ExitCode::Success;
 }
 
+// Writes each line of the text.
 int Fail(int code, const std::string& text) {
-    std::cerr << "ActionHost: " << text << std::endl;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) std::cerr << "ActionHost: " << line << '\n';
+    std::cerr.flush();
     return code;
 }
 

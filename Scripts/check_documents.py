@@ -1,9 +1,10 @@
 """Checks the documents against the repository: the targets of links, the tests and the commands that they name exist, and
-the runs of the host that they show succeed.
+the runs of the host that they show succeed. The table of settings has the settings that the host shows.
 
 Arguments: the file with the names of all tests, and the text of the host's help.
 """
 
+import json
 import pathlib
 import re
 import subprocess
@@ -34,6 +35,17 @@ for name in subprocess.run(["git", "ls-files", "*.md"], check=True, capture_outp
         wrong += [f"{name}: there is no test {test}" for test in named if test not in tests]
         wrong += [f"{name}: a promise without a test: {row}"
                   for row in re.findall(r"^\| (?!Promise|Test|-)(.*) \|$", text, re.M) if "`" not in row.split("|")[-1]]
+
+settings = [json.loads(line) for line in subprocess.run(["./run", "settings", "--json"], check=True, capture_output=True,
+                                                        text=True).stdout.splitlines()]
+shown = [(setting["section"], setting["key"]) for setting in settings if "key" in setting]
+rows = re.findall(r"^\| (\w+) \| (\w+) \| (.*?) ?\|", pathlib.Path("Docs/Settings.md").read_text(), re.M)
+documented = {(section, key): default.strip("` ") for section, key, default in rows if section != "Section"}
+if shown != list(documented):
+    wrong.append("Docs/Settings.md: the table differs from ActionHost settings")
+wrong += [f"Docs/Settings.md: the default of {setting['key']} is {setting['value']}"
+          for setting in settings if setting.get("source") == "default" and setting["value"] and
+          setting["value"] != documented.get((setting["section"], setting["key"]))]
 
 print(*wrong, sep="\n", end="\n" if wrong else "")
 sys.exit(1 if wrong else 0)

@@ -16,7 +16,7 @@ inline constexpr int BadInput = 2;   // on the command line or in a file
 inline constexpr int NoTrigger = 3;  // of `compare`
 }  // namespace ExitCode
 
-// Input from the user that is not valid. The message is one line for the user, in UTF-8.
+// Input from the user that is not valid. The message has a line for each fault, in UTF-8.
 class BadInput : public std::runtime_error {
 public:
     using runtime_error::runtime_error;
@@ -33,6 +33,27 @@ public:
 [[nodiscard]] BadInput InvalidValue(std::string_view source, std::string_view value, const BadForm& form);
 // Makes the usual message: SOURCE: "VALUE" is not valid; expected EXPECTED. `source` is an option, for instance.
 [[nodiscard]] BadInput InvalidValue(std::string_view source, std::string_view value, std::string_view expected);
+
+// Collects the faults of several inputs, so that the user sees all of them at once.
+class Faults {
+public:
+    // Calls the body. If it throws BadInput, keeps the message.
+    template <class Body>
+    void Collect(Body&& body) {
+        try {
+            body();
+        } catch (const BadInput& fault) {
+            messages_.append(messages_.empty() ? "" : "\n").append(fault.what());
+        }
+    }
+    // Throws BadInput with all messages if there are any.
+    void ThrowIfAny() const {
+        if (!messages_.empty()) throw BadInput(messages_);
+    }
+
+private:
+    std::string messages_;
+};
 
 // A call that failed. The message is one line for the user, in UTF-8.
 class CallFailure : public std::runtime_error {

@@ -5,6 +5,7 @@
 
 #include "Common/Base/Text.h"
 #include "Host/Base/Failure.h"
+#include "Host/Base/UserFile.h"
 
 namespace Host {
 
@@ -19,7 +20,7 @@ struct Unload {
 using Library = std::unique_ptr<Platform::HMODULE, Unload>;
 
 Library Load(const std::string& path) {
-    const WideString absolute = FromUtf8(std::filesystem::absolute(path).string());
+    const WideString absolute = std::filesystem::absolute(PathOf(path)).u16string();
     Library library(Platform::LoadLibraryExW(absolute.c_str(), nullptr, 0));
     RequirePlatformSuccess(library != nullptr, "Load module '" + path + "'");
     return library;

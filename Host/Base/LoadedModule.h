@@ -19,6 +19,7 @@ public:
     // Unloads the module, unless it is still in use: the code of its live objects would be gone.
     ~LoadedModule();
 
+    Platform::HMODULE Handle() const noexcept { return library_; }
     Harbor::IComponentsModule& Get() const noexcept { return *module_; }
 
     template <class I>

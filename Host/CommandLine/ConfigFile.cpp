@@ -1,8 +1,6 @@
 #include "Host/CommandLine/ConfigFile.h"
 
-#include <algorithm>
-
-#include "Host/Base/Failure.h"
+#include "Host/Base/UserFile.h"
 
 namespace Host {
 namespace {
@@ -22,36 +20,37 @@ bool IsEmptyOrComment(const std::string& line) {
     return line.empty() || line.front() == ';' || line.front() == '#';
 }
 
-// Collects the values of a name in one item: the library reads only the first item of a name.
-void Add(std::vector<CLI::ConfigItem>& items, const std::string& name, std::string value) {
-    auto item = std::ranges::find(items, name, &CLI::ConfigItem::name);
-    if (item == items.end()) {
-        items.emplace_back().name = name;
-        item = items.end() - 1;
+// `place` is the file and the number of the line.
+GivenValue ReadLine(const std::string& line, const std::string& place, const CLI::App& options,
+                    const GivenValues& before) {
+    const std::size_t equals = line.find('=');
+    const std::string name = Trimmed(line.substr(0, equals));
+    const CLI::Option* option = options.get_option_no_throw("--" + name);
+    const bool known = option != nullptr && option->get_configurable();
+    if (equals == line.npos || !known) {
+        throw InvalidValue(place, line, "NAME = VALUE, where NAME is a long option of the host");
     }
-    item->inputs.push_back(std::move(value));
+    GivenValue value{name, Unquoted(Trimmed(line.substr(equals + 1))), place + ": " + name, std::nullopt};
+    if (value.text.empty()) throw BadInput(value.source + ": the value is empty");
+    const bool isRepeatable = option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+    if (!isRepeatable && before.Find(name) != nullptr)
+        throw BadInput(value.source + ": a line above has a value for it");
+    return value;
 }
 
 }  // namespace
 
-std::vector<CLI::ConfigItem> ConfigFile::from_config(std::istream& in) const {
-    std::vector<CLI::ConfigItem> found;
+GivenValues ReadConfigFile(const std::string& path, const CLI::App& options, Faults& faults) {
+    std::ifstream file = OpenInputFile("--config", path);
+    GivenValues values;
     std::size_t number = 0;
-    for (std::string line; std::getline(in, line);) {
+    for (std::string line; std::getline(file, line);) {
         if (++number == 1 && line.starts_with(ByteOrderMark)) line.erase(0, ByteOrderMark.size());
         line = Trimmed(line);
         if (IsEmptyOrComment(line)) continue;
-        const std::size_t equals = line.find('=');
-        const std::string name = Trimmed(line.substr(0, equals));
-        const CLI::Option* option = options_.get_option_no_throw("--" + name);
-        const bool known = option != nullptr && option->get_configurable();
-        if (equals == line.npos || !known) {
-            throw InvalidValue("--config: line " + std::to_string(number), line,
-                               "NAME = VALUE, where NAME is a long option of the host");
-        }
-        Add(found, name, Unquoted(Trimmed(line.substr(equals + 1))));
+        faults.Collect([&] { values.Add(ReadLine(line, path + ":" + std::to_string(number), options, values)); });
     }
-    return found;
+    return values;
 }
 
 }  // namespace Host

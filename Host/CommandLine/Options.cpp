@@ -2,20 +2,14 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 
-#include "Common/Base/Text.h"
-#include "Common/Settings/ModuleInfo.h"
 #include "Host/Base/Failure.h"
-#include "Host/Base/InputFile.h"
 #include "Host/Base/Number.h"
 #include "Host/CommandLine/ConfigFile.h"
 #include "Host/CommandLine/HelpText.h"
+#include "Host/CommandLine/RunValues.h"
 #include "Host/Console/Environment.h"
-#include "Host/Run/CommandPoint.h"
-#include "Host/Schedules/Duration.h"
 #include "Host/Schedules/LocalTime.h"
-#include "Host/Schedules/ScheduleRefusal.h"
 #include "Host/Schedules/ScheduleText.h"
 
 namespace Host {
@@ -36,8 +30,9 @@ Examples:
   ActionHost --at +5s,3s                      in 5 s, then every 3 s
   ActionHost --watch Plant/Line1 --do "3s start Plant Line1" --duration 5s
   ActionHost --config demo.ini --json
+  ActionHost check --config demo.ini          is it valid, and what would run first?
   ActionHost compare old.xml new.xml          does this change trigger a run?
-  ActionHost log --severity WARN OrvActionManager.log
+  ActionHost log --severity WARN -n 20        what the module has reported in this place
   ActionHost next 06:30:00,6h --local --zone Europe/Helsinki --from 2026-03-28T12:00:00Z
   ActionHost explain 90m                      what does it do, or why is it refused?
 
@@ -49,277 +44,260 @@ below a millisecond) for --every. For --watch it is measured from the writing of
 Exit codes: 0 success; 1 a call or the output failed, objects were left alive, or a schedule is
 refused (next, explain); 2 invalid input; 3 no trigger (compare).)";
 
-// The values as they are written, before they are parsed.
-struct Written {
-    std::string module;
-    std::string polling = "100";
-    std::vector<std::string> every;
-    std::vector<std::string> at;
-    bool local = false;
-    std::vector<std::string> watch;
-    bool bit0 = false;
-    std::vector<std::string> commands;
-    std::string duration;
-    bool json = false;
-
-    std::string oldFile;
-    std::string newFile;
-
-    std::string log;
-    std::string severity;
-    std::string since;
-    std::string until;
-    std::string process;
-    std::string last;
-    std::string slow;
-    bool follow = false;
-
-    std::vector<std::string> schedules;
-    std::string count = "5";
-    std::string from;
-    std::string zone;
-};
-
-// The build puts the module beside the host, the installation into a folder of its own.
-std::string DefaultModule() {
-    const std::string directory = Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr));
-    const std::string beside = directory + HOST_MODULE;
-    return std::filesystem::exists(beside) ? beside : directory + HOST_INSTALLED_MODULE;
-}
-
-void AddValue(CLI::App& app, const std::string& name, std::string& value, const std::string& type,
-              const std::string& help) {
+void AddValue(CLI::App& app, const std::string& name, const std::string& type, const std::string& help) {
     const auto isGiven = [](const std::string& text) { return text.empty() ? std::string("the value is empty") : ""; };
-    app.add_option(name, value, InLines(help))->type_name(type)->check(isGiven);
+    app.add_option(name)->description(InLines(help))->type_name(type)->check(isGiven);
 }
 
-void AddRepeatable(CLI::App& app, const std::string& name, std::vector<std::string>& values, const std::string& type,
-                   const std::string& help) {
-    app.add_option(name, values, InLines(help))->type_name(type)->allow_extra_args(false);
+void AddRepeatable(CLI::App& app, const std::string& name, const std::string& type, const std::string& help) {
+    app.add_option(name)
+        ->description(InLines(help))
+        ->type_name(type)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
-void AddModuleOption(CLI::App& app, Written& written) {
-    AddValue(app, "--module", written.module, "PATH", "the module (default OrvActionManager.so beside this program)");
+void AddFlag(CLI::App& app, const std::string& name, const std::string& help) {
+    app.add_flag(name)->description(InLines(help));
 }
 
-void AddJsonOption(CLI::App& app, Written& written) {
-    app.add_flag("--json", written.json, "print one JSON object a line");
+void AddArgument(CLI::App& app, const std::string& name, const std::string& help) {
+    app.add_option(name)->description(InLines(help))->required();
 }
 
-void AddRunOptions(CLI::App& app, Written& written) {
-    AddModuleOption(app, written);
-    AddValue(app, "--polling", written.polling, "MS",
-             "pause of the worker between two cycles, in milliseconds (default 100)");
-    AddRepeatable(app, "--every", written.every, "DURATION",
-                  "a run in each interval, such as 500ms, 2s, 1h30m or 1d (repeatable)");
-    AddRepeatable(app, "--at", written.at, "HH:MM:SS[,INTERVAL]",
+void AddModuleOption(CLI::App& app) {
+    AddValue(app, "--module", "PATH", "the module (default " HOST_MODULE " beside this program)");
+}
+
+void AddJsonOption(CLI::App& app) {
+    AddFlag(app, "--json", "print one JSON object a line");
+}
+
+void AddConfigOption(CLI::App& app, const std::string& help) {
+    AddValue(app, "--config", "FILE", help);
+    app.get_option("--config")->configurable(false);
+}
+
+void AddRunOptions(CLI::App& app) {
+    AddModuleOption(app);
+    AddValue(app, "--polling", "MS", "pause of the worker between two cycles, in milliseconds (default 100)");
+    AddRepeatable(app, "--every", "DURATION", "a run in each interval, such as 500ms, 2s, 1h30m or 1d (repeatable)");
+    AddRepeatable(app, "--at", "HH:MM:SS[,INTERVAL]",
                   "a first run at a time of day, then one in each interval (default 1d); +DURATION instead of the time "
                   "counts from now, less than a day (repeatable)");
-    app.add_flag("--local", written.local, "times of --at are local instead of UTC");
-    AddRepeatable(app, "--watch", written.watch, "PARENT/LEAF", "a command point (repeatable)");
-    app.add_flag("--bit0", written.bit0, "set bit 0 in the options of the --watch subscriptions");
-    AddRepeatable(app, "--do", written.commands, "\"DURATION COMMAND\"",
+    AddFlag(app, "--local", "times of --at are local instead of UTC");
+    AddRepeatable(app, "--watch", "PARENT/LEAF", "a command point (repeatable)");
+    AddFlag(app, "--bit0", "set bit 0 in the options of the --watch subscriptions");
+    AddRepeatable(app, "--name", "NAME", "a name for the --every, --at or --watch before it (repeatable)");
+    AddRepeatable(app, "--do", "\"DURATION COMMAND\"",
                   "carry out a command after that time, such as \"3s start Plant Line1\" (repeatable)");
-    AddValue(app, "--duration", written.duration, "DURATION", "stop after that time");
-    AddJsonOption(app, written);
-    app.set_config(
-           "--config", "",
-           InLines("a file with these options, one a line as \"every = 500ms\"; the command line has precedence"))
-        ->type_name("FILE");
-    app.config_formatter(std::make_shared<ConfigFile>(app));
+    AddValue(app, "--duration", "DURATION", "stop after that time");
+    AddJsonOption(app);
+    AddConfigOption(app, "a file with these options, one a line as \"every = 500ms\"; the command line has precedence");
     app.set_version_flag("--version", "ActionHost " HOST_VERSION);
 }
 
-CLI::App& AddCompare(CLI::App& app, Written& written) {
+CLI::App& AddCompare(CLI::App& app) {
     CLI::App& compare = *app.add_subcommand(
         "compare",
         InLines("ask both trigger strategies whether the change from one configuration tree to another triggers a run; "
                 "the exit code is 0 if its items do, 3 if not"));
-    AddModuleOption(compare, written);
-    AddJsonOption(compare, written);
-    compare.add_option("OLD", written.oldFile, "the old tree: a file with the text of a node dump")->required();
-    compare.add_option("NEW", written.newFile, "the new tree")->required();
+    AddModuleOption(compare);
+    AddJsonOption(compare);
+    AddArgument(compare, "OLD", "the old tree: a file with the text of a node dump");
+    AddArgument(compare, "NEW", "the new tree");
     return compare;
 }
 
-CLI::App& AddLog(CLI::App& app, Written& written) {
+CLI::App& AddLog(CLI::App& app) {
     CLI::App& log = *app.add_subcommand("log", "show the module's log file in UTF-8");
-    log.add_option("FILE", written.log, "the log, or - for standard input")->required();
-    AddValue(log, "--severity", written.severity, "NAME", "show only lines of that severity or a more severe one");
-    AddValue(log, "--since", written.since, "TIME", "show only lines of that local time, such as 2026-03-29, or later");
-    AddValue(log, "--until", written.until, "TIME", "show only lines of that local time or earlier");
-    AddValue(log, "--pid", written.process, "ID", "show only lines of that process");
-    AddValue(log, "-n,--last", written.last, "N", "show only the last N of these lines");
-    log.add_flag("--follow", written.follow,
-                 InLines("continue with lines that are written later, also to a new file of the same name"));
-    AddValue(log, "--slow", written.slow, "N", "show the N slowest traced calls instead of the lines");
-    AddJsonOption(log, written);
+    AddArgument(log, "FILE", "the log, or - for standard input (default where the module writes)");
+    log.get_option("FILE")->required(false);
+    AddModuleOption(log);
+    AddValue(log, "--severity", "NAME", "show only lines of that severity or a more severe one");
+    AddValue(log, "--since", "TIME", "show only lines of that local time, such as 2026-03-29, or later");
+    AddValue(log, "--until", "TIME", "show only lines of that local time or earlier");
+    AddValue(log, "--pid", "ID", "show only lines of that process");
+    AddValue(log, "-n,--last", "N", "show only the last N of these lines");
+    AddFlag(log, "--follow",
+            "continue with lines that are written later, also to a new file of the same name, "
+            "and wait for a file that does not exist");
+    AddValue(log, "--slow", "N", "show the N slowest traced calls instead of the lines");
+    AddJsonOption(log);
     return log;
 }
 
-void AddSchedules(CLI::App& app, Written& written) {
-    app.add_option("SCHEDULE", written.schedules, "a value as for --every or --at (repeatable)")->required();
-    app.add_flag("--local", written.local, "times of day are local instead of UTC");
+void AddSchedules(CLI::App& app) {
+    app.add_option("SCHEDULE")
+        ->description("a value as for --every or --at (repeatable)")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->allow_extra_args();
+    AddFlag(app, "--local", "times of day are local instead of UTC");
 }
 
-CLI::App& AddNext(CLI::App& app, Written& written) {
+void AddZoneOption(CLI::App& app) {
+    AddValue(app, "--zone", "ZONE", "the local time zone, such as Europe/Helsinki");
+}
+
+CLI::App& AddCheck(CLI::App& app) {
+    CLI::App& check = *app.add_subcommand(
+        "check", InLines("validate a configuration file and show what it would run first, without loading the module"));
+    AddConfigOption(check, "the configuration file");
+    check.get_option("--config")->required();
+    AddZoneOption(check);
+    AddJsonOption(check);
+    return check;
+}
+
+CLI::App& AddNext(CLI::App& app) {
     CLI::App& next = *app.add_subcommand("next", "preview schedules: list their runs, in UTC and in local time");
-    AddSchedules(next, written);
-    AddValue(next, "--count", written.count, "N", "the number of runs to list for each (default 5)");
-    AddValue(next, "--from", written.from, "TIME", "the time of registration, in UTC (default now)");
-    AddValue(next, "--zone", written.zone, "ZONE", "the local time zone, such as Europe/Helsinki");
-    AddJsonOption(next, written);
+    AddSchedules(next);
+    AddConfigOption(next, "preview also the schedules of this configuration file");
+    AddValue(next, "--count", "N", "the number of runs to list for each (default 5)");
+    AddValue(next, "--from", "TIME", "the time of registration, in UTC (default now)");
+    AddZoneOption(next);
+    AddJsonOption(next);
     return next;
 }
 
-CLI::App& AddExplain(CLI::App& app, Written& written) {
+CLI::App& AddExplain(CLI::App& app) {
     CLI::App& explain = *app.add_subcommand(
         "explain",
         InLines("describe in words what schedules do and which rules apply, or why the module refuses them"));
-    AddSchedules(explain, written);
+    AddSchedules(explain);
+    explain.get_option("SCHEDULE")->required();
+    AddZoneOption(explain);
+    AddJsonOption(explain);
     return explain;
 }
 
-// Parses one value, or throws BadInput with what was expected.
-template <class Parse>
-auto Read(const std::string& option, const std::string& value, std::string_view expected, Parse parse) {
-    auto parsed = parse(value);
-    if (!parsed) throw InvalidValue(option, value, expected);
-    return *parsed;
+CLI::App& AddSettings(CLI::App& app) {
+    CLI::App& settings = *app.add_subcommand(
+        "settings", InLines("show each setting of the module with its value and where that comes from, as the module "
+                            "reads it in this program, and the path of its log"));
+    AddModuleOption(settings);
+    AddJsonOption(settings);
+    return settings;
 }
 
-// Parses a duration or a schedule, or throws BadInput with what is wrong with it.
-template <class Parse>
-auto ReadForm(const std::string& option, const std::string& value, Parse parse) {
-    try {
-        return parse(value);
-    } catch (const BadForm& form) {
-        throw InvalidValue(option, value, form);
+std::optional<std::uint32_t> ReadNumber(const GivenValues& values, std::string_view option) {
+    const GivenValue* const value = values.Find(option);
+    if (value == nullptr) return std::nullopt;
+    return Read(*value, "a whole number below 2^32", ParseNumber<std::uint32_t>);
+}
+
+Options ReadRun(const CLI::App& app) {
+    GivenValues values(app);
+    Faults faults;
+    if (const GivenValue* const file = values.Find("config")) {
+        values.AddMissing(ReadConfigFile(file->text, app, faults));
     }
-}
-
-ClockKind ClockOf(const Written& written) {
-    return written.local ? ClockKind::Local : ClockKind::Utc;
-}
-
-std::string LabelOf(const std::string& text, const TimedActionSettings& settings) {
-    return settings.IsLocalTime ? text + " local" : text;
-}
-
-// Throws BadInput for a schedule that the module would refuse, before anything is registered.
-template <class Parse>
-void ReadRunSchedules(RunOptions& options, const std::string& option, const std::vector<std::string>& values,
-                      Parse parse) {
-    for (const std::string& value : values) {
-        const TimedActionSettings settings = ReadForm(option, value, parse);
-        if (const auto refusal = RefusalOf(settings)) throw BadInput(option + " " + value + ": " + *refusal);
-        options.schedules.push_back({LabelOf(option.substr(2) + " " + value, settings), settings});
-    }
-}
-
-void ReadWatches(RunOptions& options, const Written& written) {
-    for (const std::string& value : written.watch) {
-        auto point = Read("--watch", value, CommandPointForm, ParseCommandPoint);
-        point.WithOptionBit0 = written.bit0;
-        options.watches.push_back({"watch " + value, point});
-    }
-}
-
-std::string ModulePath(const Written& written) {
-    return written.module.empty() ? DefaultModule() : written.module;
-}
-
-OutputFormat FormatOf(const Written& written) {
-    return written.json ? OutputFormat::Json : OutputFormat::Text;
-}
-
-Options ReadRun(const Written& written) {
-    RunOptions options;
-    options.modulePath = ModulePath(written);
-    options.polling = std::chrono::milliseconds{
-        Read("--polling", written.polling, "a whole number of milliseconds below 2^32", ParseNumber<std::uint32_t>)};
-    ReadRunSchedules(options, "--every", written.every, ParseRepeat);
-    ReadRunSchedules(options, "--at", written.at, [&, now = CurrentTime()](const std::string& value) {
-        return ParseClockSchedule(value, ClockOf(written), now);
-    });
-    ReadWatches(options, written);
+    RunOptions options = MakeRunOptions(values, CurrentTime(), faults);
     if (options.schedules.empty() && options.watches.empty()) {
         throw BadInput("nothing to register; use --every, --at or --watch, or see ActionHost --help for examples");
     }
-    for (const std::string& command : written.commands) options.commands.push_back(ParseTimedCommand(command));
-    if (!written.duration.empty()) {
-        options.duration = ReadForm("--duration", written.duration, ParseDuration).Length();
-    }
-    options.format = FormatOf(written);
     return options;
 }
 
-Options ReadLog(const Written& written) {
-    LogOptions options{.file = written.log, .follow = written.follow, .format = FormatOf(written)};
-    if (!written.severity.empty()) {
-        options.leastSevere = Read("--severity", written.severity, SeverityForm, ParseSeverity);
+// Returns the run that a configuration file describes. `app` has the options of a run.
+RunOptions ReadRunOfFile(const CLI::App& app, const std::string& file, const TimePoint& now) {
+    Faults faults;
+    const GivenValues values = ReadConfigFile(file, app, faults);
+    RunOptions options = MakeRunOptions(values, now, faults);
+    if (options.schedules.empty() && options.watches.empty()) {
+        throw BadInput(file + ": nothing to register; expected every, at or watch");
     }
-    if (!written.since.empty()) options.since = Read("--since", written.since, LogTimeForm, ParseLogTime);
-    if (!written.until.empty()) options.until = Read("--until", written.until, LogTimeForm, ParseLogTime);
-    if (!written.process.empty()) {
-        // The log has the low 16 bits of an id.
-        options.process = static_cast<std::uint16_t>(
-            Read("--pid", written.process, "a whole number below 2^32", ParseNumber<std::uint32_t>));
+    return options;
+}
+
+void SetZone(const GivenValues& values) {
+    const auto* const zone = values.Find("zone");
+    if (zone == nullptr) return;
+    if (!HasZoneDatabase())
+        throw BadInput("--zone: this system has no database of time zones; set the zone of the system");
+    if (SetLocalZone(zone->text)) return;
+    throw InvalidValue(zone->source, zone->text, "the name of a time zone, such as Europe/Helsinki");
+}
+
+Options ReadCheck(const CLI::App& app, const GivenValues& values) {
+    SetZone(values);
+    const std::string& file = values.Find("config")->text;
+    const TimePoint now = CurrentTime();
+    CheckOptions options{.file = file, .run = ReadRunOfFile(app, file, now), .now = now};
+    if (values.HasFlag("json")) options.run.format = OutputFormat::Json;
+    return options;
+}
+
+Options ReadLog(const GivenValues& values) {
+    const auto* const file = values.Find("FILE");
+    LogOptions options{.file = file != nullptr ? file->text : std::string(),
+                       .modulePath = ModulePathOf(values),
+                       .last = ReadNumber(values, "last"),
+                       .slowestCalls = ReadNumber(values, "slow"),
+                       .follow = values.HasFlag("follow"),
+                       .format = FormatOf(values)};
+    if (const auto* const severity = values.Find("severity")) {
+        options.leastSevere = Read(*severity, SeverityForm, ParseSeverity);
     }
-    if (!written.last.empty()) {
-        options.last = Read("--last", written.last, "a whole number below 2^32", ParseNumber<std::uint32_t>);
-    }
-    if (!written.slow.empty()) {
-        options.slowestCalls = Read("--slow", written.slow, "a whole number below 2^32", ParseNumber<std::uint32_t>);
-    }
+    if (const auto* const since = values.Find("since")) options.since = Read(*since, LogTimeForm, ParseLogTime);
+    if (const auto* const until = values.Find("until")) options.until = Read(*until, LogTimeForm, ParseLogTime);
+    // The log has the low 16 bits of an id.
+    if (const auto process = ReadNumber(values, "pid")) options.process = static_cast<std::uint16_t>(*process);
     if (options.follow && options.slowestCalls) throw BadInput("--follow and --slow cannot be combined");
     if (options.last && options.slowestCalls) throw BadInput("--last and --slow cannot be combined");
     if (options.follow && options.file == "-") throw BadInput("--follow needs a file, not standard input");
     return options;
 }
 
-Options ReadCompare(const Written& written) {
-    return CompareOptions{.modulePath = ModulePath(written),
-                          .oldFile = written.oldFile,
-                          .newFile = written.newFile,
-                          .format = FormatOf(written)};
+Options ReadCompare(const GivenValues& values) {
+    return CompareOptions{.modulePath = ModulePathOf(values),
+                          .oldFile = values.Find("OLD")->text,
+                          .newFile = values.Find("NEW")->text,
+                          .format = FormatOf(values)};
 }
 
 // The schedules of next and explain, as they are registered at `now`.
-std::vector<Labelled<TimedActionSettings>> ReadSchedules(const Written& written, const TimePoint& now) {
+std::vector<Labelled<TimedActionSettings>> ReadSchedules(const GivenValues& values, const TimePoint& now) {
     std::vector<Labelled<TimedActionSettings>> schedules;
-    for (const std::string& text : written.schedules) {
-        const auto settings = ReadForm(
-            "SCHEDULE", text, [&](const std::string& value) { return ParseSchedule(value, ClockOf(written), now); });
-        schedules.push_back({LabelOf(text, settings), settings});
+    for (const GivenValue& value : values.Of("SCHEDULE")) {
+        const auto settings =
+            ReadForm(value, [&](const std::string& text) { return ParseSchedule(text, ClockOf(values), now); });
+        schedules.push_back({LabelOf(value.text, settings), settings});
     }
     return schedules;
 }
 
-Options ReadNext(const Written& written) {
-    if (!written.zone.empty() && !SetLocalZone(written.zone)) {
-        throw InvalidValue("--zone", written.zone, "the name of a time zone, such as Europe/Helsinki");
+Options ReadNext(const CLI::App& app, const GivenValues& values) {
+    SetZone(values);
+    const auto* const from = values.Find("from");
+    NextOptions options{.from = from != nullptr ? Read(*from, MomentForm, ParseMoment) : CurrentTime(),
+                        .format = FormatOf(values)};
+    if (const auto* const count = values.Find("count")) {
+        options.count = Read(*count, "a whole number from 1 to 100000", [](const std::string& text) {
+            const auto number = ParseNumber<std::uint32_t>(text);
+            return number && *number >= 1 && *number <= 100'000 ? number : std::nullopt;
+        });
     }
-    NextOptions options;
-    options.from = written.from.empty() ? CurrentTime() : Read("--from", written.from, MomentForm, ParseMoment);
-    options.count = Read("--count", written.count, "a whole number from 1 to 100000", [](const std::string& value) {
-        const auto count = ParseNumber<std::uint32_t>(value);
-        return count && *count >= 1 && *count <= 100'000 ? count : std::nullopt;
-    });
-    options.format = FormatOf(written);
-    options.schedules = ReadSchedules(written, options.from);
+    options.schedules = ReadSchedules(values, options.from);
+    if (const auto* const file = values.Find("config")) {
+        std::ranges::copy(ReadRunOfFile(app, file->text, options.from).schedules,
+                          std::back_inserter(options.schedules));
+    }
+    if (options.schedules.empty()) throw BadInput("no schedule to preview; see ActionHost next --help");
     return options;
 }
 
-Options ReadExplain(const Written& written) {
-    return ExplainOptions{.schedules = ReadSchedules(written, CurrentTime())};
+Options ReadExplain(const GivenValues& values) {
+    SetZone(values);
+    const TimePoint now = CurrentTime();
+    return ExplainOptions{.schedules = ReadSchedules(values, now), .now = now, .format = FormatOf(values)};
+}
+
+Options ReadSettings(const GivenValues& values) {
+    return SettingsOptions{.modulePath = ModulePathOf(values), .format = FormatOf(values)};
 }
 
 // Throws the library's error as a message of one line that names the option.
 [[noreturn]] void ThrowBadInput(const CLI::App& app, const CLI::ParseError& error) {
-    if (dynamic_cast<const CLI::FileError*>(&error) != nullptr) {
-        (void)OpenInputFile("--config", app.get_config_ptr()->as<std::string>());
-    }
     std::string text = error.what();
     std::ranges::replace(text, '\n', ' ');
     for (const std::string& argument : app.remaining(/*recurse=*/true)) {
@@ -345,15 +323,16 @@ std::vector<std::string> Arguments(int argc, const char* const* argv) {
 }  // namespace
 
 Options ParseOptions(int argc, const char* const* argv) {
-    Written written;
     CLI::App app(Description, "ActionHost");
     app.footer(Footer);
-    AddRunOptions(app, written);
-    CLI::App& compare = AddCompare(app, written);
-    CLI::App& log = AddLog(app, written);
-    CLI::App& next = AddNext(app, written);
-    CLI::App& explain = AddExplain(app, written);
-    for (CLI::App* const command : {&compare, &log, &next, &explain}) {
+    AddRunOptions(app);
+    CLI::App& check = AddCheck(app);
+    CLI::App& compare = AddCompare(app);
+    CLI::App& log = AddLog(app);
+    CLI::App& next = AddNext(app);
+    CLI::App& explain = AddExplain(app);
+    CLI::App& settings = AddSettings(app);
+    for (CLI::App* const command : {&check, &compare, &log, &next, &explain, &settings}) {
         command->footer("");
         for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
             command->excludes(app.get_option(option));
@@ -371,11 +350,13 @@ Options ParseOptions(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         ThrowBadInput(app, error);
     }
-    if (compare) return ReadCompare(written);
-    if (log) return ReadLog(written);
-    if (next) return ReadNext(written);
-    if (explain) return ReadExplain(written);
-    return ReadRun(written);
+    if (check) return ReadCheck(app, GivenValues(check));
+    if (compare) return ReadCompare(GivenValues(compare));
+    if (log) return ReadLog(GivenValues(log));
+    if (next) return ReadNext(app, GivenValues(next));
+    if (explain) return ReadExplain(GivenValues(explain));
+    if (settings) return ReadSettings(GivenValues(settings));
+    return ReadRun(app);
 }
 
 }  // namespace Host

@@ -6,9 +6,10 @@
 
 #include "Host/Compare/Compare.h"
 #include "Host/Log/LogOptions.h"
-#include "Host/Run/RunOptions.h"
+#include "Host/Run/Check.h"
 #include "Host/Schedules/Explain.h"
 #include "Host/Schedules/NextRuns.h"
+#include "Host/Settings/ShowSettings.h"
 
 namespace Host {
 
@@ -17,7 +18,8 @@ struct ShowText {
     std::string text;
 };
 
-using Options = std::variant<RunOptions, CompareOptions, LogOptions, NextOptions, ExplainOptions, ShowText>;
+using Options = std::variant<RunOptions, CheckOptions, CompareOptions, LogOptions, NextOptions, ExplainOptions,
+                             SettingsOptions, ShowText>;
 
 // Reads the arguments of main(), and the configuration file that they name. Input that is not valid is thrown as
 // BadInput. May set the process's time zone, so no other thread may run yet.

@@ -7,8 +7,8 @@
 
 #include "Common/Base/Text.h"
 #include "Host/Base/Failure.h"
-#include "Host/Base/InputFile.h"
 #include "Host/Base/Number.h"
+#include "Host/Base/UserFile.h"
 #include "NodeFabric/Authoring.h"
 #include "Platform/Text.h"
 

@@ -1,42 +1,77 @@
 #include "Host/Console/ConsoleOutput.h"
 
+#include <algorithm>
 #include <ostream>
+
+#include "Host/Base/TextWidth.h"
 
 namespace Host {
 namespace {
 
 // Control sequences of ECMA-48.
-constexpr char EraseLine[] = "\r\x1b[K";
+constexpr char ToFirstColumn[] = "\r";
+constexpr char EraseBelow[] = "\r\x1b[J";
 constexpr char Dimmed[] = "\x1b[2m";
 constexpr char Plain[] = "\x1b[0m";
 
+constexpr std::string_view Prompt = "> ";
+
 }  // namespace
 
-ConsoleOutput::ConsoleOutput(std::ostream& out, const std::optional<Terminal>& terminal, std::function<void()> onBroken)
-    : terminal_(terminal), onBroken_(std::move(onBroken)), out_(out) {}
+ConsoleOutput::ConsoleOutput(std::ostream& out, std::ostream& messages, const std::optional<Terminal>& terminal,
+                             std::function<void()> onBroken)
+    : terminal_(terminal), onBroken_(std::move(onBroken)), out_(out), messages_(messages) {}
 
 void ConsoleOutput::Write(const std::string& lines) {
     const std::lock_guard lock(lock_);
-    Redraw(lines, statusLine_);
+    EraseLastLine();
+    out_ << lines;
+    DrawLastLine();
+}
+
+void ConsoleOutput::WriteMessage(const std::string& lines) {
+    const std::lock_guard lock(lock_);
+    EraseLastLine();
+    out_ << std::flush;
+    messages_ << lines << std::flush;
+    DrawLastLine();
 }
 
 void ConsoleOutput::SetStatusLine(const std::string& text) {
-    std::string line = text.substr(0, terminal_->width - 1);
-    if (terminal_->hasColors) line = Dimmed + line + Plain;
     const std::lock_guard lock(lock_);
-    Redraw("", line);
+    statusLine_ = text;
+    EraseLastLine();
+    DrawLastLine();
 }
 
-void ConsoleOutput::RemoveStatusLine() {
+void ConsoleOutput::SetTypedLine(const std::string& text) {
     const std::lock_guard lock(lock_);
-    Redraw("", "");
+    typedLine_ = text;
+    EraseLastLine();
+    DrawLastLine();
 }
 
-void ConsoleOutput::Redraw(const std::string& lines, const std::string& statusLine) {
-    if (!statusLine_.empty()) out_ << EraseLine;
-    out_ << lines << statusLine << std::flush;
-    statusLine_ = statusLine;
-    if (!out_) onBroken_();
+// The status line ends with the cursor in the first column. When the window becomes narrower, a terminal may show the
+// line on several rows; the cursor is then still at its beginning, and what is below is erased with it.
+void ConsoleOutput::EraseLastLine() {
+    if (isDrawn_) out_ << EraseBelow;
+    isDrawn_ = false;
+}
+
+void ConsoleOutput::DrawLastLine() {
+    isDrawn_ = terminal_ && !(statusLine_.empty() && typedLine_.empty());
+    if (isDrawn_) {
+        // One column stays free, since a terminal may wrap a line that fills its width.
+        const std::size_t width = std::max<std::size_t>(terminal_->width(), Prompt.size() + 2) - 1;
+        if (!typedLine_.empty()) {
+            out_ << Prompt << EndOf(typedLine_, width - Prompt.size());
+        } else {
+            const std::string_view shown = BeginningOf(statusLine_, width);
+            out_ << (terminal_->hasColors ? Dimmed : "") << shown << (terminal_->hasColors ? Plain : "")
+                 << ToFirstColumn;
+        }
+    }
+    if (!out_.flush()) onBroken_();
 }
 
 }  // namespace Host

@@ -1,4 +1,4 @@
-// Standard input: blocks of bytes, or lines while the program does something else.
+// Standard input: blocks of bytes, and waiting for them and for other events at once.
 #pragma once
 
 #include <chrono>
@@ -13,23 +13,23 @@ namespace Host {
 // Waits for input and stores it. Returns the number of bytes, 0 at the end of the input.
 [[nodiscard]] std::size_t ReadStandardInput(std::span<char> buffer);
 
-// Waits for a line and for other events at once.
-class TypedLines {
+// Reads the standard input while the program does something else. There is at most one object in a process.
+class InputBlocks {
 public:
-    enum class Event { Stop, Line, Time };
+    enum class Event { Stop, Block, Time };
 
-    TypedLines();
-    TypedLines(const TypedLines&) = delete;
-    TypedLines& operator=(const TypedLines&) = delete;
-    ~TypedLines();
+    InputBlocks();
+    InputBlocks(const InputBlocks&) = delete;
+    InputBlocks& operator=(const InputBlocks&) = delete;
+    ~InputBlocks();
 
-    // Waits for a request to stop, a line, or the given time, whichever comes first. After the end of the input no line
-    // comes. `line` is set only for Event::Line, without the line's end.
-    [[nodiscard]] Event Wait(const StopSignal& stop, std::chrono::steady_clock::time_point until, std::string& line);
+    // Waits for a request to stop, for input, or the given time, whichever comes first. For Event::Block stores the
+    // input, in UTF-8; an empty block is the end, and no block comes after it.
+    [[nodiscard]] Event Wait(const StopSignal& stop, std::chrono::steady_clock::time_point until, std::string& block);
 
 private:
-    class Input;  // each system has its own way to wait for input and for a stop at once
-    std::shared_ptr<Input> input_;
+    class Source;
+    std::shared_ptr<Source> source_;
 };
 
 }  // namespace Host

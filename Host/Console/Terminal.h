@@ -2,13 +2,14 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 
 namespace Host {
 
 struct Terminal {
-    std::size_t width = 80;  // in characters
-    bool hasColors = true;   // unless the environment variable NO_COLOR has a value
+    std::function<std::size_t()> width;  // returns the present width in columns
+    bool hasColors = true;               // unless the environment variable NO_COLOR has a value
 };
 
 // Nothing if standard output is not a terminal, or is one that cannot move its cursor (TERM=dumb).

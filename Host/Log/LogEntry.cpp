@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "Common/Base/Text.h"
+#include "Host/Base/Number.h"
+#include "Host/Schedules/LocalTime.h"
 
 namespace Host {
 namespace {
@@ -79,6 +81,19 @@ std::optional<LogEntry> ParseLogEntry(std::u16string_view text) {
     entry.line = fields.Number(source.substr(colon + 1));
     entry.message = fields.Rest();
     return fields.Ok() ? std::optional(entry) : std::nullopt;
+}
+
+std::string IsoLogTime(std::u16string_view time) {
+    std::string text = Harbor::ToUtf8(time);
+    const auto number = [&](std::size_t at, std::size_t length) {
+        return ParseNumber<unsigned>(std::string_view(text).substr(at, length)).value_or(0);
+    };
+    using namespace std::chrono;
+    const year_month_day date{year(static_cast<int>(number(0, 4))), month(number(5, 2)), day(number(8, 2))};
+    if (!date.ok() || date.year() < year(1970)) return text;
+    const TimePoint local = sys_days{date} + hours{number(11, 2)} + minutes{number(14, 2)} + seconds{number(17, 2)};
+    text[10] = 'T';
+    return text + OffsetText(LocalOffset(local - LocalOffset(local)));
 }
 
 bool IsTimeBeginning(std::u16string_view text) {

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace Host {
@@ -23,6 +24,10 @@ struct LogEntry {
 
 // Nothing if the text does not begin like a line.
 [[nodiscard]] std::optional<LogEntry> ParseLogEntry(std::u16string_view text);
+
+// A time of the log in UTF-8 with its offset from UTC: "2024-03-05T07:08:09.0120345+02:00". Of a local time that occurs
+// twice, the later one is assumed. A time that no calendar has is returned as it is.
+[[nodiscard]] std::string IsoLogTime(std::u16string_view time);
 
 // Whether the text is the time of a line, or the beginning of one.
 [[nodiscard]] bool IsTimeBeginning(std::u16string_view text);

@@ -11,7 +11,8 @@
 namespace Host {
 
 struct LogOptions {
-    std::string file;                             // "-": standard input
+    std::string file;  // "-": standard input; empty: where the module writes
+    std::string modulePath{};
     std::optional<std::uint32_t> leastSevere{};   // as the log numbers severities; nothing: all
     std::u16string since{}, until{};              // the first and the last time, as ParseLogTime returns it; empty: all
     std::optional<std::uint16_t> process{};       // the low 16 bits of its id; nothing: all

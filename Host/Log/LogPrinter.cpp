@@ -30,7 +30,7 @@ std::string InLines(std::u16string_view text) {
 
 Json ToJson(const LogEntry& entry) {
     const std::size_t indentation = std::min(entry.message.find_first_not_of(u' '), entry.message.size());
-    return {{"time", ToUtf8(entry.time)},     {"severity", ToUtf8(entry.severity)},
+    return {{"time", IsoLogTime(entry.time)}, {"severity", ToUtf8(entry.severity)},
             {"process", entry.process},       {"thread", entry.thread},
             {"source", ToUtf8(entry.source)}, {"line", entry.line},
             {"indentation", indentation},     {"message", ToUtf8(entry.message.substr(indentation))}};
@@ -46,15 +46,15 @@ Json ToJson(std::int64_t microseconds, const SlowestCalls::Call& call) {
     return {{"ms", static_cast<double>(microseconds) / 1000},
             {"name", call.name},
             {"exception", call.exception},
-            {"time", call.time},
+            {"time", IsoLogTime(call.time)},
             {"process", call.process},
             {"thread", call.thread}};
 }
 
 void WriteText(std::ostream& out, std::int64_t microseconds, const SlowestCalls::Call& call) {
     out << std::setw(12) << microseconds / 1000 << '.' << std::setfill('0') << std::setw(3) << microseconds % 1000
-        << std::setfill(' ') << " ms  " << call.time << "  " << std::setw(5) << call.process << ' ' << std::setw(5)
-        << call.thread << "  " << call.name << (call.exception ? "  (exception)" : "") << '\n';
+        << std::setfill(' ') << " ms  " << ToUtf8(call.time) << "  " << std::setw(5) << call.process << ' '
+        << std::setw(5) << call.thread << "  " << call.name << (call.exception ? "  (exception)" : "") << '\n';
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "Host/Base/InputFile.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Console/StandardInput.h"
 
 namespace Host {
@@ -11,7 +11,13 @@ std::size_t StandardInputSource::Read(std::span<char> buffer) {
     return ReadStandardInput(buffer);
 }
 
-FileSource::FileSource(std::string path) : path_(std::move(path)), file_(OpenInputFile("FILE", path_)) {}
+FileSource::FileSource(std::string path, IfMissing ifMissing) : path_(std::move(path)) {
+    if (ifMissing == IfMissing::Refuse) {
+        file_ = OpenInputFile("FILE", path_);
+    } else {
+        file_.open(path_, std::ios::binary);
+    }
+}
 
 std::size_t FileSource::Read(std::span<char> buffer) {
     file_.clear();
@@ -21,14 +27,20 @@ std::size_t FileSource::Read(std::span<char> buffer) {
     return count;
 }
 
+void FileSource::SkipToEnd() {
+    if (!file_.is_open()) return;
+    file_.seekg(0, std::ios::end);
+    read_ = static_cast<std::uintmax_t>(file_.tellg());
+}
+
 bool FileSource::SwitchToNewFile() {
     std::error_code missing;
-    const std::uintmax_t size = std::filesystem::file_size(path_, missing);
+    const std::uintmax_t size = std::filesystem::file_size(PathOf(path_), missing);
     if (missing || size == read_) return false;
     // The size differs and nothing is left to read: the name is that of another file now, or this one was emptied.
     file_.clear();
     if (file_.peek() != std::ifstream::traits_type::eof()) return false;
-    std::ifstream next(path_, std::ios::binary);
+    std::ifstream next(PathOf(path_), std::ios::binary);
     if (!next) return false;
     file_ = std::move(next);
     read_ = 0;

@@ -20,16 +20,21 @@ public:
     std::size_t Read(std::span<char> buffer) override;
 };
 
+enum class IfMissing { Refuse, Wait };
+
 // A file. After its end it can be read again: more may have been written.
 class FileSource final : public LogSource {
 public:
-    // Throws BadInput if the file cannot be read.
-    explicit FileSource(std::string path);
+    // Throws BadInput if the file cannot be read. With IfMissing::Wait, such a file is taken as empty until it can.
+    explicit FileSource(std::string path, IfMissing ifMissing = IfMissing::Refuse);
 
     std::size_t Read(std::span<char> buffer) override;
 
-    // Called at the end of the file. If the file was emptied, moved or replaced, returns true, and the next Read starts
-    // at the beginning of what has the file's name now.
+    // Continues at the end of what is there.
+    void SkipToEnd();
+
+    // Called at the end of the file. If it has appeared by now, or if it was emptied, moved or replaced, returns true,
+    // and the next Read starts at the beginning of what has the file's name now.
     [[nodiscard]] bool SwitchToNewFile();
 
 private:

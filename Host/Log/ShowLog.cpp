@@ -1,11 +1,15 @@
 #include "Host/Log/ShowLog.h"
 
+#include <filesystem>
 #include <iostream>
 
 #include "Host/Base/Failure.h"
+#include "Host/Base/LoadedModule.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Console/StopSignal.h"
 #include "Host/Log/LogPrinter.h"
 #include "Host/Log/LogSource.h"
+#include "Host/Settings/ModuleSettings.h"
 
 namespace Host {
 namespace {
@@ -38,10 +42,23 @@ void Follow(FileSource& source, LogParser& parser, std::span<char> buffer) {
     }
 }
 
+// Returns the options with the file that the module writes if they have none.
+LogOptions WithFile(LogOptions options) {
+    if (options.file.empty()) options.file = LogFileOf(LoadedModule(options.modulePath).Handle());
+    return options;
+}
+
+FileSource OpenFile(const LogOptions& options) {
+    const bool isAwaited = options.follow && !std::filesystem::exists(PathOf(options.file));
+    if (isAwaited) std::cerr << "ActionHost: waiting for " << options.file << std::endl;
+    return FileSource(options.file, isAwaited ? IfMissing::Wait : IfMissing::Refuse);
+}
+
 }  // namespace
 
-int ShowLog(const LogOptions& options) {
+int ShowLog(const LogOptions& given) {
     std::ios::sync_with_stdio(false);
+    const LogOptions options = WithFile(given);
     LogPrinter printer(options, std::cout, std::cerr);
     LogParser parser(printer);
     std::vector<char> buffer(BlockSize);
@@ -49,7 +66,7 @@ int ShowLog(const LogOptions& options) {
         StandardInputSource source;
         ReadToEnd(source, parser, buffer);
     } else {
-        FileSource source(options.file);
+        FileSource source = OpenFile(options);
         ReadToEnd(source, parser, buffer);
         if (options.follow) {
             parser.Flush();

@@ -53,7 +53,7 @@ void SlowestCalls::Add(const LogEntry& entry) {
         if (call->microseconds <= fastest->first) return;
         calls_.erase(fastest);
     }
-    calls_.emplace(call->microseconds, Call{Harbor::ToUtf8(call->name), call->exception, Harbor::ToUtf8(entry.time),
+    calls_.emplace(call->microseconds, Call{Harbor::ToUtf8(call->name), call->exception, std::u16string(entry.time),
                                             entry.process, entry.thread});
 }
 

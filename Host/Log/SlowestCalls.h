@@ -23,7 +23,7 @@ public:
     struct Call {
         std::string name;
         bool exception;
-        std::string time;  // of its end
+        std::u16string time;  // of its end
         std::uint32_t process;
         std::uint32_t thread;
     };

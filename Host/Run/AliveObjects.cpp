@@ -7,8 +7,10 @@
 #include "Common/Base/Text.h"
 #include "Common/Components/ComponentsModule.h"
 #include "Host/Base/Failure.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Console/Environment.h"
 #include "Host/Log/LogParser.h"
+#include "Host/Settings/ModuleSettings.h"
 #include "NodeFabric/Authoring.h"
 
 namespace Host {
@@ -18,22 +20,14 @@ constexpr char TrackingVariable[] = "GS_Debug_EnableAliveObjectsTracking";
 // A tag: CComponentObject<class DataCollection::ActionImpl>::CComponentObject
 constexpr std::u16string_view TagBegin = u"ObjTag='CComponentObject<class ";
 
-// In the folder that the environment names, or else beside the module. If a settings file names another folder, no
-// classes are found.
-std::string LogFileOf(const std::string& modulePath) {
-    const auto module = std::filesystem::absolute(modulePath);
-    const auto directory = module.parent_path() / EnvironmentVariable("GS_Logger_Path").value_or("Logs");
-    return (directory / module.stem()).string() + ".log";
-}
-
 std::uintmax_t SizeOf(const std::string& file) {
     std::error_code none;
-    const auto size = std::filesystem::file_size(file, none);
+    const auto size = std::filesystem::file_size(PathOf(file), none);
     return none ? 0 : size;
 }
 
 std::string ReadFrom(const std::string& file, std::uintmax_t offset) {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(PathOf(file), std::ios::binary);
     stream.seekg(static_cast<std::streamoff>(offset));
     return {std::istreambuf_iterator<char>(stream), {}};
 }
@@ -65,8 +59,7 @@ void AliveCounter::EnableTracking() {
     SetVariableIfMissing(TrackingVariable, "1");
 }
 
-AliveCounter::AliveCounter(Harbor::IComponentsModule& module, const std::string& modulePath)
-    : module_(module), logFile_(LogFileOf(modulePath)) {}
+AliveCounter::AliveCounter(const LoadedModule& module) : module_(module.Get()), logFile_(LogFileOf(module.Handle())) {}
 
 AliveObjects AliveCounter::Count() const {
     const auto before = SizeOf(logFile_);

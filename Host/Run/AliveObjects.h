@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "Harbor/ComponentsModule.h"
+#include "Host/Base/LoadedModule.h"
 
 namespace Host {
 
@@ -28,7 +28,8 @@ public:
     // Called before the module is loaded. Turns its tracking on, unless the environment has a setting for it.
     static void EnableTracking();
 
-    AliveCounter(Harbor::IComponentsModule& module, const std::string& modulePath);
+    // Borrows the module.
+    explicit AliveCounter(const LoadedModule& module);
 
     // Makes the module list its objects in its log. Failures are thrown as CallFailure.
     [[nodiscard]] AliveObjects Count() const;

@@ -51,6 +51,10 @@ std::optional<Command> MakeWrite(const Words& words) {
     return command;
 }
 
+std::optional<Command> MakeTree(const Words& words) {
+    return TreeCommand{words.size() > 1 ? words[1] : std::string()};
+}
+
 template <class T>
 std::optional<Command> Make(const Words&) {
     return T{};
@@ -73,7 +77,8 @@ constexpr std::array Forms{
     CommandForm{"write", "write PATH NAME=VALUE...", "write text attributes to a node, such as \\A\\B", 3, AnyNumber,
                 &MakeWrite},
     CommandForm{"alive", "alive", "count live objects; the module lists them in its log", 1, 1, &Make<AliveCommand>},
-    CommandForm{"status", "status", "show the calls so far and the next due times", 1, 1, &Make<StatusCommand>},
+    CommandForm{"status", "status", "show calls, next due times and lateness", 1, 1, &Make<StatusCommand>},
+    CommandForm{"tree", "tree [FILE]", "print the configuration tree, or write it to a file", 1, 2, &MakeTree},
     CommandForm{"help", "help", "show this list", 1, 1, &Make<HelpCommand>},
     CommandForm{"quit", "quit", "stop the host", 1, 1, &Make<QuitCommand>},
 };
@@ -107,13 +112,13 @@ std::string CommandHelp() {
     return help.str();
 }
 
-TimedCommand ParseTimedCommand(std::string_view text) {
+TimedCommand ParseTimedCommand(std::string_view text, std::string_view source) {
     const std::size_t space = std::min(text.find(' '), text.size());
     const std::string_view delay = text.substr(0, space);
     try {
-        return {ParseDuration(delay).Length(), ParseCommand(text.substr(space), "--do")};
+        return {ParseDuration(delay).Length(), ParseCommand(text.substr(space), source)};
     } catch (const BadForm& form) {
-        throw InvalidValue("--do", delay, form);
+        throw InvalidValue(source, delay, form);
     }
 }
 

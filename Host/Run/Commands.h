@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -16,9 +17,12 @@ struct WriteCommand {
 };
 struct AliveCommand {};
 struct StatusCommand {};
+struct TreeCommand {
+    std::string file;  // empty: print the tree
+};
 struct HelpCommand {};
 struct QuitCommand {};
-using Command = std::variant<WriteCommand, AliveCommand, StatusCommand, HelpCommand, QuitCommand>;
+using Command = std::variant<WriteCommand, AliveCommand, StatusCommand, TreeCommand, HelpCommand, QuitCommand>;
 
 // Reads a line with one command; a word with spaces in it is in double quotes. Throws BadInput, with the expected form,
 // if the line is not valid. The message begins with `source`, which says where the line is from.
@@ -32,7 +36,7 @@ struct TimedCommand {
     Command command;
 };
 
-// "3s start Plant Line1"
-[[nodiscard]] TimedCommand ParseTimedCommand(std::string_view text);
+// Reads "3s start Plant Line1". `source` begins the message of BadInput.
+[[nodiscard]] TimedCommand ParseTimedCommand(std::string_view text, std::string_view source);
 
 }  // namespace Host

@@ -24,13 +24,15 @@ void Registration::Unsubscribe() {
     subscription_.Reset();
 }
 
-void Registration::OnCommand(std::u16string_view, const TimePoint&) {}
+bool Registration::OnCommand(std::u16string_view, const TimePoint&) {
+    return false;
+}
 
-RegistrationState Registration::State() const {
+RegistrationState Registration::State(const TimePoint& now) const {
     const std::lock_guard lock(lock_);
     std::optional<std::uint64_t> merged;
     if (intervalsReached_) merged = std::max(*intervalsReached_, statistics_.Calls()) - statistics_.Calls();
-    return {label_, statistics_.Calls(), merged, statistics_.LatenessRange(), NextDue(CurrentTime())};
+    return {label_, statistics_.Calls(), merged, statistics_.LatenessRange(), last_, NextDue(now)};
 }
 
 void Registration::OnCall(const Harbor::WideString& action) {
@@ -40,6 +42,7 @@ void Registration::OnCall(const Harbor::WideString& action) {
     {
         const std::lock_guard lock(lock_);
         statistics_.Add(lateness);
+        last_ = now;
         intervalsReached_ = std::max(intervalsReached_, IntervalsReached(now));
     }
     report_.Add({now, label_, Harbor::ToUtf8(action), lateness});

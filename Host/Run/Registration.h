@@ -23,10 +23,10 @@ public:
     void Subscribe(DataCollection::ActionManagement::IActionManager& manager);
     void Unsubscribe();
 
-    // Called when a command is about to be written at that path.
-    virtual void OnCommand(std::u16string_view path, const TimePoint& time);
+    // Called when a command is about to be written at that path. Returns whether the registration watches it.
+    virtual bool OnCommand(std::u16string_view path, const TimePoint& time);
 
-    [[nodiscard]] RegistrationState State() const;
+    [[nodiscard]] RegistrationState State(const TimePoint& now) const;
 
 protected:
     const std::string& Label() const noexcept { return label_; }
@@ -50,6 +50,7 @@ private:
 
     mutable Harbor::Lock lock_;  // guards the members below
     LatenessStatistics statistics_;
+    std::optional<TimePoint> last_;                  // the time of the last call
     std::optional<std::uint64_t> intervalsReached_;  // by the last call
 };
 

@@ -4,18 +4,13 @@
 #include <array>
 #include <functional>
 
+#include "Common/Base/Text.h"
 #include "Host/Base/Json.h"
+#include "Host/Base/TextWidth.h"
+#include "Host/Schedules/Duration.h"
 
 namespace Host {
 namespace {
-
-std::string Padded(std::string text, std::size_t width) {
-    text.resize(std::max(text.size(), width), ' ');
-    return text;
-}
-std::string RightAligned(const std::string& text, std::size_t width) {
-    return std::string(width - std::min(width, text.size()), ' ') + text;
-}
 
 std::string MillisecondsText(double value) {
     std::string text = std::to_string(value);
@@ -39,6 +34,24 @@ Json ToJson(const Call& call) {
             {"registration", call.registration},
             {"action", call.action},
             {"latenessMs", JsonOrNull(call.lateness, InMilliseconds)}};
+}
+
+// Only the first line of the message: the rest of a long one, such as a tree, is in the log.
+std::string TextLine(const LogEntry& entry) {
+    constexpr std::size_t toMilliseconds = 23;
+    const auto message = Harbor::Trim(entry.message, u" ");
+    return Harbor::ToUtf8(entry.time.substr(0, toMilliseconds)) + "  " +
+           Padded("module " + Harbor::ToUtf8(entry.severity), RegistrationWidth) + "  " +
+           Harbor::ToUtf8(message.substr(0, message.find_first_of(u"\r\n"))) + "\n";
+}
+
+Json ToJson(const LogEntry& entry) {
+    return {{"event", "log"},
+            {"time", IsoLogTime(entry.time)},
+            {"severity", Harbor::ToUtf8(entry.severity)},
+            {"source", Harbor::ToUtf8(entry.source)},
+            {"line", entry.line},
+            {"message", Harbor::ToUtf8(Harbor::Trim(entry.message, u" "))}};
 }
 
 std::string SummaryLine(const std::string& registration, const std::array<std::string, 5>& columns) {
@@ -69,18 +82,47 @@ Json SummaryJson(const RegistrationState& state) {
             {"latenessMs", JsonOrNull(state.lateness, [](const auto& range) { return ToJson(range); })}};
 }
 
-std::string StatusLine(const RegistrationState& state) {
-    const std::string next = state.nextDue ? "next " + LocalTimeText(*state.nextDue) : "on command";
-    return Padded(state.registration, RegistrationWidth) + RightAligned(std::to_string(state.calls), NumberWidth) +
-           " calls  " + next + "\n";
+// "22:04:58.460", or with its date and without seconds for another day than that of `now`.
+std::string ShortTimeText(const TimePoint& time, const TimePoint& now) {
+    constexpr std::size_t dateLength = 10, minuteLength = 16;
+    const std::string text = LocalTimeText(time);
+    const bool isToday = LocalTimeText(now).starts_with(text.substr(0, dateLength));
+    return isToday ? text.substr(dateLength + 1) : text.substr(0, minuteLength);
 }
 
-Json StatusJson(const RegistrationState& state) {
+// Whole seconds from a second on.
+std::string TimeLeftText(const Ticks& left) {
+    using namespace std::chrono;
+    if (left <= Ticks::zero()) return "due";
+    const bool isShort = left < seconds{1};
+    return DurationText(isShort ? ceil<milliseconds>(left) : milliseconds{ceil<seconds>(left)});
+}
+
+std::string StatusLine(const std::string& registration, const std::array<std::string, 6>& columns) {
+    constexpr std::array<std::size_t, 6> widths{9, 9, 18, 18, 12, 12};
+    std::string line = Padded(registration, RegistrationWidth);
+    for (std::size_t i = 0; i < columns.size(); ++i) line += RightAligned(columns[i], widths[i]);
+    return line + "\n";
+}
+
+std::string StatusLine(const RegistrationState& state, const TimePoint& now) {
+    const auto timeText = [&](const std::optional<TimePoint>& time) { return time ? ShortTimeText(*time, now) : "-"; };
+    return StatusLine(state.registration,
+                      {std::to_string(state.calls), state.merged ? std::to_string(*state.merged) : "-",
+                       timeText(state.last), state.nextDue ? timeText(state.nextDue) : "on command",
+                       state.nextDue ? TimeLeftText(*state.nextDue - now) : "-",
+                       state.lateness ? MillisecondsText(state.lateness->max) + " ms" : "-"});
+}
+
+Json StatusJson(const RegistrationState& state, const TimePoint& now) {
     return {{"event", "status"},
             {"registration", state.registration},
             {"calls", state.calls},
             {"merged", JsonOrNull(state.merged, std::identity())},
-            {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)}};
+            {"last", JsonOrNull(state.last, IsoTimeText)},
+            {"nextDue", JsonOrNull(state.nextDue, IsoTimeText)},
+            {"leftMs", JsonOrNull(state.nextDue, [&](const TimePoint& due) { return InMilliseconds(due - now); })},
+            {"maxLatenessMs", JsonOrNull(state.lateness, [](const auto& range) { return range.max; })}};
 }
 
 std::string StatusSummary(const std::vector<RegistrationState>& registrations) {
@@ -114,12 +156,30 @@ std::string Lines(const std::vector<RegistrationState>& registrations, Convert c
 
 void Report::Add(const Call& call) {
     output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(call)) : TextLine(call));
+    RefreshStatusLine();
 }
 
-void Report::AddStatus(const std::vector<RegistrationState>& registrations) {
-    output_.Write(format_ == OutputFormat::Json
-                      ? Lines(registrations, [](const auto& state) { return JsonLine(StatusJson(state)); })
-                      : Lines(registrations, StatusLine));
+void Report::AddUnheard(std::u16string_view path, const TimePoint& time) {
+    const std::string pathText = Harbor::ToUtf8(path);
+    if (format_ == OutputFormat::Json) {
+        output_.Write(JsonLine({{"event", "unheard"}, {"time", IsoTimeText(time)}, {"path", pathText}}));
+    } else {
+        output_.Write(LocalTimeText(time) + "  " + Padded("unheard command", RegistrationWidth) +
+                      "  no registration watches " + pathText + "\n");
+    }
+}
+
+void Report::AddModuleLine(const LogEntry& entry) {
+    output_.Write(format_ == OutputFormat::Json ? JsonLine(ToJson(entry)) : TextLine(entry));
+}
+
+void Report::AddStatus(const std::vector<RegistrationState>& registrations, const TimePoint& now) {
+    if (format_ == OutputFormat::Json) {
+        output_.Write(Lines(registrations, [&](const auto& state) { return JsonLine(StatusJson(state, now)); }));
+        return;
+    }
+    output_.Write(StatusLine("", {"calls", "merged", "last", "next", "left", "worst"}) +
+                  Lines(registrations, [&](const auto& state) { return StatusLine(state, now); }));
 }
 
 void Report::AddSummary(const std::vector<RegistrationState>& registrations) {
@@ -145,12 +205,26 @@ void Report::AddAlive(const AliveObjects& alive) {
                   " open node handles\n");
 }
 
-void Report::SetStatusLine(const std::vector<RegistrationState>& registrations) {
-    output_.SetStatusLine(StatusSummary(registrations));
+void Report::AddTree(const std::string& xml) {
+    output_.Write(format_ == OutputFormat::Json ? JsonLine({{"event", "tree"}, {"xml", xml}}) : xml);
+}
+
+void Report::ShowStatusOf(std::function<std::vector<RegistrationState>()> states) {
+    const std::lock_guard lock(statesLock_);
+    states_ = std::move(states);
+}
+
+void Report::RefreshStatusLine() {
+    if (!HasStatusLine()) return;
+    const std::lock_guard lock(statesLock_);
+    if (states_) output_.SetStatusLine(StatusSummary(states_()));
 }
 
 void Report::RemoveStatusLine() {
-    output_.RemoveStatusLine();
+    const std::lock_guard lock(statesLock_);
+    states_ = nullptr;
+    output_.SetTypedLine("");
+    output_.SetStatusLine("");
 }
 
 }  // namespace Host

@@ -6,11 +6,13 @@
 #include "Harbor/Configurable.h"
 #include "Host/Base/Failure.h"
 #include "Host/Base/LoadedModule.h"
+#include "Host/Run/Check.h"
 #include "Host/Run/CommandLoop.h"
 #include "Host/Run/ScheduleRegistration.h"
 #include "Host/Run/WatchRegistration.h"
+#include "Host/Schedules/LocalTime.h"
+#include "Host/Settings/ModuleSettings.h"
 #include "Platform/Process.h"
-#include "Schedules/Schedule.h"
 
 namespace Host {
 
@@ -34,18 +36,6 @@ Registrations MakeRegistrations(const RunOptions& options, Report& report) {
         registrations.push_back(std::make_unique<WatchRegistration>(label, config, report));
     }
     return registrations;
-}
-
-// Says which settings the user may not have meant.
-void WarnOfPolling(const RunOptions& options) {
-    if (options.polling == milliseconds::zero()) {
-        std::cerr << "ActionHost: warning: with --polling 0 the worker never pauses and uses a whole core\n";
-    }
-    for (const auto& [label, settings] : options.schedules) {
-        if (options.polling <= IntervalOf(settings)) continue;
-        std::cerr << "ActionHost: warning: --polling " << options.polling.count() << " is longer than the interval of '"
-                  << label << "': intervals that pass between two cycles are merged into one call\n";
-    }
 }
 
 void Configure(IActionManager& manager, milliseconds polling) {
@@ -74,28 +64,33 @@ void WaitForLastCycles(IComponentsModule& module, milliseconds polling) {
 }
 
 std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCounter& alive, const RunOptions& options,
-                                     const StopSignal& stop, Report& report) {
+                                     const StopSignal& stop, ModuleLog& log, Report& report) {
     const ServedTree tree;
     // Declared before the manager: the worker calls the registrations until the manager is gone.
     const Registrations registrations = MakeRegistrations(options, report);
+    report.ShowStatusOf([&registrations] { return StatesOf(registrations, CurrentTime()); });
     const auto manager = module.Create<IActionManager>(ActionManagerClassId);
     Configure(*manager.Get(), options.polling);
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
-    std::cerr << "Registrations: " << registrations.size() << "; type help for a list of commands, Ctrl-C to stop\n";
+    report.AddMessage("Registrations: " + std::to_string(registrations.size()) +
+                      "; type help for a list of commands, Ctrl-C to stop\n");
 
-    CommandLoop(alive, registrations, tree, report).RunUntilStopped(options, stop);
+    CommandLoop(alive, registrations, tree, log, report).RunUntilStopped(options, stop);
 
     for (const auto& registration : registrations) registration->Unsubscribe();
     WaitForLastCycles(module.Get(), options.polling);
-    return StatesOf(registrations);
+    report.RemoveStatusLine();
+    return StatesOf(registrations, CurrentTime());
 }
 
 Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
     AliveCounter::EnableTracking();
     const LoadedModule module(options.modulePath);
-    const AliveCounter alive(module.Get(), options.modulePath);
-    Outcome outcome{Serve(module, alive, options, stop, report), {}};
+    const AliveCounter alive(module);
+    ModuleLog log(LogFileOf(module.Handle()), report);
+    Outcome outcome{Serve(module, alive, options, stop, log, report), {}};
     outcome.alive = alive.Count();
+    log.ReportNewLines();
     return outcome;
 }
 
@@ -105,10 +100,9 @@ int Run(const RunOptions& options) {
     IgnoreBrokenPipes();
     WarnOfPolling(options);
     const StopSignal stop;
-    ConsoleOutput output(std::cout, TerminalOfOutput(), [&stop] { stop.Request(); });
+    ConsoleOutput output(std::cout, std::cerr, TerminalOfOutput(), [&stop] { stop.Request(); });
     Report report(output, options.format);
     const Outcome outcome = LoadServeAndUnload(options, stop, report);
-    report.RemoveStatusLine();
     report.AddSummary(outcome.registrations);
     report.AddAlive(outcome.alive);
     return outcome.alive.None() ? ExitCode::Success : ExitCode::Failure;

@@ -1,6 +1,7 @@
 #include "Host/Run/ServedTree.h"
 
 #include "Common/Base/Text.h"
+#include "Common/Nodes/CNodeSerializer.h"
 #include "Host/Base/Failure.h"
 #include "ModuleBroker/Registration.h"
 
@@ -16,6 +17,17 @@ ServedTree::~ServedTree() {
 
 void ServedTree::Write(std::u16string_view path, const std::vector<ConfigServer::TextAttribute>& attributes) const {
     RequireSuccess(tree_->WriteNode(path, attributes), "Write '" + Harbor::ToUtf8(path) + "'");
+}
+
+std::string ServedTree::ToXml() const {
+    constexpr std::uint32_t noFlags = 0;
+    Harbor::ACNode copy;
+    RequireSuccess(tree_->CopyTree(copy.Receive()), "Copy the tree");
+    const AcnHandle root = copy.Handle();
+    std::string text = Harbor::NodesToText(&root, 1, noFlags, AcnWholeTree);
+    std::erase(text, '\r');
+    const std::size_t end = text.find_last_not_of(std::string_view("\n\0", 2));
+    return text.substr(0, end + 1) + '\n';
 }
 
 }  // namespace Host

@@ -1,6 +1,8 @@
 // The configuration tree of this process, registered under the name that the module looks up.
 #pragma once
 
+#include <string>
+
 #include "ConfigServer/ConfigServer.h"
 
 namespace Host {
@@ -14,6 +16,9 @@ public:
     ~ServedTree();
 
     void Write(std::u16string_view path, const std::vector<ConfigServer::TextAttribute>& attributes) const;
+
+    // Returns the whole tree as XML, in the form that `compare` reads.
+    [[nodiscard]] std::string ToXml() const;
 
 private:
     const Harbor::ComponentPtr<ConfigServer::IConfigTree> tree_;

@@ -12,11 +12,13 @@ WatchRegistration::WatchRegistration(std::string label, ForcedActionConfig confi
       config_(std::move(config)),
       path_(CommandPointPath(config_.ParentName, config_.LeafName)) {}
 
-void WatchRegistration::OnCommand(std::u16string_view path, const TimePoint& time) {
+bool WatchRegistration::OnCommand(std::u16string_view path, const TimePoint& time) {
     const bool isCovered = path == path_ || path.starts_with(path_ + u"\\");
-    if (!isCovered) return;
-    const std::lock_guard lock(lock_);
-    written_ = time;
+    if (isCovered) {
+        const std::lock_guard lock(lock_);
+        written_ = time;
+    }
+    return isCovered;
 }
 
 Registration::SubscriptionPtr WatchRegistration::Register(IActionManager& manager, IActionListener& listener) {

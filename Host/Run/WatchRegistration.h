@@ -11,7 +11,7 @@ class WatchRegistration final : public Registration {
 public:
     WatchRegistration(std::string label, DataCollection::ActionManagement::ForcedActionConfig config, Report& report);
 
-    void OnCommand(std::u16string_view path, const TimePoint& time) override;
+    bool OnCommand(std::u16string_view path, const TimePoint& time) override;
 
 private:
     SubscriptionPtr Register(DataCollection::ActionManagement::IActionManager& manager,

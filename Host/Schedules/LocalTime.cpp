@@ -27,12 +27,6 @@ std::string Text(const Platform::FILETIME& local, char16_t separator) {
                                              fields.wMinute, fields.wSecond, fields.wMilliseconds));
 }
 
-std::string OffsetText(std::chrono::minutes offset) {
-    const std::u16string_view sign = offset.count() < 0 ? u"-" : u"+";
-    const auto minutes = static_cast<std::uint32_t>(std::chrono::abs(offset).count());
-    return Harbor::ToUtf8(Harbor::FormatWide(u"%s%02u:%02u", sign, minutes / 60, minutes % 60));
-}
-
 }  // namespace
 
 TimePoint CurrentTime() {
@@ -47,13 +41,20 @@ std::int32_t LocalBias(const TimePoint& time) {
     return static_cast<std::int32_t>(-LocalOffset(time).count());
 }
 
+std::string OffsetText(std::chrono::seconds offset) {
+    const std::u16string_view sign = offset.count() < 0 ? u"-" : u"+";
+    const auto minutes =
+        static_cast<std::uint32_t>(std::chrono::round<std::chrono::minutes>(std::chrono::abs(offset)).count());
+    return Harbor::ToUtf8(Harbor::FormatWide(u"%s%02u:%02u", sign, minutes / 60, minutes % 60));
+}
+
 std::string LocalTimeText(const TimePoint& time) {
     return Text(ToLocal(time), u' ');
 }
 
 std::string IsoTimeText(const TimePoint& time) {
     const Platform::FILETIME local = ToLocal(time);
-    return Text(local, u'T') + OffsetText(std::chrono::round<std::chrono::minutes>(LocalOffset(time)));
+    return Text(local, u'T') + OffsetText(LocalOffset(time));
 }
 
 std::string UtcTimeText(const TimePoint& time) {

@@ -20,6 +20,9 @@ using DataCollection::ActionManagement::TimePoint;
 // The same as the schedule's arithmetic takes it: the number of seconds to add to local time to get UTC.
 [[nodiscard]] std::int32_t LocalBias(const TimePoint& time);
 
+// "+02:00", rounded to minutes
+[[nodiscard]] std::string OffsetText(std::chrono::seconds offset);
+
 // "2024-03-05 07:08:09.012"
 [[nodiscard]] std::string LocalTimeText(const TimePoint& time);
 // "2024-03-05T07:08:09.012+02:00"

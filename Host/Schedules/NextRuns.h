@@ -12,7 +12,7 @@ namespace Host {
 
 struct NextOptions {
     std::vector<Labelled<DataCollection::ActionManagement::TimedActionSettings>> schedules{};
-    std::uint32_t count = 0;                             // of runs to list for each
+    std::uint32_t count = 5;                             // of runs to list for each
     DataCollection::ActionManagement::TimePoint from{};  // the time of registration
     OutputFormat format = OutputFormat::Text;
 };

@@ -121,6 +121,15 @@ HRESULT ConfigService::WriteNode(std::u16string_view path, const std::vector<Tex
     });
 }
 
+HRESULT ConfigService::CopyTree(AcnHandle* copy) {
+    return ServiceMethod(TRACED_METHOD(Dbg, "ConfigServer::ConfigService::CopyTree"), [&] {
+        if (copy == nullptr) ThrowError(E_POINTER);
+        const LockGuard guard(writeLock_);
+        const ACNode clone = top_.Clone(AcnWholeTree, 0);
+        return AcnDuplicateNodeHandle(clone.Handle(), copy);
+    });
+}
+
 void ConfigService::ReportWrite(const ACNode& changed, const WideString& path, std::int64_t changes) {
     std::vector<PendingReport> reports;
     for (auto& watch : dispatcher_->WatchesOf(path, changes)) {

@@ -20,6 +20,7 @@ public:
                                     Harbor::IACModifySubscription** subscription) override;
     Harbor::HRESULT RemoveSubscription(Harbor::IACModifySubscription* subscription) override;
     Harbor::HRESULT WriteNode(std::u16string_view path, const std::vector<TextAttribute>& attributes) override;
+    Harbor::HRESULT CopyTree(AcnHandle* copy) override;
 
     Harbor::HRESULT FinalConstruct() noexcept;
     void FinalRelease() noexcept;

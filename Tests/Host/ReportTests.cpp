@@ -9,31 +9,36 @@ using namespace Host;
 namespace {
 
 RegistrationState Called(const std::string& registration, std::uint64_t calls, double late) {
-    return {registration, calls, 0, LatenessStatistics::Range{0, 1, late}, std::nullopt};
+    return {.registration = registration, .calls = calls, .lateness = LatenessStatistics::Range{0, 1, late}};
 }
 
-TEST(Report, KeepsTheStatusLineBelowOtherLinesAndWithinTheWidth) {
-    std::ostringstream out;
-    ConsoleOutput output(out, Terminal{.width = 37, .hasColors = false}, [] {});
+TEST(Report, KeepsOneLineBelowAllOthersAndWithinTheWidth) {
+    std::ostringstream out, messages;
+    std::size_t width = 37;
+    ConsoleOutput output(out, messages, Terminal{.width = [&] { return width; }, .hasColors = false}, [] {});
     Report report(output, OutputFormat::Text);
     ASSERT_TRUE(report.HasStatusLine());
     const auto takeOutput = [&] { return std::exchange(out, std::ostringstream()).str(); };
-    report.SetStatusLine({Called("a", 2, 2.5), Called("b", 1, 13.25)});
-    EXPECT_EQ(takeOutput(), "on command  calls 3, max lateness 13");
-    report.AddAlive({.inModule = 3, .byClass = {{"ActionImpl", 2}, {"ActionManager", 1}}});
-    EXPECT_EQ(takeOutput(),
-              "\r\x1b[Kalive: 3 objects of the module (ActionImpl 2, ActionManager 1), 0 of the host, 0 open node "
-              "handles\non command  calls 3, max lateness 13");
+    report.ShowStatusOf([] { return std::vector{Called("a", 2, 2.5), Called("b", 1, 13.25)}; });
+    report.RefreshStatusLine();
+    EXPECT_EQ(takeOutput(), "on command  calls 3, max lateness 13\r");
+    width = 12;
+    report.AddMessage("wrong\n");
+    EXPECT_EQ(messages.str(), "wrong\n");
+    EXPECT_EQ(takeOutput(), "\r\x1b[Jon command \r");
+    report.SetTypedLine("start gröüße");
+    report.AddTypedLine("x");
+    EXPECT_EQ(takeOutput(), "\r\x1b[J> rt gröüße\r\x1b[J> x\n> rt gröüße");
     report.RemoveStatusLine();
-    EXPECT_EQ(takeOutput(), "\r\x1b[K");
-    report.RemoveStatusLine();
+    EXPECT_EQ(takeOutput(), "\r\x1b[Jon command \r\r\x1b[J");
+    report.RefreshStatusLine();
     EXPECT_EQ(takeOutput(), "");
 }
 
 TEST(Report, HasNoStatusLineInJsonOrWithoutATerminal) {
     std::ostringstream out;
-    ConsoleOutput terminal(out, Terminal{}, [] {});
-    ConsoleOutput file(out, std::nullopt, [] {});
+    ConsoleOutput terminal(out, out, Terminal{.width = [] { return 80u; }}, [] {});
+    ConsoleOutput file(out, out, std::nullopt, [] {});
     EXPECT_FALSE(Report(terminal, OutputFormat::Json).HasStatusLine());
     EXPECT_FALSE(Report(file, OutputFormat::Text).HasStatusLine());
 }

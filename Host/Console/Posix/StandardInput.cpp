@@ -29,51 +29,34 @@ std::size_t ReadStandardInput(std::span<char> buffer) {
     }
 }
 
-class TypedLines::Input {
+class InputBlocks::Source {
 public:
-    Event Wait(const StopSignal& stop, Clock::time_point until, std::string& line);
+    Event Wait(const StopSignal& stop, Clock::time_point until, std::string& block) {
+        for (;;) {
+            std::array<pollfd, 2> sources{pollfd{static_cast<int>(stop.WaitObject()), POLLIN, 0},
+                                          pollfd{ended_ ? -1 : STDIN_FILENO, POLLIN, 0}};
+            const int wait = MillisecondsUntil(until);
+            const int ready = poll(sources.data(), sources.size(), wait);
+            if (sources[0].revents != 0) return Event::Stop;
+            if (ready > 0) {
+                std::array<char, 4096> buffer;
+                block.assign(buffer.data(), ReadStandardInput(buffer));
+                ended_ = block.empty();
+                return Event::Block;
+            }
+            if (ready == 0 && wait < INT_MAX) return Event::Time;
+        }
+    }
 
 private:
-    bool TakeLine(std::string& line);
-    void ReadMore();
-
-    std::string pending_;
     bool ended_ = false;
 };
 
-TypedLines::TypedLines() : input_(std::make_shared<Input>()) {}
-TypedLines::~TypedLines() = default;
+InputBlocks::InputBlocks() : source_(std::make_shared<Source>()) {}
+InputBlocks::~InputBlocks() = default;
 
-TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
-    return input_->Wait(stop, until, line);
-}
-
-TypedLines::Event TypedLines::Input::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
-    while (!TakeLine(line)) {
-        std::array<pollfd, 2> sources{pollfd{static_cast<int>(stop.WaitObject()), POLLIN, 0},
-                                      pollfd{ended_ ? -1 : STDIN_FILENO, POLLIN, 0}};
-        const int wait = MillisecondsUntil(until);
-        const int ready = poll(sources.data(), sources.size(), wait);
-        if (sources[0].revents != 0) return Event::Stop;
-        if (ready > 0) ReadMore();
-        if (ready == 0 && wait < INT_MAX) return Event::Time;
-    }
-    return Event::Line;
-}
-
-bool TypedLines::Input::TakeLine(std::string& line) {
-    const std::size_t end = pending_.find('\n');
-    if (end == pending_.npos && !(ended_ && !pending_.empty())) return false;
-    line = pending_.substr(0, end);
-    pending_.erase(0, end == pending_.npos ? end : end + 1);
-    return true;
-}
-
-void TypedLines::Input::ReadMore() {
-    std::array<char, 4096> block;
-    const std::size_t count = ReadStandardInput(block);
-    pending_.append(block.data(), count);
-    ended_ = count == 0;
+InputBlocks::Event InputBlocks::Wait(const StopSignal& stop, Clock::time_point until, std::string& block) {
+    return source_->Wait(stop, until, block);
 }
 
 }  // namespace Host

@@ -12,14 +12,17 @@ std::string Variable(const char* name) {
     return EnvironmentVariable(name).value_or("");
 }
 
+std::size_t Width() {
+    constexpr std::size_t usualWidth = 80;
+    winsize size{};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : usualWidth;
+}
+
 }  // namespace
 
 std::optional<Terminal> TerminalOfOutput() {
     if (isatty(STDOUT_FILENO) == 0 || Variable("TERM") == "dumb") return std::nullopt;
-    Terminal terminal;
-    if (winsize size{}; ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) terminal.width = size.ws_col;
-    terminal.hasColors = Variable("NO_COLOR").empty();
-    return terminal;
+    return Terminal{.width = &Width, .hasColors = Variable("NO_COLOR").empty()};
 }
 
 }  // namespace Host

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 
 #include "Common/Base/Lock.h"
 #include "Common/Base/Text.h"
@@ -27,7 +28,7 @@ std::string ReadTypedText(HANDLE console) {
     std::array<wchar_t, 1024> block;
     DWORD count = 0;
     if (!::ReadConsoleW(console, block.data(), static_cast<DWORD>(block.size()), &count, nullptr)) return {};
-    constexpr wchar_t endOfInput = 0x1A;  // Ctrl-Z
+    constexpr wchar_t endOfInput = 0x1A;  // Ctrl-Z; in key mode, too
     if (count > 0 && block[0] == endOfInput) return {};
     return Harbor::ToUtf8({reinterpret_cast<const char16_t*>(block.data()), count});
 }
@@ -41,27 +42,28 @@ std::size_t ReadStandardInput(std::span<char> buffer) {
     return isRead ? count : 0;
 }
 
-// The system has no wait for the input of a pipe, so a thread reads. It shares the object, and a read that never
-// returns ends with the process.
-class TypedLines::Input {
+// The system has no wait for the input of a pipe, so a thread reads. It shares the object; a read that never returns
+// ends with the process.
+class InputBlocks::Source {
 public:
-    Input() : available_(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
+    Source() : available_(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
         RequirePlatformSuccess(available_ != nullptr, "Create an event for the input");
     }
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
-    ~Input() { ::CloseHandle(available_); }
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
+    ~Source() { ::CloseHandle(available_); }
 
-    static void StartReading(const std::shared_ptr<Input>& input) {
-        auto reader = std::make_unique<Reader>(input);
+    static void StartReading(const std::shared_ptr<Source>& source) {
+        auto reader = std::make_unique<Reader>(source);
         Harbor::Thread thread;
         RequireSuccess(thread.Start<&Reader::Run>(reader.get()), "Start the thread that reads the input");
         (void)reader.release();  // deletes itself
         thread.Detach();
     }
 
-    Event Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
-        while (!TakeLine(line)) {
+    Event Wait(const StopSignal& stop, Clock::time_point until, std::string& block) {
+        for (;;) {
+            if (TakeBlock(block)) return Event::Block;
             const std::array<HANDLE, 2> events{reinterpret_cast<HANDLE>(stop.WaitObject()), available_};
             switch (::WaitForMultipleObjects(events.size(), events.data(), FALSE, MillisecondsUntil(until))) {
                 case WAIT_OBJECT_0:
@@ -72,57 +74,52 @@ public:
                     break;
             }
         }
-        return Event::Line;
     }
 
 private:
     struct Reader {
-        explicit Reader(std::shared_ptr<Input> shared) : input(std::move(shared)) {}
+        explicit Reader(std::shared_ptr<Source> shared) : source(std::move(shared)) {}
         void Run() noexcept {
             const std::unique_ptr<Reader> self(this);
-            input->Read();
+            source->Read();
         }
-        const std::shared_ptr<Input> input;
+        const std::shared_ptr<Source> source;
     };
 
     void Read() noexcept {
         const HANDLE file = ::GetStdHandle(STD_INPUT_HANDLE);
         DWORD mode = 0;
         const bool isConsole = ::GetConsoleMode(file, &mode);
-        for (std::array<char, 4096> block;;) {
-            const std::string text =
-                isConsole ? ReadTypedText(file) : std::string(block.data(), ReadStandardInput(block));
+        for (std::array<char, 4096> buffer;;) {
+            const std::string block =
+                isConsole ? ReadTypedText(file) : std::string(buffer.data(), ReadStandardInput(buffer));
             const Harbor::LockGuard guard(lock_);
-            pending_ += text;
-            ended_ = text.empty();
+            blocks_.push_back(block);
             ::SetEvent(available_);
-            if (ended_) return;
+            if (block.empty()) return;
         }
     }
 
-    bool TakeLine(std::string& line) {
+    bool TakeBlock(std::string& block) {
         const Harbor::LockGuard guard(lock_);
-        const std::size_t end = pending_.find('\n');
-        if (end == pending_.npos && !(ended_ && !pending_.empty())) return false;
-        line = pending_.substr(0, end);
-        if (line.ends_with('\r')) line.pop_back();
-        pending_.erase(0, end == pending_.npos ? end : end + 1);
+        if (blocks_.empty()) return false;
+        block = std::move(blocks_.front());
+        blocks_.pop_front();
         return true;
     }
 
     const HANDLE available_;  // set when a block was read
-    Harbor::Lock lock_;       // guards the members below
-    std::string pending_;
-    bool ended_ = false;
+    Harbor::Lock lock_;       // guards the blocks
+    std::deque<std::string> blocks_;
 };
 
-TypedLines::TypedLines() : input_(std::make_shared<Input>()) {
-    Input::StartReading(input_);
+InputBlocks::InputBlocks() : source_(std::make_shared<Source>()) {
+    Source::StartReading(source_);
 }
-TypedLines::~TypedLines() = default;
+InputBlocks::~InputBlocks() = default;
 
-TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
-    return input_->Wait(stop, until, line);
+InputBlocks::Event InputBlocks::Wait(const StopSignal& stop, Clock::time_point until, std::string& block) {
+    return source_->Wait(stop, until, block);
 }
 
 }  // namespace Host

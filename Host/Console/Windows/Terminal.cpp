@@ -6,6 +6,17 @@
 
 namespace Host {
 
+namespace {
+
+std::size_t Width() {
+    constexpr std::size_t usualWidth = 80;
+    CONSOLE_SCREEN_BUFFER_INFO info;
+    if (!::GetConsoleScreenBufferInfo(::GetStdHandle(STD_OUTPUT_HANDLE), &info)) return usualWidth;
+    return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+}
+
+}  // namespace
+
 std::optional<Terminal> TerminalOfOutput() {
     const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
     DWORD mode = 0;
@@ -13,13 +24,7 @@ std::optional<Terminal> TerminalOfOutput() {
     ::SetConsoleOutputCP(CP_UTF8);
     // A console that knows no control sequences gets no status line.
     if (!::SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING)) return std::nullopt;
-    Terminal terminal;
-    CONSOLE_SCREEN_BUFFER_INFO info;
-    if (::GetConsoleScreenBufferInfo(output, &info) && info.srWindow.Right >= info.srWindow.Left) {
-        terminal.width = static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
-    }
-    terminal.hasColors = EnvironmentVariable("NO_COLOR").value_or("").empty();
-    return terminal;
+    return Terminal{.width = &Width, .hasColors = EnvironmentVariable("NO_COLOR").value_or("").empty()};
 }
 
 }  // namespace Host

@@ -17,6 +17,12 @@ constexpr WideChar PathKey[] = u"Path";
 
 }  // namespace
 
+WideString LogDirectory(WideString resolved) {
+    std::replace(resolved.begin(), resolved.end(), u'/', u'\\');
+    EnsureTrailingSeparator(resolved, u'\\');
+    return resolved;
+}
+
 LogSettings::LogSettings() : SettingsSection(Section, 0) {}
 
 void LogSettings::Refresh() {
@@ -61,10 +67,7 @@ WideString LogSettings::GetLogDirectory() {
 WideString LogSettings::ComputeDirectory() {
     WideString path;
     GetStringOr(path, PathKey, LogDefaults.directory, UseCache::Yes);
-    WideString directory = ResolveDataPath(path);
-    std::replace(directory.begin(), directory.end(), u'/', u'\\');
-    EnsureTrailingSeparator(directory, u'\\');
-    return directory;
+    return LogDirectory(ResolveDataPath(path));
 }
 
 }  // namespace Harbor

@@ -9,6 +9,10 @@
 
 namespace Harbor {
 
+// Returns the directory of log files in the form in which the log uses it, with a trailing separator. `resolved` is the
+// setting Path after DataDirectory::Resolve.
+[[nodiscard]] WideString LogDirectory(WideString resolved);
+
 class LogSettings : public SettingsSection {
 public:
     LogSettings();

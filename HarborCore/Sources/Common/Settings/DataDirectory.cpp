@@ -7,7 +7,6 @@
 #include "Common/Settings/ModuleInfo.h"
 #include "Common/Settings/Paths.h"
 #include "Common/Settings/Registry.h"
-#include "Common/Settings/SettingsStore.h"
 
 namespace Harbor {
 namespace {
@@ -18,15 +17,15 @@ constexpr WideChar OverrideRegKey[] = u"DataDirectoryPathOverrideRegKey";
 
 constinit SingletonHolder<DataDirectory> Holder;
 
-WideString SettingOrDefault(const WideChar* key, const WideChar* defaultValue) {
+WideString SettingOrDefault(SettingsStore& settings, const WideChar* key, const WideChar* defaultValue) {
     WideString value;
-    if (Defaults.useSettings && HasSetting(GeneralSection, key, value)) return value;
+    if (Defaults.useSettings && Succeeded(settings.GetString(GeneralSection, key, value))) return value;
     return defaultValue == nullptr ? WideString() : WideString(defaultValue);
 }
 
-WideString BaseDirectory() {
-    WideString directory = ExpandEnvironment(SettingOrDefault(PathKey, Defaults.defaultDirectory));
-    return IsRelativePath(directory) ? ModuleDirectory(OwnModule()) + directory : directory;
+WideString BaseDirectory(SettingsStore& settings, Platform::HMODULE module) {
+    WideString directory = ExpandEnvironment(SettingOrDefault(settings, PathKey, Defaults.defaultDirectory));
+    return IsRelativePath(directory) ? ModuleDirectory(module) + directory : directory;
 }
 
 }  // namespace
@@ -35,10 +34,12 @@ const DataDirectory& DataDirectory::Instance() {
     return Holder.Get();
 }
 
-DataDirectory::DataDirectory() {
-    const WideString overrideKey = SettingOrDefault(OverrideRegKey, Defaults.defaultOverrideKey);
+DataDirectory::DataDirectory() : DataDirectory(SettingsStore::Instance(), OwnModule()) {}
+
+DataDirectory::DataDirectory(SettingsStore& settings, Platform::HMODULE module) {
+    const WideString overrideKey = SettingOrDefault(settings, OverrideRegKey, Defaults.defaultOverrideKey);
     const auto values = overrideKey.empty() ? std::map<WideString, WideString>() : ReadRegistryValues(overrideKey);
-    path_ = BaseDirectory();
+    path_ = BaseDirectory(settings, module);
     ReadOverrides(values);
     if (const auto base = overrides_.find({}); base != overrides_.end()) path_ = Resolve(base->second);
     EnsureTrailingSeparator(path_, u'\\');

@@ -4,6 +4,7 @@
 #include <map>
 #include <vector>
 
+#include "Common/Settings/SettingsStore.h"
 #include "Harbor/Types.h"
 
 namespace Harbor {
@@ -21,6 +22,8 @@ public:
     // DataDirectoryPathOverrideRegKey of the section General; later changes of these apply at the next load. A failed
     // read of the registry is thrown as HRX, and the next call tries again.
     static const DataDirectory& Instance();
+    // The same for another module of this process and its settings. Both are used only during the call.
+    DataDirectory(SettingsStore& settings, Platform::HMODULE module);
 
     // Returns the real path of a data path. First, environment references are expanded. An absolute path is then
     // returned unchanged. In a relative path the longest leading part that has an override is replaced by the directory

@@ -61,18 +61,21 @@ HRESULT ReadIniKey(const WideChar* section, const WideChar* key, const WideStrin
     }
 }
 
-std::vector<WideString> IniFiles() {
-    const Platform::HMODULE own = OwnModule();
+std::vector<WideString> IniFiles(Platform::HMODULE module) {
     const WideString exeDirectory = ModuleDirectory(nullptr);
     std::vector<WideString> files{exeDirectory + ModuleName(nullptr, Extension::Strip) + u".ini"};
-    const bool isMain = IsMainModule(own);
-    if (!isMain) files.push_back(exeDirectory + ModuleName(own, Extension::Strip) + u".ini");
+    const bool isMain = IsMainModule(module);
+    if (!isMain) files.push_back(exeDirectory + ModuleName(module, Extension::Strip) + u".ini");
     files.push_back(exeDirectory + GlobalIniName);
-    if (const WideString directory = ModuleDirectory(own); !isMain && directory != exeDirectory) {
-        files.push_back(directory + ModuleName(own, Extension::Strip) + u".ini");
+    if (const WideString directory = ModuleDirectory(module); !isMain && directory != exeDirectory) {
+        files.push_back(directory + ModuleName(module, Extension::Strip) + u".ini");
         files.push_back(directory + GlobalIniName);
     }
     return files;
+}
+
+WideString VariableName(const WideChar* section, const WideChar* key) {
+    return WideString(u"GS_") + SectionName(section) + u"_" + key;
 }
 
 }  // namespace
@@ -87,22 +90,39 @@ HRESULT SettingsSource::GetNumber(const WideChar* section, const WideChar* key, 
 }
 
 HRESULT EnvironmentSettingsSource::GetString(const WideChar* section, const WideChar* key, WideString& value) {
-    const WideString name = WideString(u"GS_") + SectionName(section) + u"_" + key;
     WideString text;
-    if (const HRESULT code = ReadEnvironmentVariable(name.c_str(), text); Failed(code)) return code;
+    if (const HRESULT code = ReadEnvironmentVariable(VariableName(section, key).c_str(), text); Failed(code))
+        return code;
     value = Trim(text);
     return S_OK;
 }
 
-IniSettingsSource::IniSettingsSource() : files_(IniFiles()) {}
+WideString EnvironmentSettingsSource::PlaceOf(const WideChar* section, const WideChar* key) {
+    return VariableName(section, key);
+}
+
+IniSettingsSource::IniSettingsSource() : IniSettingsSource(OwnModule()) {}
+
+IniSettingsSource::IniSettingsSource(Platform::HMODULE module) : files_(IniFiles(module)) {}
 
 HRESULT IniSettingsSource::GetString(const WideChar* section, const WideChar* key, WideString& value) {
+    WideString file;
+    return Find(section, key, value, file);
+}
+
+WideString IniSettingsSource::PlaceOf(const WideChar* section, const WideChar* key) {
+    WideString value, file;
+    return Succeeded(Find(section, key, value, file)) ? file : WideString();
+}
+
+HRESULT IniSettingsSource::Find(const WideChar* section, const WideChar* key, WideString& value,
+                                WideString& file) const {
     section = SectionName(section);
-    WideString globalFile;
-    HRESULT code = ReadEnvironmentVariable(GlobalIniVariable, globalFile);
-    if (Succeeded(code)) code = ReadIniKey(section, key, globalFile, value);
-    for (auto file = files_.begin(); code == NOT_FOUND && file != files_.end(); ++file) {
-        code = ReadIniKey(section, key, *file, value);
+    HRESULT code = ReadEnvironmentVariable(GlobalIniVariable, file);
+    if (Succeeded(code)) code = ReadIniKey(section, key, file, value);
+    for (auto next = files_.begin(); code == NOT_FOUND && next != files_.end(); ++next) {
+        file = *next;
+        code = ReadIniKey(section, key, file, value);
     }
     return code;
 }

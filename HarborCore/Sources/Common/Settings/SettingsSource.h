@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "Harbor/ResultCodes.h"
+#include "Platform/Modules.h"
 
 namespace Harbor {
 
@@ -18,6 +19,8 @@ public:
     virtual ~ISettingsSource() = default;
     virtual HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value) = 0;
     virtual HRESULT GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) = 0;
+    // Names the variable or the file that holds a setting of this source, for people. Empty if that is not known.
+    virtual WideString PlaceOf(const WideChar*, const WideChar*) { return {}; }
 };
 
 // Reads a number from the text of a setting, for all sources.
@@ -31,17 +34,24 @@ public:
 class EnvironmentSettingsSource : public SettingsSource {
 public:
     HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value) override;
+    WideString PlaceOf(const WideChar* section, const WideChar* key) override;
 };
 
 // INI files: first the file that the environment variable GLOBAL_SETTINGS_INI names at the time of the look-up, then
-// the files in the directories of the process and of this module. A key with an empty value is a missing key.
+// the files in the directories of the process and of the module. A key with an empty value is a missing key.
 class IniSettingsSource : public SettingsSource {
 public:
+    // For this module.
     IniSettingsSource();
+    // For another module of this process, which is used only during the call.
+    explicit IniSettingsSource(Platform::HMODULE module);
 
     HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value) override;
+    WideString PlaceOf(const WideChar* section, const WideChar* key) override;
 
 private:
+    HRESULT Find(const WideChar* section, const WideChar* key, WideString& value, WideString& file) const;
+
     const std::vector<WideString> files_;
 };
 

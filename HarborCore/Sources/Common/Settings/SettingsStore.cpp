@@ -19,6 +19,14 @@ SettingsStore::SettingsStore() {
     static RegisteredSource<EnvironmentSettingsSource> environment(*this, AtEnd::StayRegistered);
 }
 
+SettingsStore::SettingsStore(Platform::HMODULE module) {
+    ThrowIfOutOfMemory([&] {
+        owned_.push_back(std::make_unique<IniSettingsSource>(module));
+        owned_.push_back(std::make_unique<EnvironmentSettingsSource>());
+    });
+    for (const auto& source : owned_) AddSource(*source);
+}
+
 void SettingsStore::AddSource(ISettingsSource& source) {
     const CriticalSectionGuard guard(lock_);
     ThrowIfOutOfMemory([&] { sources_.push_back(&source); });
@@ -45,6 +53,23 @@ HRESULT SettingsStore::GetString(const WideChar* section, const WideChar* key, W
 
 HRESULT SettingsStore::GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value) {
     return AskSources([&](ISettingsSource& source) { return source.GetNumber(section, key, value); });
+}
+
+HRESULT SettingsStore::FindString(const WideChar* section, const WideChar* key, WideString& value, WideString& place) {
+    return AskSources([&](ISettingsSource& source) {
+        const HRESULT code = source.GetString(section, key, value);
+        if (Succeeded(code)) place = source.PlaceOf(section, key);
+        return code;
+    });
+}
+
+HRESULT SettingsStore::FindNumber(const WideChar* section, const WideChar* key, std::uint32_t& value,
+                                  WideString& place) {
+    return AskSources([&](ISettingsSource& source) {
+        const HRESULT code = source.GetNumber(section, key, value);
+        if (Succeeded(code)) place = source.PlaceOf(section, key);
+        return code;
+    });
 }
 
 HRESULT GetSetting(const WideChar* section, const WideChar* key, WideString& value) {

@@ -2,6 +2,7 @@
 // belongs to its reader. Any thread may read; look-ups, with their reads of files, are serialised.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "Common/Base/Guards.h"
@@ -11,7 +12,11 @@ namespace Harbor {
 
 class SettingsStore {
 public:
+    // The store of this module.
     static SettingsStore& Instance();
+    // A store with the sources that the store of another module of this process has. The module is used only during
+    // the call.
+    explicit SettingsStore(Platform::HMODULE module);
 
     // A source is not owned: it must live until it is removed. The source that was added last is asked first. AddSource
     // throws HRX with E_OUTOFMEMORY if memory runs out.
@@ -22,6 +27,9 @@ public:
     // set only by a success.
     HRESULT GetString(const WideChar* section, const WideChar* key, WideString& value);
     HRESULT GetNumber(const WideChar* section, const WideChar* key, std::uint32_t& value);
+    // Return the same, and name the variable or file that holds the value.
+    HRESULT FindString(const WideChar* section, const WideChar* key, WideString& value, WideString& place);
+    HRESULT FindNumber(const WideChar* section, const WideChar* key, std::uint32_t& value, WideString& place);
 
     SettingsStore(const SettingsStore&) = delete;
     SettingsStore& operator=(const SettingsStore&) = delete;
@@ -35,7 +43,8 @@ private:
     HRESULT AskSources(Ask ask);
 
     CriticalSection lock_;
-    std::vector<ISettingsSource*> sources_;  // guarded by lock_
+    std::vector<ISettingsSource*> sources_;                // guarded by lock_
+    std::vector<std::unique_ptr<ISettingsSource>> owned_;  // the sources of a store for another module
 };
 
 // Whether a source removes itself from its store when it ends. The sources of this module stay: they outlive the store.

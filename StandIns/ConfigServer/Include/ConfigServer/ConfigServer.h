@@ -68,6 +68,9 @@ struct IConfigTree : Harbor::IComponentUnknown {
     // that fails for another reason adds no node, but may have set attributes; it is not reported. It may be repeated.
     virtual Harbor::HRESULT WriteNode(std::u16string_view path, const std::vector<TextAttribute>& attributes) = 0;
 
+    // Stores a copy of the whole tree. Its root has no name. The caller closes the handle.
+    virtual Harbor::HRESULT CopyTree(AcnHandle* copy) = 0;
+
 protected:
     ~IConfigTree() = default;
 };
