@@ -101,10 +101,12 @@ HRESULT IniSettingsSource::GetString(const WideChar* section, const WideChar* ke
     WideString globalFile;
     HRESULT code = ReadEnvironmentVariable(GlobalIniVariable, globalFile);
     if (Succeeded(code)) code = ReadIniKey(section, key, globalFile, value);
-    for (auto file = files_.begin(); code == NOT_FOUND && file != files_.end(); ++file) {
+    bool isAnyUnreadable = code == E_ABORT;
+    for (auto file = files_.begin(); Failed(code) && file != files_.end(); ++file) {
         code = ReadIniKey(section, key, *file, value);
+        isAnyUnreadable = isAnyUnreadable || code == E_ABORT;
     }
-    return code;
+    return Failed(code) && isAnyUnreadable ? E_ABORT : code;
 }
 
 }  // namespace Harbor

@@ -34,7 +34,8 @@ public:
 };
 
 // INI files: first the file that the environment variable GLOBAL_SETTINGS_INI names at the time of the look-up, then
-// the files in the directories of the process and of this module. A key with an empty value is a missing key.
+// the files in the directories of the process and of this module. A key with an empty value is a missing key. A file
+// that cannot be read now does not end the search: the result is E_ABORT only if no other file has the key.
 class IniSettingsSource : public SettingsSource {
 public:
     IniSettingsSource();
