@@ -120,10 +120,12 @@ TEST_F(LogFile, IsInTheDirectoryThatTheSettingsName) {
     int sleeps = 0;
     Stage::OnSleep = [&] { ++sleeps; };
     const std::pair<Stage::Setting, fs::path> rows[] = {
-        {std::nullopt, module / "Logs"}, {"", module},
-        {"deep/er", module / "deep/er"}, {(directory_ / "absolute").string(), directory_ / "absolute"},
-        {impossible.string(), ""},       {directory_.string(), directory_}};
+        {std::nullopt, module / "Logs"},   {"", module},
+        {"deep/er", module / "deep/er"},   {(directory_ / "absolute").string(), directory_ / "absolute"},
+        {directory_.string(), directory_}, {impossible.string(), ""},
+        {impossible.string(), impossible}};
     for (const auto& [setting, directory] : rows) {
+        if (directory == impossible) fs::remove(impossible);  // now the directory can be created
         const ScopedVariable path("GS_Logger_Path", setting);
         PassLogInterval();
         Write(logger, u"1");

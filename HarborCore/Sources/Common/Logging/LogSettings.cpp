@@ -49,9 +49,9 @@ WideString LogSettings::GetLogDirectory() {
     const CriticalSectionGuard guard(directoryLock_);
     if (logDirectoryStale_.load(std::memory_order_acquire)) {
         WideString directory = ComputeDirectory();
-        if (directory != logDirectory_) {
+        if (directory != logDirectory_ || !isLogDirectoryMade_) {
             logDirectory_ = std::move(directory);
-            CreateDirectoryPath(logDirectory_, DefaultSecurity, OnError::Ignore);
+            isLogDirectoryMade_ = CreateDirectoryPath(logDirectory_, DefaultSecurity, OnError::Ignore);
         }
         logDirectoryStale_.store(false, std::memory_order_relaxed);
     }

@@ -24,8 +24,8 @@ public:
 
     std::uint32_t MaxSeverity() const noexcept { return maxSeverity_.load(std::memory_order_relaxed); }
 
-    // Returns the directory of log files with a trailing separator, and creates it if it has changed. Throws HRX if it
-    // cannot be determined. Any thread may call it.
+    // Returns the directory of log files with a trailing separator. Creates it if it has changed, and after a failed
+    // creation again at each refresh. Throws HRX if it cannot be determined. Any thread may call it.
     WideString GetLogDirectory();
 
     // Returns a number from the cached settings, or the default if it is missing.
@@ -40,8 +40,9 @@ private:
     std::atomic<std::uint32_t> maxSeverity_{0};
     std::atomic<bool> logDirectoryStale_{false};
 
-    CriticalSection directoryLock_;
-    WideString logDirectory_;  // guarded by directoryLock_
+    CriticalSection directoryLock_;  // guards both members below
+    WideString logDirectory_;
+    bool isLogDirectoryMade_ = false;
 };
 
 }  // namespace Harbor

@@ -22,8 +22,9 @@ enum class OnError { Throw, Ignore };
 // The security of a directory that is created as any other in its parent. Every caller passes it so far.
 inline constexpr void* DefaultSecurity = nullptr;
 
-// Creates a directory with all its parents. `security` is passed to the system. With OnError::Throw, which nobody
-// passes so far, a directory that cannot be created is thrown as HRX; with OnError::Ignore the rest is still tried.
-void CreateDirectoryPath(const WideString& path, void* security, OnError onError);
+// Creates a directory with all its parents. `security` is passed to the system. Returns whether the directory exists
+// now. With OnError::Throw, which nobody passes so far, a directory that cannot be created is thrown as HRX; with
+// OnError::Ignore the rest is still tried.
+bool CreateDirectoryPath(const WideString& path, void* security, OnError onError);
 
 }  // namespace Harbor
