@@ -10,6 +10,7 @@
 
 #include "Common/Failures/ErrorHandling.h"
 #include "Common/Logging/FileLogger.h"
+#include "Common/Settings/ModuleInfo.h"
 #include "Platform/Errors.h"
 #include "Stage.h"
 
@@ -273,6 +274,9 @@ void LogWithoutADirectory() {
     };
     Stage::ModuleIsKnown = false;
     EXPECT_EQ(Stage::CodeThrownBy(log), HResultFromWin32(Platform::ERROR_ACCESS_DENIED));
+    Stage::ModuleError = Platform::ERROR_SUCCESS;
+    EXPECT_EQ(Stage::CodeThrownBy(log), E_FAIL);
+    EXPECT_EQ(Stage::CodeThrownBy([] { return ModuleFilePath(Stage::OtherModule); }), E_FAIL);
     EXPECT_EQ(Stage::CodeThrownBy([] { return DescribeError(0x80040201); }), S_OK)
         << "reporting the missing module fails";
     EXPECT_EQ(Stage::CodeThrownBy([] { return HRES::Unchecked(MakeHResult(0x80040202)).PublishErrorInfo(); }), S_OK);

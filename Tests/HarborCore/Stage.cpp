@@ -15,6 +15,7 @@ Strings debugOutput;
 
 std::function<void()> OnSleep = [] {};
 constinit std::atomic<bool> ModuleIsKnown{true};
+constinit std::atomic<Platform::DWORD> ModuleError{Platform::ERROR_ACCESS_DENIED};
 
 Strings TakeDebugOutput() {
     const std::lock_guard guard(debugLock);
@@ -77,8 +78,14 @@ HMODULE GetModuleHandleW(const WideChar*) noexcept {
     return nullptr;  // so that this program is taken for a library
 }
 
+BOOL GetModuleHandleExW(DWORD, const WideChar*, HMODULE* module) noexcept {
+    SetLastError(Stage::ModuleError);
+    *module = reinterpret_cast<HMODULE>(std::uintptr_t{1});
+    return Stage::ModuleIsKnown ? TRUE : FALSE;
+}
+
 DWORD GetModuleFileNameW(HMODULE module, WideChar* path, DWORD size) noexcept {
-    SetLastError(ERROR_ACCESS_DENIED);
+    SetLastError(Stage::ModuleError);
     if (module != nullptr && !Stage::ModuleIsKnown) return 0;
     const auto name =
         Stage::Wide(module == nullptr ? Stage::ProcessDirectory() / "Host.exe" : Stage::ModuleDirectory() / "Orv.so");

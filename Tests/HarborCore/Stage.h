@@ -21,7 +21,9 @@ Strings TakeDebugOutput();
 const std::filesystem::path& Root();  // removed at the end of this process
 std::filesystem::path ProcessDirectory();
 std::filesystem::path ModuleDirectory();
-extern std::atomic<bool> ModuleIsKnown;  // false if its path cannot be determined
+extern std::atomic<bool> ModuleIsKnown;  // false if no module can be determined; ModuleError is then the last error
+extern std::atomic<Platform::DWORD> ModuleError;
+inline const auto OtherModule = reinterpret_cast<Platform::HMODULE>(std::uintptr_t{2});
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
 void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails

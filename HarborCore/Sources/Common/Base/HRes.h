@@ -65,6 +65,9 @@ public:
         return result;
     }
 
+    // The code of the thread's last error.
+    static HRESULT LastErrorCode() noexcept;
+
     HRESULT Code() const noexcept { return code_; }
     bool Failed() const noexcept { return Harbor::Failed(code_); }
     bool Succeeded() const noexcept { return Harbor::Succeeded(code_); }
@@ -95,7 +98,6 @@ protected:
 
 private:
     PLATFORM_NOINLINE void Report(ErrorObject errorObject) noexcept;
-    static HRESULT LastErrorCode() noexcept;
 
     HRESULT code_ = S_OK;
     std::uint32_t framesToSkip_ = 1;  // the frame of Report
@@ -128,9 +130,11 @@ PLATFORM_FORCEINLINE void ThrowIfFailed(HRESULT code) {
     const HRES checked(code);
 }
 
-// Throws HRX with the code of the thread's last error if `result` is false.
+// Throws HRX with the code of the thread's last error if `result` is false, or with E_FAIL if there is no last error: a
+// function that has failed must not pass for one that has succeeded.
 PLATFORM_FORCEINLINE void ThrowLastErrorIfFalse(bool result) {
-    const HRES checked = HRES::FromBool(result);
+    if (!result) [[unlikely]]
+        ThrowError(HRES::LastErrorCode());
 }
 
 // Throws HRX with the code of a system error other than 0.
