@@ -16,9 +16,18 @@ Result Fail(DWORD code, Result result) noexcept {
     return result;
 }
 
+// Sets the last error and the system's own error behind it.
+void SetLastErrorAndErrno(DWORD code, int errorNumber) noexcept;
+
+// Sets the last error from errno, to `code` if that is more exact. Returns `result`.
+template <class Result>
+Result FailByErrno(DWORD code, Result result) noexcept {
+    SetLastErrorAndErrno(code, errno);
+    return result;
+}
 template <class Result>
 Result FailByErrno(Result result) noexcept {
-    return Fail(Win32FromErrno(errno), result);
+    return FailByErrno(Win32FromErrno(errno), result);
 }
 
 // Returns the result of `body`. Every exception is treated as lack of memory: the standard library throws nothing else

@@ -6,6 +6,8 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -13,6 +15,7 @@
 #include "Failure.h"
 #include "Handles.h"
 #include "Paths.h"
+#include "Utf.h"
 
 namespace Platform {
 
@@ -66,6 +69,16 @@ bool Lock(int descriptor, DWORD sharing) noexcept {
     const int operation = (sharing == ShareEverything ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (RetryInterrupted([&] { return flock(descriptor, operation); }) == 0) return true;
     return sharing == ShareEverything && errno != EWOULDBLOCK;
+}
+
+// Whether this process may create what is missing of the directories of a file. If not, errno is the reason.
+bool MayCreateDirectoryOf(const std::string& path) {
+    std::size_t end = path.find_last_of('/');
+    for (; end != std::string::npos && end != 0; end = path.find_last_of('/', end - 1)) {
+        if (access(path.substr(0, end).c_str(), F_OK) == 0 || errno != ENOENT) break;
+    }
+    const std::string existing = end == std::string::npos ? "." : path.substr(0, end + 1);
+    return faccessat(AT_FDCWD, existing.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 // A missing name is a missing file if its directory exists, otherwise a missing path.
@@ -130,12 +143,14 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
         file->descriptor = OpenForAppending(nativePath.c_str());
         if (file->descriptor < 0) {
             // A missing file would have been created, so the directory is missing.
-            if (errno == ENOENT) return Fail(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
+            if (errno == ENOENT && MayCreateDirectoryOf(nativePath)) {
+                return FailByErrno(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
+            }
             return FailByErrno(INVALID_HANDLE_VALUE);
         }
         if (!Lock(file->descriptor, sharing)) {
-            if (errno == EWOULDBLOCK) return Fail(ERROR_SHARING_VIOLATION, INVALID_HANDLE_VALUE);
-            return FailByErrno(INVALID_HANDLE_VALUE);
+            return errno == EWOULDBLOCK ? FailByErrno(ERROR_SHARING_VIOLATION, INVALID_HANDLE_VALUE)
+                                        : FailByErrno(INVALID_HANDLE_VALUE);
         }
         file->isPipe = IsPipe(file->descriptor);
         return HANDLE{file.release()};
@@ -209,11 +224,22 @@ DWORD GetFileAttributesW(const WideChar* path) noexcept {
     });
 }
 
+DWORD GetFullPathNameW(const WideChar* path, DWORD size, WideChar* buffer, WideChar** filePart) noexcept {
+    if (path == nullptr || filePart != nullptr) return Fail(ERROR_INVALID_PARAMETER, DWORD{0});
+    return OrOutOfMemory(DWORD{0}, [&]() -> DWORD {
+        const std::u16string full = ToWide(std::filesystem::absolute(NativePath(path)).native());
+        const auto length = static_cast<DWORD>(full.size());
+        if (length >= size) return length + 1;
+        std::copy_n(full.c_str(), full.size() + 1, buffer);
+        return length;
+    });
+}
+
 BOOL CreateDirectoryW(const WideChar* path, void*) noexcept {
     return OrOutOfMemory(FALSE, [&] {
         if (mkdir(NativePath(path).c_str(), NewDirectoryMode) == 0) return TRUE;
         // Only a parent of the new directory can be missing.
-        return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND, FALSE) : FailByErrno(FALSE);
+        return errno == ENOENT ? FailByErrno(ERROR_PATH_NOT_FOUND, FALSE) : FailByErrno(FALSE);
     });
 }
 

@@ -129,7 +129,8 @@ TEST_F(ModuleTest, IsConfiguredWithoutAFreeFileDescriptor) {
     }
     EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                testing::MatchesRegex("FileLogger: cannot open log file '.*' \\(error: 0x80070004\\)\n"));
+                testing::MatchesRegex("FileLogger: cannot open log file '.*' \\(error: 0x80070004\\)\n"
+                                      "FileLogger: the system's own error is 24 \\(Too many open files\\)\n"));
 }
 
 // Every other time with the log, which creates the objects that only the log and failures need, and opens its file.

@@ -65,6 +65,22 @@ TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
 
+TEST(Files, WhoseDirectoryMayNotBeCreatedAreDeniedNotMissing) {
+    const TemporaryDirectory directory;
+    const auto codeOf = [](const std::filesystem::path& path) {
+        EXPECT_FALSE(IsOpen(Open(path.u16string())));
+        int number = 0;
+        EXPECT_EQ(_get_errno(&number), 0);
+        return std::tuple(GetLastError(), number);
+    };
+    EXPECT_EQ(codeOf(directory / "a/b/file"), std::tuple(ERROR_PATH_NOT_FOUND, ENOENT));
+    const uid_t user = geteuid();
+    constexpr uid_t anybody = 65534;
+    EXPECT_EQ(seteuid(user == 0 ? anybody : user), 0);
+    EXPECT_EQ(codeOf("/usr/a/b/file"), std::tuple(ERROR_ACCESS_DENIED, EACCES));
+    EXPECT_EQ(seteuid(user), 0);
+}
+
 TEST(Files, ReportWhyAWriteFailedAndHowMuchWasWritten) {
     EXPECT_EQ(Append(Open(u"/dev/full").get(), "x"), (std::pair{ERROR_DISK_FULL, DWORD{0}}));
 

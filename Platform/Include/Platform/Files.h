@@ -27,8 +27,9 @@ struct BY_HANDLE_FILE_INFORMATION {
 // Opens a file for appending, and creates it if it does not exist. `access` must be FILE_APPEND_DATA and `disposition`
 // OPEN_ALWAYS; otherwise the call fails with ERROR_INVALID_PARAMETER. `sharing` is 0 or all three FILE_SHARE flags:
 // with 0 the file cannot be opened again by this function while the handle is open. A conflict fails with
-// ERROR_SHARING_VIOLATION. Child processes do not inherit the handle. Returns INVALID_HANDLE_VALUE on failure. The
-// caller must close the handle.
+// ERROR_SHARING_VIOLATION. A missing directory fails with ERROR_PATH_NOT_FOUND; on POSIX it fails with
+// ERROR_ACCESS_DENIED if this process may not create it either. Child processes do not inherit the handle. Returns
+// INVALID_HANDLE_VALUE on failure. The caller must close the handle.
 PLATFORM_EXPORT HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
                                    DWORD attributes, HANDLE templateFile) noexcept;
 
@@ -48,6 +49,11 @@ PLATFORM_EXPORT BOOL CloseHandle(HANDLE handle) noexcept;
 
 // Returns FILE_ATTRIBUTE_DIRECTORY or FILE_ATTRIBUTE_NORMAL, or INVALID_FILE_ATTRIBUTES on failure.
 PLATFORM_EXPORT DWORD GetFileAttributesW(const WideChar* path) noexcept;
+// Stores the absolute path in the form of this system, for a person to read. The file need not exist. Returns the
+// length without the terminator, or the size required including it if the path does not fit, or 0 on failure.
+// `filePart` must be null.
+PLATFORM_EXPORT DWORD GetFullPathNameW(const WideChar* path, DWORD size, WideChar* buffer,
+                                       WideChar** filePart) noexcept;
 // Creates one directory. Fails with ERROR_PATH_NOT_FOUND if its parent does not exist, and with ERROR_ALREADY_EXISTS if
 // the name is in use.
 PLATFORM_EXPORT BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept;

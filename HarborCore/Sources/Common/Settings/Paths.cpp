@@ -52,6 +52,17 @@ WideString CombinePath(const WideString& base, const WideString& rest) {
     return combined;
 }
 
+WideString SystemPath(const WideString& path) {
+    WideString shown(LongestPath, u'\0');
+    for (;;) {
+        const auto size = static_cast<Platform::DWORD>(shown.size());
+        const Platform::DWORD length = Platform::GetFullPathNameW(path.c_str(), size, shown.data(), nullptr);
+        if (length == 0) return path;
+        shown.resize(length);
+        if (length < size) return shown;
+    }
+}
+
 bool CreateDirectoryPath(const WideString& path, void* security, OnError onError) {
     for (std::size_t at = path.find_first_of(Separators, 1); at != path.npos;
          at = path.find_first_of(Separators, at + 1)) {

@@ -17,6 +17,9 @@ void EnsureTrailingSeparator(WideString& path, WideChar separator);
 // it. A failure is thrown as HRX.
 [[nodiscard]] WideString CombinePath(const WideString& base, const WideString& rest);
 
+// Returns the absolute path in the form of this system, for a person to read; unchanged if the system fails.
+[[nodiscard]] WideString SystemPath(const WideString& path);
+
 enum class OnError { Throw, Ignore };
 
 // The security of a directory that is created as any other in its parent. Every caller passes it so far.
