@@ -4,6 +4,7 @@
 #include <linux/fs.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -33,7 +34,7 @@ struct File final : HandleOpaque {
     }
 
     int descriptor = -1;
-    bool isPipe = false;
+    bool writesMaySignal = false;
 };
 
 constexpr DWORD ShareNothing = 0;
@@ -52,15 +53,19 @@ int MoveBehindStandardStreams(int descriptor) noexcept {
     return moved;
 }
 
-// Does not block: if the path is a pipe without a reader, that is a failure, not a wait. Regular files ignore the flag.
+// Does not block: a pipe without a reader and a file that another process has leased are a failure, not a wait.
 int OpenForAppending(const char* path) noexcept {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK;
     return MoveBehindStandardStreams(RetryInterrupted([&] { return open(path, flags, NewFileMode); }));
 }
 
-bool IsPipe(int descriptor) noexcept {
+// A write to a pipe without a reader, or beyond the limit of the process on file size, sends a signal that ends the
+// process. The limit is asked for only here: a limit that is set later applies from the next opening of the file.
+bool WritesMaySignal(int descriptor) noexcept {
     struct stat status;
-    return fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+    rlimit limit;
+    const bool isPipe = fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+    return isPipe || (getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY);
 }
 
 // Returns false if another lock is in conflict or the lock is not available. A file that shares everything needs none
@@ -148,11 +153,8 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
             }
             return FailByErrno(INVALID_HANDLE_VALUE);
         }
-        if (!Lock(file->descriptor, sharing)) {
-            return errno == EWOULDBLOCK ? FailByErrno(ERROR_SHARING_VIOLATION, INVALID_HANDLE_VALUE)
-                                        : FailByErrno(INVALID_HANDLE_VALUE);
-        }
-        file->isPipe = IsPipe(file->descriptor);
+        if (!Lock(file->descriptor, sharing)) return FailByErrno(INVALID_HANDLE_VALUE);
+        file->writesMaySignal = WritesMaySignal(file->descriptor);
         return HANDLE{file.release()};
     });
 }
@@ -161,8 +163,8 @@ BOOL WriteFile(HANDLE handle, const void* data, DWORD size, DWORD* written, void
     const auto* const file = ObjectOf<File>(handle);
     if (file == nullptr) return Fail(ERROR_INVALID_HANDLE, FALSE);
     if (written == nullptr || overlapped != nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    // Blocking signals costs two system calls. Regular files do without: each line of the log is such a write.
-    const auto write = file->isPipe ? WriteWithoutSignals : WriteFully;
+    // Blocking signals costs two system calls. A usual file does without: each line of the log is such a write.
+    const auto write = file->writesMaySignal ? WriteWithoutSignals : WriteFully;
     *written = static_cast<DWORD>(write(file->descriptor, data, size));
     if (*written == size) return TRUE;
     return errno == 0 ? Fail(ERROR_WRITE_FAULT, FALSE) : FailByErrno(FALSE);

@@ -50,6 +50,18 @@ protected:
         return "FileLogger: cannot open log file '" + file_.string() + "' (error: " + code + ")\n";
     }
 
+    // Writes a line. The file is released before the given try to open it.
+    template <class Release>
+    void ExpectTries(int releasedAt, Release release) {
+        int sleeps = 0;
+        Stage::OnSleep = [&] {
+            if (++sleeps == releasedAt) release();
+        };
+        FileLogger logger = Logger();
+        Write(logger, u"1");
+        EXPECT_EQ(sleeps, std::min(releasedAt, 4));
+    }
+
     const fs::path directory_ = Stage::Root() / "logs";
     const fs::path file_ = directory_ / "test.log";
 };
@@ -142,22 +154,28 @@ TEST_F(LogFile, IsInTheDirectoryThatTheSettingsName) {
     fs::remove_all(module);
 }
 
-TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsItExclusively) {
+TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsIt) {
     for (const int releasedAt : {3, 5}) {
         SystemHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
                                                   Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
-        int sleeps = 0;
-        Stage::OnSleep = [&] {
-            if (++sleeps == releasedAt) holder.reset();
-        };
-        FileLogger logger = Logger();
-        Write(logger, u"1");
-        EXPECT_EQ(sleeps, std::min(releasedAt, 4));
+        ExpectTries(releasedAt, [&] { holder.reset(); });
         EXPECT_EQ(ReadLog(file_), "B1") << "the second line must be lost";
     }
     EXPECT_THAT(
         Stage::TakeDebugOutput(),
         ElementsAre(CannotOpen("0x80070020"), testing::StartsWith("FileLogger: the system's own error is 11 (")));
+    Stage::Lease lease(file_);
+    ExpectTries(3, [&] { lease.Release(); });
+    EXPECT_EQ(ReadLog(file_), "B1B1");
+}
+
+TEST_F(LogFile, ReportsABannerThatCannotBeWritten) {
+    FileLogger logger(u"/dev/full", u"B");
+    Write(logger, u"1");
+    EXPECT_THAT(Stage::TakeDebugOutput(),
+                ElementsAre("FileLogger: cannot open log file '/dev/full' (error: 0x80070070)\n",
+                            testing::StartsWith("FileLogger: the system's own error is 28 ("),
+                            "FileLogger: cannot write (error: 0x80070070)\n"));
 }
 
 // Mounts a small file system that only this process sees. Returns false if the system does not permit that.

@@ -15,6 +15,8 @@ namespace Stage {
 
 extern std::function<void()> OnSleep;  // runs in place of each sleep
 Strings TakeDebugOutput();
+inline constexpr Platform::DWORD AllFrames = 0xFFFF;
+extern Platform::DWORD FrameLimit;  // the stack shows at most so many frames
 
 // Files. The program's path is <ProcessDirectory>/Host.exe. The module's path is <ModuleDirectory>/Orv.so, which is
 // longer than 260 characters.
@@ -27,6 +29,17 @@ inline const auto OtherModule = reinterpret_cast<Platform::HMODULE>(std::uintptr
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
 void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails
+
+// Makes every other open of a file wait, or fail if it must not wait.
+class Lease {
+public:
+    explicit Lease(const std::filesystem::path& path);
+    ~Lease() { Release(); }
+    void Release();
+
+private:
+    int descriptor_;
+};
 
 // Returns the code of the HRX that the call throws, or S_OK.
 template <class Call>

@@ -33,8 +33,9 @@ struct BY_HANDLE_FILE_INFORMATION {
 PLATFORM_EXPORT HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
                                    DWORD attributes, HANDLE templateFile) noexcept;
 
-// Appends the bytes in one piece: no bytes of other threads or processes are written between them. A process that
-// limits the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends when the limit is reached.
+// Appends the bytes in one piece: no bytes of other threads or processes are written between them. Fails with
+// ERROR_FILE_TOO_LARGE at the limit of the process on file size (RLIMIT_FSIZE). If the process sets such a limit after
+// the file was opened, the signal of the system ends the process instead.
 PLATFORM_EXPORT BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
 
 // Returns the low half of the size and stores the high half in `*high`, unless that is null. INVALID_FILE_SIZE is a

@@ -11,8 +11,8 @@ namespace Harbor {
 inline constexpr WideChar GeneralSection[] = u"General";
 
 // A source. Both functions store the value and return S_OK, or return a failure: NOT_FOUND if the source does not have
-// the setting, E_ABORT if that cannot be determined now, because memory or descriptors run out or a file cannot be read
-// to its end. A null section means "General".
+// the setting, E_ABORT if that cannot be determined now, because memory or descriptors run out, another process holds
+// the file, or it cannot be read to its end. A null section means "General".
 class ISettingsSource {
 public:
     virtual ~ISettingsSource() = default;
