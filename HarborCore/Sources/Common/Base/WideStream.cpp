@@ -1,6 +1,7 @@
 #include "Common/Base/WideStream.h"
 
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 
 #include "Common/Base/Text.h"
 
@@ -11,8 +12,10 @@ WideStream& WideStream::operator<<(const char* text) {
 }
 
 WideStream& WideStream::operator<<(double value) {
+    // As printf's "%g", but independent of the locale of the process.
+    constexpr int precision = 6;
     char digits[32];
-    std::snprintf(digits, sizeof(digits), "%g", value);
+    *std::to_chars(digits, std::end(digits) - 1, value, std::chars_format::general, precision).ptr = '\0';
     return *this << digits;
 }
 

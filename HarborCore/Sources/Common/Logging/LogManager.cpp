@@ -78,11 +78,13 @@ bool LogManager::IsEnabled(std::uint32_t severity) {
 void LogManager::Write(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
     const Platform::FILETIME time = LogTimeStamp();
     const auto depth = indentationSupported_ ? static_cast<std::int32_t>(ThreadIndentation::Depth()) : 0;
-    WideString line;
-    formatter_.Format(line, severity, place, text, depth, &time);
-    for (const auto& slot : loggers_) {
-        if (ILogger* const logger = slot.load()) logger->Write(line.data(), static_cast<std::int32_t>(line.size()));
-    }
+    ThrowIfOutOfMemory([&] {
+        WideString line;
+        formatter_.Format(line, severity, place, text, depth, &time);
+        for (const auto& slot : loggers_) {
+            if (ILogger* const logger = slot.load()) logger->Write(line.data(), static_cast<std::int32_t>(line.size()));
+        }
+    });
 }
 
 bool IsLogEnabled(std::uint32_t severity) {
@@ -100,7 +102,7 @@ WideString BuildLogText(const LogOperands& operands) {
 }
 
 void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
-    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, text, place); });
+    LogManager::Instance().Write(severity, text, place);
 }
 
 void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, const SourcePlace& place) {

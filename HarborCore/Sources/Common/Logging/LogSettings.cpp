@@ -4,6 +4,7 @@
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
+#include "Common/Logging/DebugOutput.h"
 #include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Paths.h"
 #include "Platform/Time.h"
@@ -34,8 +35,16 @@ std::uint32_t LogSettings::ComputeMaxSeverity() {
     const auto name =
         std::find_if(LogSeverityNames.begin(), LogSeverityNames.end(),
                      [&](std::u16string_view candidate) { return EqualsIgnoreCase(candidate, Trim(text)); });
-    return name == LogSeverityNames.end() ? LogDefaults.maxSeverity
-                                          : static_cast<std::uint32_t>(name - LogSeverityNames.begin());
+    const bool isKnown = name != LogSeverityNames.end();
+    ReportUnknownSeverity(isKnown ? std::u16string_view() : text);
+    return isKnown ? static_cast<std::uint32_t>(name - LogSeverityNames.begin()) : LogDefaults.maxSeverity;
+}
+
+void LogSettings::ReportUnknownSeverity(std::u16string_view text) {
+    const std::size_t hash = text.empty() ? 0 : std::hash<std::u16string_view>()(text);
+    if (reportedSeverity_.exchange(hash, std::memory_order_relaxed) == hash || text.empty()) return;
+    WriteDebugOutput(u"LogSettings: MaxSeverity '%s' is not known, %s is used", text,
+                     LogSeverityName(LogDefaults.maxSeverity));
 }
 
 std::uint32_t LogSettings::GetNumberOr(const WideChar* key, std::uint32_t defaultValue) {

@@ -34,11 +34,15 @@ public:
 private:
     void Refresh();
     std::uint32_t ComputeMaxSeverity();
+    // Reports a name on the debugger's output, unless it was reported at the last refresh. Nothing is reported for an
+    // empty text.
+    void ReportUnknownSeverity(std::u16string_view text);
     WideString ComputeDirectory();
 
     std::atomic<std::uint32_t> lastRefreshTick_{0};  // 0: never refreshed
     std::atomic<std::uint32_t> maxSeverity_{0};
     std::atomic<bool> logDirectoryStale_{false};
+    std::atomic<std::size_t> reportedSeverity_{0};  // hash of the unknown name that was reported last
 
     CriticalSection directoryLock_;  // guards both members below
     WideString logDirectory_;
