@@ -50,10 +50,11 @@ TEST(LogLine, HasFixedColumnsUnlessANameOrANumberIsTooLong) {
         {7, n26, 123456, 30, "DBG3 | 4660    86 | " + n26 + ":123456| " + deepest},
         {8, n26 + "nn", 1, 31, "     | 4660    86 | " + n26 + ":1   | " + deepest}};
     for (const auto& [severity, file, line, indentation, columns] : rows) {
-        WideString result = u"what was there";
+        TextBuffer result;
+        result.Append(u"what was there");
         DefaultLogFormatter().Format(result, severity, {FromUtf8(file).c_str(), line}, u"one\r\ntwo %s \u00E9",
                                      indentation, &time);
-        EXPECT_EQ(ToUtf8(result), "2024-03-05 12:38:09.0120345 | " + columns + "one\r\ntwo %s \xC3\xA9\r\n");
+        EXPECT_EQ(ToUtf8(result.View()), "2024-03-05 12:38:09.0120345 | " + columns + "one\r\ntwo %s \xC3\xA9\r\n");
     }
 }
 

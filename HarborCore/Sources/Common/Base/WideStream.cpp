@@ -22,7 +22,8 @@ WideStream& WideStream::operator<<(double value) {
 WideStream& WideStream::operator<<(const void* pointer) {
     constexpr std::u16string_view digits = u"0123456789ABCDEF";
     const auto value = reinterpret_cast<std::uintptr_t>(pointer);
-    for (int shift = 60; shift >= 0; shift -= 4) text_.push_back(digits[value >> shift & 0xF]);
+    WideChar* at = text_.Extend(16);
+    for (int shift = 60; shift >= 0; shift -= 4) *at++ = digits[value >> shift & 0xF];
     return *this;
 }
 
@@ -35,7 +36,7 @@ WideStream& WideStream::operator<<(std::ios_base& (*manipulator)(std::ios_base&)
 
 WideStream& WideStream::AppendDecimal(std::int64_t value) {
     const auto magnitude = static_cast<std::uint64_t>(value);
-    if (value < 0) text_.push_back(u'-');
+    if (value < 0) text_.Append(u'-');
     return AppendNumber(value < 0 ? 0 - magnitude : magnitude);
 }
 
@@ -47,7 +48,7 @@ WideStream& WideStream::AppendNumber(std::uint64_t value) {
         *--at = static_cast<WideChar>(digit < 10 ? u'0' + digit : u'a' + digit - 10);
         value /= base_;
     } while (value != 0);
-    text_.append(at, std::end(digits));
+    text_.Append(std::u16string_view(at, std::end(digits)));
     return *this;
 }
 

@@ -15,7 +15,6 @@ namespace Harbor {
 namespace {
 
 constexpr WideChar ThresholdKey[] = u"LogFileSizeThresholdMB";
-constexpr WideChar KeepOpenKey[] = u"KeepOpenInterval";
 
 constexpr int OpenTries = 4;
 constexpr Platform::DWORD OpenRetryPauseMs = 10;
@@ -78,8 +77,7 @@ void FileLogger::Write(const WideChar* text, std::int32_t length) {
 }
 
 SystemHandle FileLogger::GetHandle() {
-    const std::uint32_t keepOpen =
-        LogManager::Instance().Settings().GetNumberOr(KeepOpenKey, LogDefaults.keepOpenIntervalMs);
+    const std::uint32_t keepOpen = LogManager::Instance().Settings().GetKeepOpenInterval();
     const CriticalSectionGuard guard(lock_);
     if (keepOpen == 0) {
         cachedFile_.reset();

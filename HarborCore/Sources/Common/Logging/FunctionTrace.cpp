@@ -44,7 +44,9 @@ FunctionTrace::FunctionTrace(std::uint32_t severity, std::uint32_t exceptionSeve
       uncaughtAtEntry_(std::uncaught_exceptions()) {
     // The severity limit may have changed since the test of the statement.
     if (IsLogEnabled(severity_)) {
-        WriteLogLine(severity_, u"Entering: " + name_, place_);
+        WideStream text;
+        ThrowIfOutOfMemory([&] { text << u"Entering: " << name_; });
+        WriteLogLine(severity_, text.View(), place_);
         indentation_.Add(1);
     }
     startCounter_ = ReadCounter();
@@ -63,16 +65,20 @@ void FunctionTrace::WriteExit(std::int64_t endCounter) {
     const bool exceptionPassing = std::uncaught_exceptions() != uncaughtAtEntry_;
     const std::uint32_t severity = exceptionPassing ? exceptionSeverity_ : severity_;
     if (!IsLogEnabled(severity)) return;
-    const WideString text = (exceptionPassing ? u"EXCEPTION at: " : u"Exiting: ") + name_ +
-                            FormatElapsed(MicrosecondsOf(endCounter - startCounter_, CounterFrequency()));
+    WideStream text;
+    text << (exceptionPassing ? u"EXCEPTION at: " : u"Exiting: ") << name_
+         << FormatElapsed(MicrosecondsOf(endCounter - startCounter_, CounterFrequency()));
     indentation_.TakeBack();
-    WriteLogLine(severity, text, place_);
+    WriteLogLine(severity, text.View(), place_);
 }
 
 std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
                                                  const SourcePlace& place) {
-    return ThrowIfOutOfMemory(
-        [&] { return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place); });
+    return ThrowIfOutOfMemory([&] {
+        WideStream stream;
+        InsertLogOperands(stream, name);
+        return std::make_unique<FunctionTrace>(severity, severity, stream.Text(), place);
+    });
 }
 
 std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept {

@@ -7,7 +7,6 @@
 #include "Common/Logging/DebugOutput.h"
 #include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Paths.h"
-#include "Platform/Time.h"
 
 namespace Harbor {
 namespace {
@@ -15,6 +14,7 @@ namespace {
 constexpr WideChar Section[] = u"Logger";
 constexpr WideChar MaxSeverityKey[] = u"MaxSeverity";
 constexpr WideChar PathKey[] = u"Path";
+constexpr WideChar KeepOpenKey[] = u"KeepOpenInterval";
 
 }  // namespace
 
@@ -23,9 +23,9 @@ LogSettings::LogSettings() : SettingsSection(Section, 0) {}
 void LogSettings::Refresh() {
     ThrowIfOutOfMemory([this] {
         Clear();
-        maxSeverity_.store(ComputeMaxSeverity(), std::memory_order_relaxed);
+        LogLimit.maxSeverity.store(ComputeMaxSeverity(), std::memory_order_relaxed);
         logDirectoryStale_.store(true, std::memory_order_release);
-        lastRefreshTick_.store(Platform::GetTickCount(), std::memory_order_release);
+        LogLimit.lastRefreshTick.store(Platform::GetTickCount(), std::memory_order_release);
     });
 }
 
@@ -51,6 +51,17 @@ std::uint32_t LogSettings::GetNumberOr(const WideChar* key, std::uint32_t defaul
     RefreshIfDue();
     std::uint32_t value = 0;
     return GetNumber(key, value, UseCache::Yes) ? value : defaultValue;
+}
+
+std::uint32_t LogSettings::GetKeepOpenInterval() {
+    RefreshIfDue();
+    const std::uint32_t refresh = LogLimit.lastRefreshTick.load(std::memory_order_acquire);
+    const std::uint64_t known = keepOpenInterval_.load(std::memory_order_relaxed);
+    if (known >> 32 == refresh) [[likely]]
+        return static_cast<std::uint32_t>(known);
+    const std::uint32_t interval = GetNumberOr(KeepOpenKey, LogDefaults.keepOpenIntervalMs);
+    keepOpenInterval_.store(std::uint64_t{refresh} << 32 | interval, std::memory_order_relaxed);
+    return interval;
 }
 
 WideString LogSettings::GetLogDirectory() {
