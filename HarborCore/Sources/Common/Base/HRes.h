@@ -79,8 +79,9 @@ public:
     // Returns the text of the failure: "0x80070490 Element not found [0x...,0x...]". Defined in Failures.
     WideString ToText() const;
     // Stores the text of the failure in the thread's error object, from which the caller of the component reads it.
-    // Returns the code. Defined in Failures.
+    // Returns the code. The second form takes the text from a caller that has needed it already. Defined in Failures.
     HRESULT PublishErrorInfo() const;
+    HRESULT PublishErrorInfo(const WideString& text) const;
 
 protected:
     enum class ErrorObject { Take, Leave };

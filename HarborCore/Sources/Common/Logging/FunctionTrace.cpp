@@ -67,7 +67,7 @@ void FunctionTrace::WriteExit(std::int64_t endCounter) {
     if (!IsLogEnabled(severity)) return;
     WideStream text;
     text << (exceptionPassing ? u"EXCEPTION at: " : u"Exiting: ") << name_
-         << FormatElapsed(MicrosecondsOf(endCounter - startCounter_, CounterFrequency()));
+         << ElapsedTime{MicrosecondsOf(endCounter - startCounter_, CounterFrequency())};
     indentation_.TakeBack();
     WriteLogLine(severity, text.View(), place_);
 }
@@ -87,8 +87,8 @@ std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) n
     return counterTicks * 10 / scale;
 }
 
-WideString FormatElapsed(std::int64_t microseconds) {
-    const WideString plain = FormatWide(u"%I64d.%03I64d", microseconds / 1000, microseconds % 1000);
+WideStream& operator<<(WideStream& stream, ElapsedTime elapsed) {
+    const WideString plain = FormatWide(u"%I64d.%03I64d", elapsed.microseconds / 1000, elapsed.microseconds % 1000);
     constexpr Platform::NUMBERFMTW format{.NumDigits = 3,
                                           .LeadingZero = 1,
                                           .Grouping = 3,
@@ -98,7 +98,7 @@ WideString FormatElapsed(std::int64_t microseconds) {
     WideChar grouped[64];
     const bool formatted = Platform::GetNumberFormatW(Platform::LOCALE_INVARIANT, 0, plain.c_str(), &format, grouped,
                                                       static_cast<int>(std::size(grouped))) != 0;
-    return u" [" + (formatted ? WideString(grouped) : plain) + u" ms]";
+    return stream << u" [" << (formatted ? grouped : plain.c_str()) << u" ms]";
 }
 
 }  // namespace Harbor
