@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -19,6 +20,29 @@ inline void ReportEach(benchmark::State& state, std::size_t items) {
     state.counters["each"] = Counter(static_cast<double>(items),
                                      Counter::kIsIterationInvariantRate | Counter::kAvgThreads | Counter::kInvert);
 }
+
+// Reports, when it ends, the processor time in user mode that this thread has spent on an iteration. The rest of the
+// time is the kernel's, or a wait.
+class UserTime {
+public:
+    explicit UserTime(benchmark::State& state) : state_(state) {}
+    UserTime(const UserTime&) = delete;
+    UserTime& operator=(const UserTime&) = delete;
+    ~UserTime() {
+        state_.counters["user"] = benchmark::Counter((Now() - before_) / static_cast<double>(state_.iterations()),
+                                                     benchmark::Counter::kAvgThreads);
+    }
+
+private:
+    static double Now() {
+        rusage used{};
+        getrusage(RUSAGE_THREAD, &used);
+        return static_cast<double>(used.ru_utime.tv_sec) + static_cast<double>(used.ru_utime.tv_usec) * 1e-6;
+    }
+
+    benchmark::State& state_;
+    const double before_ = Now();
+};
 
 // A line of the table: the time of an item of `measured`, minus those of `apart`, divided by the time of an item of
 // `floor`. A goal of 0 means that the ratio has no goal.

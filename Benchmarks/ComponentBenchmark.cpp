@@ -133,6 +133,6 @@ int main(int argc, char** argv) {
     return Benchmarks::RunBenchmarks(argc, argv,
                                      {{"CreateInstanceAndRelease", "MapLookupAndHeapObject", 1.5},
                                       {"HResOfSuccess", "BareTestOfSuccess"},
-                                      {"FailedCall<FailAtEdge>", "BareThrowAndCatch"},
+                                      {"FailedCall<FailAtEdge>", "BareThrowAndCatch", 3},
                                       {"FailedCall<FailWithoutLine>", "BareThrowAndCatch"}});
 }

@@ -27,9 +27,12 @@ spdlog::logger& FileLog() {
 void SpdlogLine(benchmark::State& state) {
     spdlog::logger& log = FileLog();
     const void* const subscription = &state;
-    for (auto _ : state) {
-        SPDLOG_LOGGER_INFO(&log, "Subscription '{:016X}' becomes triggered, call {}",
-                           reinterpret_cast<std::uintptr_t>(subscription), 42u);
+    {
+        const Benchmarks::UserTime user(state);
+        for (auto _ : state) {
+            SPDLOG_LOGGER_INFO(&log, "Subscription '{:016X}' becomes triggered, call {}",
+                               reinterpret_cast<std::uintptr_t>(subscription), 42u);
+        }
     }
     if (state.thread_index() == 0) Benchmarks::CheckLinesAndEmpty(state, SpdlogFile(), Benchmarks::LinesOfRun(state));
     Benchmarks::ReportEach(state, 1);

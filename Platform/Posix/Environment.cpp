@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "ErrnoFailure.h"
@@ -15,9 +16,11 @@ namespace Platform {
 namespace {
 
 std::optional<WideString> ReadVariable(std::u16string_view name) {
-    const char* const value = std::getenv(Common::ToUtf8(name).c_str());
+    const std::string narrowName = Common::ToUtf8(name);
+    // The value belongs to the environment, which another thread may change: it is copied at once.
+    const char* const value = std::getenv(narrowName.c_str());
     if (value == nullptr) return std::nullopt;
-    return Common::ToWide(value);
+    return Common::ToWide(std::string(value));
 }
 
 // The "%" that ends an unknown name may begin the next reference, as in "50% of %HOME%".

@@ -4,8 +4,11 @@
 #include <linux/fs.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -13,9 +16,11 @@
 #include "ErrnoFailure.h"
 #include "Handles.h"
 #include "Paths.h"
+#include "Utf.h"
 
 namespace Platform {
 
+using namespace Common;
 using namespace Posix;
 
 namespace {
@@ -30,7 +35,7 @@ struct File final : HandleOpaque {
     }
 
     int descriptor = -1;
-    bool isPipe = false;
+    bool writesMaySignal = false;
 };
 
 constexpr DWORD ShareNothing = 0;
@@ -49,15 +54,19 @@ int MoveBehindStandardStreams(int descriptor) noexcept {
     return moved;
 }
 
-// Does not block: if the path is a pipe without a reader, that is a failure, not a wait. Regular files ignore the flag.
+// Does not block: a pipe without a reader and a file that another process has leased are a failure, not a wait.
 int OpenForAppending(const char* path) noexcept {
     constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK;
     return MoveBehindStandardStreams(RetryInterrupted([&] { return open(path, flags, NewFileMode); }));
 }
 
-bool IsPipe(int descriptor) noexcept {
+// A write to a pipe without a reader, or beyond the limit of the process on file size, sends a signal that ends the
+// process. The limit is asked for only here: a limit that is set later applies from the next opening of the file.
+bool WritesMaySignal(int descriptor) noexcept {
     struct stat status;
-    return fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+    rlimit limit;
+    const bool isPipe = fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+    return isPipe || (getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY);
 }
 
 // Returns false if another lock is in conflict or the lock is not available. A file that shares everything needs none
@@ -66,6 +75,16 @@ bool Lock(int descriptor, DWORD sharing) noexcept {
     const int operation = (sharing == ShareEverything ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (RetryInterrupted([&] { return flock(descriptor, operation); }) == 0) return true;
     return sharing == ShareEverything && errno != EWOULDBLOCK;
+}
+
+// Whether this process may create what is missing of the directories of a file. If not, errno is the reason.
+bool MayCreateDirectoryOf(const std::string& path) {
+    std::size_t end = path.find_last_of('/');
+    for (; end != std::string::npos && end != 0; end = path.find_last_of('/', end - 1)) {
+        if (access(path.substr(0, end).c_str(), F_OK) == 0 || errno != ENOENT) break;
+    }
+    const std::string existing = end == std::string::npos ? "." : path.substr(0, end + 1);
+    return faccessat(AT_FDCWD, existing.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 // A missing name is a missing file if its directory exists, otherwise a missing path.
@@ -130,14 +149,13 @@ HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void*, DWO
         file->descriptor = OpenForAppending(nativePath.c_str());
         if (file->descriptor < 0) {
             // A missing file would have been created, so the directory is missing.
-            if (errno == ENOENT) return Fail(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
+            if (errno == ENOENT && MayCreateDirectoryOf(nativePath)) {
+                return FailByErrno(ERROR_PATH_NOT_FOUND, INVALID_HANDLE_VALUE);
+            }
             return FailByErrno(INVALID_HANDLE_VALUE);
         }
-        if (!Lock(file->descriptor, sharing)) {
-            if (errno == EWOULDBLOCK) return Fail(ERROR_SHARING_VIOLATION, INVALID_HANDLE_VALUE);
-            return FailByErrno(INVALID_HANDLE_VALUE);
-        }
-        file->isPipe = IsPipe(file->descriptor);
+        if (!Lock(file->descriptor, sharing)) return FailByErrno(INVALID_HANDLE_VALUE);
+        file->writesMaySignal = WritesMaySignal(file->descriptor);
         return HANDLE{file.release()};
     });
 }
@@ -146,8 +164,8 @@ BOOL WriteFile(HANDLE handle, const void* data, DWORD size, DWORD* written, void
     const auto* const file = ObjectOf<File>(handle);
     if (file == nullptr) return Fail(ERROR_INVALID_HANDLE, FALSE);
     if (written == nullptr || overlapped != nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    // Blocking signals costs two system calls. Regular files do without: each line of the log is such a write.
-    const auto write = file->isPipe ? WriteWithoutSignals : WriteFully;
+    // Blocking signals costs two system calls. A usual file does without: each line of the log is such a write.
+    const auto write = file->writesMaySignal ? WriteWithoutSignals : WriteFully;
     *written = static_cast<DWORD>(write(file->descriptor, data, size));
     if (*written == size) return TRUE;
     return errno == 0 ? Fail(ERROR_WRITE_FAULT, FALSE) : FailByErrno(FALSE);
@@ -211,11 +229,22 @@ DWORD GetFileAttributesW(const WideChar* path) noexcept {
     });
 }
 
+DWORD GetFullPathNameW(const WideChar* path, DWORD size, WideChar* buffer, WideChar** filePart) noexcept {
+    if (path == nullptr || filePart != nullptr) return Fail(ERROR_INVALID_PARAMETER, DWORD{0});
+    return OrOutOfMemory(DWORD{0}, [&]() -> DWORD {
+        const std::u16string full = ToWide(std::filesystem::absolute(NativePath(path)).native());
+        const auto length = static_cast<DWORD>(full.size());
+        if (length >= size) return length + 1;
+        std::copy_n(full.c_str(), full.size() + 1, buffer);
+        return length;
+    });
+}
+
 BOOL CreateDirectoryW(const WideChar* path, void*) noexcept {
     return OrOutOfMemory(FALSE, [&] {
         if (mkdir(NativePath(path).c_str(), NewDirectoryMode) == 0) return TRUE;
         // Only a parent of the new directory can be missing.
-        return errno == ENOENT ? Fail(ERROR_PATH_NOT_FOUND, FALSE) : FailByErrno(FALSE);
+        return errno == ENOENT ? FailByErrno(ERROR_PATH_NOT_FOUND, FALSE) : FailByErrno(FALSE);
     });
 }
 

@@ -179,7 +179,8 @@ _Unwind_Reason_Code CaptureFrame(_Unwind_Context* context, void* argument) noexc
     } else {
         capture.frames[capture.count++] = reinterpret_cast<void*>(address);
     }
-    return _URC_NO_REASON;
+    // Each further frame would have to be unwound.
+    return capture.count == capture.capacity ? _URC_END_OF_STACK : _URC_NO_REASON;
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #include "TextFile.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 
+#include "Descriptors.h"
 #include "ErrnoCodes.h"
 #include "Paths.h"
 #include "Platform/Errors.h"
@@ -16,10 +16,11 @@ namespace {
 
 class OpenFile {
 public:
-    // Does not block: if the path is a pipe without a writer, that is an empty file, not a wait. Regular files ignore
-    // the flag.
+    // Does not block: a pipe without a writer is an empty file, and a file that another process has leased is a failure
+    // (EWOULDBLOCK), not a wait.
     explicit OpenFile(const std::string& nativePath) noexcept
-        : descriptor_(::open(nativePath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+        : descriptor_(RetryInterrupted([&] { return ::open(nativePath.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); })) {
+    }
     ~OpenFile() {
         if (descriptor_ >= 0) ::close(descriptor_);
     }
@@ -31,13 +32,9 @@ public:
         if (descriptor_ < 0) return false;
         char block[16384];
         for (;;) {
-            const ssize_t count = ::read(descriptor_, block, sizeof block);
-            if (count == 0) return true;
-            if (count > 0) {
-                bytes.append(block, static_cast<std::size_t>(count));
-            } else if (errno != EINTR) {
-                return false;
-            }
+            const ssize_t count = RetryInterrupted([&] { return ::read(descriptor_, block, sizeof block); });
+            if (count <= 0) return count == 0;
+            bytes.append(block, static_cast<std::size_t>(count));
         }
     }
 

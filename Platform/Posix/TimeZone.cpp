@@ -1,13 +1,22 @@
 #include <time.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstdlib>
+#include <functional>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "ErrnoFailure.h"
 #include "FileTimes.h"
+#include "Platform/Process.h"
+#include "Utf.h"
 
 namespace Platform {
 
+using namespace Common;
 using namespace Posix;
 
 namespace {
@@ -29,57 +38,45 @@ time_t UnixTimeOf(std::int64_t ticks) noexcept {
     return ticks / TicksPerSecond - UnixEpochSeconds;
 }
 
-// The offset of the quarter of an hour that was converted last. Since 1972 all offsets but a few change at full
-// quarters of an hour of UTC, so one conversion of the C library is valid for all times of a quarter. The word also
-// contains a hash of the results of tzset, so that a change of the zone is noticed. Two zones with equal results (names
-// and standard offset) are not distinguished until the quarter ends.
-class OffsetCache {
-public:
-    [[nodiscard]] std::optional<std::int64_t> Find(std::int64_t ticks) const noexcept {
-        const std::uint64_t word = word_.load(std::memory_order_relaxed);
-        if (word >> OffsetBits != KeyOf(ticks)) return std::nullopt;
-        return static_cast<std::int64_t>(word & OffsetMask) - OffsetBase;
-    }
+// Whether the C library knows the zone: a file of the zone database, or a rule such as "CET-1CEST".
+bool IsKnownZone(std::string_view zone) {
+    if (zone.starts_with(':')) zone.remove_prefix(1);
+    if (zone.empty()) return true;
+    const char* const directory = std::getenv("TZDIR");
+    const std::string file =
+        std::string(directory != nullptr ? directory : "/usr/share/zoneinfo").append("/").append(zone);
+    if (access(zone.starts_with('/') ? std::string(zone).c_str() : file.c_str(), R_OK) == 0) return true;
+    constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    constexpr std::size_t shortestName = 3;
+    const std::size_t length = zone.starts_with('<') ? zone.find('>') + 1 : zone.find_first_not_of(letters);
+    return length < zone.size() && length >= shortestName &&
+           std::string_view("+-0123456789").find(zone[length]) != std::string_view::npos;
+}
 
-    void Store(std::int64_t ticks, std::int64_t offset) noexcept {
-        const std::int64_t stored = offset + OffsetBase;
-        if (stored < 0 || stored > static_cast<std::int64_t>(OffsetMask)) return;
-        word_.store(KeyOf(ticks) << OffsetBits | static_cast<std::uint64_t>(stored), std::memory_order_relaxed);
-    }
+// The C library takes UTC for a zone that it does not know, without a report. Each is reported once.
+void ReportUnknownZone() noexcept {
+    static constinit std::atomic<std::size_t> reported{0};  // hash of the zone that was reported last
+    OrOutOfMemory(FALSE, [] {
+        const char* const value = std::getenv("TZ");
+        const std::string zone = value != nullptr ? value : "";
+        const std::size_t hash = IsKnownZone(zone) ? 0 : std::hash<std::string>()(zone);
+        if (reported.exchange(hash, std::memory_order_relaxed) == hash || hash == 0) return FALSE;
+        OutputDebugStringW(ToWide("TZ: there is no time zone '" + zone + "', UTC is used\n").c_str());
+        return TRUE;
+    });
+}
 
-private:
-    static constexpr unsigned QuarterBits = 30;
-    static constexpr unsigned OffsetBits = 18;
-    static constexpr unsigned ZoneBits = 64 - QuarterBits - OffsetBits;
-    static constexpr std::uint64_t OffsetMask = (std::uint64_t{1} << OffsetBits) - 1;
-    static constexpr std::int64_t OffsetBase = std::int64_t{1} << (OffsetBits - 1);
-    static constexpr std::int64_t TicksPerQuarter = 15 * SecondsPerMinute * TicksPerSecond;
-    static constexpr std::uint64_t NoWord = ~std::uint64_t{0};
-    static_assert(INT64_MAX / TicksPerQuarter < (std::int64_t{1} << QuarterBits) - 1,
-                  "no time has the quarter of NoWord");
-
-    static std::uint64_t KeyOf(std::int64_t ticks) noexcept {
-        return ZoneKey() << QuarterBits | static_cast<std::uint64_t>(ticks / TicksPerQuarter);
-    }
-
-    static std::uint64_t ZoneKey() noexcept {
-        constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15;
-        std::uint64_t key = static_cast<std::uint64_t>(timezone) ^ static_cast<std::uint64_t>(daylight) << 32;
-        for (const char* const name : tzname) key = (key ^ reinterpret_cast<std::uintptr_t>(name)) * multiplier;
-        return key >> (64 - ZoneBits);
-    }
-
-    std::atomic<std::uint64_t> word_{NoWord};
-};
-
-constinit OffsetCache CachedOffset;
-
-std::optional<std::int64_t> LocalOffsetTicks(std::int64_t ticks) noexcept {
-    if (const auto cached = CachedOffset.Find(ticks)) return *cached * TicksPerSecond;
-    const auto offset = OffsetAt(UnixTimeOf(ticks));
-    if (!offset) return std::nullopt;
-    CachedOffset.Store(ticks, offset->seconds);
-    return offset->seconds * TicksPerSecond;
+// The C library looks at TZ and at the file of the zone only when it is told to. That reads the environment, so it is
+// not told more often than needed.
+void FollowZone() noexcept {
+    constexpr DWORD intervalMs = 5000;
+    static constinit std::atomic<DWORD> lastTick{0};  // 0: never
+    const DWORD now = std::max(GetTickCount(), DWORD{1});
+    DWORD last = lastTick.load(std::memory_order_relaxed);
+    if (last != 0 && now - last < intervalMs) return;
+    if (!lastTick.compare_exchange_strong(last, now, std::memory_order_relaxed)) return;
+    tzset();
+    ReportUnknownZone();
 }
 
 // The nearest other offset within half a year in either direction, if any.
@@ -104,9 +101,10 @@ BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) noexcept {
     if (utc == nullptr || local == nullptr) return Fail(ERROR_INVALID_PARAMETER, FALSE);
     const std::int64_t ticks = TicksOf(*utc);
     if (ticks < 0) return Fail(ERROR_INVALID_PARAMETER, FALSE);
-    const auto offset = LocalOffsetTicks(ticks);
+    FollowZone();
+    const auto offset = OffsetAt(UnixTimeOf(ticks));
     std::int64_t localTicks = 0;
-    if (!offset || __builtin_add_overflow(ticks, *offset, &localTicks) || localTicks < 0) {
+    if (!offset || __builtin_add_overflow(ticks, offset->seconds * TicksPerSecond, &localTicks) || localTicks < 0) {
         return Fail(ERROR_INVALID_PARAMETER, FALSE);
     }
     *local = FileTimeOf(localTicks);

@@ -12,4 +12,9 @@ void SetLastError(DWORD code) noexcept {
     ::SetLastError(code);
 }
 
+int _get_errno(int* value) noexcept {
+    *value = 0;
+    return 0;
+}
+
 }  // namespace Platform

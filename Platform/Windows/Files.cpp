@@ -40,6 +40,10 @@ DWORD GetFileAttributesW(const WideChar* path) noexcept {
     return ::GetFileAttributesW(Native(path));
 }
 
+DWORD GetFullPathNameW(const WideChar* path, DWORD size, WideChar* buffer, WideChar** filePart) noexcept {
+    return ::GetFullPathNameW(Native(path), size, Native(buffer), reinterpret_cast<wchar_t**>(filePart));
+}
+
 BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept {
     return ::CreateDirectoryW(Native(path), static_cast<::SECURITY_ATTRIBUTES*>(security));
 }

@@ -13,6 +13,7 @@
 #include "Common/Logging/FileLogger.h"
 #include "FakeService.h"
 #include "ModuleBroker/Registration.h"
+#include "Platform/Errors.h"
 #include "Subsystems/ActionManager/GlobalSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
 #include "Support/ScopedVariable.h"
@@ -55,6 +56,11 @@ constexpr std::uint32_t Interval = 100'000;
 std::ptrdiff_t EntriesOf(const char* directory) {
     return std::distance(std::filesystem::directory_iterator(directory), std::filesystem::directory_iterator());
 }
+
+constexpr std::uint32_t OpenErrors[] = {Platform::ERROR_SHARING_VIOLATION, Platform::ERROR_PATH_NOT_FOUND,
+                                        Platform::ERROR_ACCESS_DENIED,     Platform::ERROR_TOO_MANY_OPEN_FILES,
+                                        Platform::ERROR_IO_DEVICE,         Platform::ERROR_TIMEOUT,
+                                        Platform::ERROR_GEN_FAILURE,       Platform::ERROR_NOT_ENOUGH_MEMORY};
 
 struct Sweep {
     const char* name;
@@ -228,10 +234,16 @@ private:
 }  // namespace
 
 TEST_P(FailureSweep, ReturnsTheCodeOfTheFailureAndLeaksNothing) {
+    InjectedFault.openError = OpenErrors[0];
     EXPECT_FALSE(LiveWithFailureOf(INT_MAX));
     const auto threads = EntriesOf("/proc/self/task"), descriptors = EntriesOf("/proc/self/fd");
     int call = 1;
-    while (LiveWithFailureOf(call)) ++call;
+    for (std::size_t kind = 0; LiveWithFailureOf(call);) {
+        const bool isOpening = FailedAt("CreateFileW") || FailedAt("GetPrivateProfileStringW");
+        kind = isOpening ? (kind + 1) % std::size(OpenErrors) : 0;  // an opening fails in each way
+        InjectedFault.openError = OpenErrors[kind];
+        if (kind == 0) ++call;
+    }
     EXPECT_GT(call, 300);
     EXPECT_EQ(EntriesOf("/proc/self/task"), threads);
     EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);

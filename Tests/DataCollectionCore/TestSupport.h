@@ -38,6 +38,7 @@ struct Fault {
     bool lasts = false;
     std::atomic<HRESULT> code{S_OK};  // of the failure that has occurred
     std::atomic<const char*> place{""};
+    std::atomic<std::uint32_t> openError{0};  // why a file cannot be opened
 
     bool Strikes(Fallible kind, const char* name, HRESULT failure) noexcept {
         if (armed != kind) return false;

@@ -2,6 +2,7 @@
 #include "Common/Base/Text.h"
 #include "Common/Failures/ErrorHandling.h"
 #include "Common/Failures/ErrorRecord.h"
+#include "Common/Failures/ErrorTextCache.h"
 #include "Common/Failures/MethodEdge.h"
 #include "Platform/Errors.h"
 #include "Platform/Process.h"
@@ -103,6 +104,13 @@ TEST(ErrorRecord, UsesOnlyErrorInfoOfItsCode) {
         EXPECT_THAT(ToUtf8(record.details), MatchesRegex(details + std::string("0x[0-9A-F]{16},0x[0-9A-F]{16}")));
         EXPECT_EQ(failure.ToText(), u"0x80070490 " + record.description + u" [" + record.details + u"]");
     }
+    EXPECT_EQ((ErrorRecord{0x80004005, u"words \t ", u""}).Text(), u"0x80004005 words");
+    EXPECT_EQ((ErrorRecord{0x80004005, u"", u""}).Text(), u"0x80004005");
+    Stage::FrameLimit = 1;
+    EXPECT_THAT(ToUtf8(HRES::Unchecked(NOT_FOUND).ToText()), MatchesRegex(".*not found \\[0x[0-9A-F]{16}\\]"));
+    Stage::FrameLimit = Stage::AllFrames;
+    ErrorTextCache::Instance().Store(0x80041111, u"kept");
+    EXPECT_EQ(DescribeError(0x80041111), u"kept");
 }
 
 HRESULT Component(int depth) {

@@ -10,6 +10,7 @@
 
 #include "Common/Failures/ErrorHandling.h"
 #include "Common/Logging/FileLogger.h"
+#include "Common/Settings/ModuleInfo.h"
 #include "Platform/Errors.h"
 #include "Stage.h"
 
@@ -47,6 +48,18 @@ protected:
     FileLogger Logger() const { return FileLogger(Stage::Wide(file_), u"B"); }
     std::string CannotOpen(const char* code) const {
         return "FileLogger: cannot open log file '" + file_.string() + "' (error: " + code + ")\n";
+    }
+
+    // Writes a line. The file is released before the given try to open it.
+    template <class Release>
+    void ExpectTries(int releasedAt, Release release) {
+        int sleeps = 0;
+        Stage::OnSleep = [&] {
+            if (++sleeps == releasedAt) release();
+        };
+        FileLogger logger = Logger();
+        Write(logger, u"1");
+        EXPECT_EQ(sleeps, std::min(releasedAt, 4));
     }
 
     const fs::path directory_ = Stage::Root() / "logs";
@@ -120,38 +133,49 @@ TEST_F(LogFile, IsInTheDirectoryThatTheSettingsName) {
     int sleeps = 0;
     Stage::OnSleep = [&] { ++sleeps; };
     const std::pair<Stage::Setting, fs::path> rows[] = {
-        {std::nullopt, module / "Logs"}, {"", module},
-        {"deep/er", module / "deep/er"}, {(directory_ / "absolute").string(), directory_ / "absolute"},
-        {impossible.string(), ""},       {directory_.string(), directory_}};
+        {std::nullopt, module / "Logs"},   {"", module},
+        {"deep/er", module / "deep/er"},   {(directory_ / "absolute").string(), directory_ / "absolute"},
+        {directory_.string(), directory_}, {impossible.string(), ""},
+        {impossible.string(), impossible}};
     for (const auto& [setting, directory] : rows) {
+        if (directory == impossible) fs::remove(impossible);  // now the directory can be created
         const ScopedVariable path("GS_Logger_Path", setting);
         PassLogInterval();
         Write(logger, u"1");
         Write(logger, u"2");
         EXPECT_EQ(ReadLog(directory / "named.log"), directory.empty() ? "" : "12");
     }
-    EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(testing::MatchesRegex(
-                                              R"(FileLogger: cannot open log file '.*file\\named.log' \(error: .*\))"
-                                              "\n")))
+    EXPECT_THAT(Stage::TakeDebugOutput(),
+                ElementsAre("FileLogger: cannot open log file '" + (impossible / "named.log").string() +
+                                "' (error: 0x80070003)\n",
+                            "FileLogger: the system's own error is 20 (Not a directory)\n"))
         << "the file is opened again only after the interval";
     EXPECT_EQ(sleeps, 0) << "only a sharing violation is retried at once";
     fs::remove_all(module);
 }
 
-TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsItExclusively) {
+TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsIt) {
     for (const int releasedAt : {3, 5}) {
         SystemHandle holder(Platform::CreateFileW(Stage::Wide(file_).c_str(), Platform::FILE_APPEND_DATA, 0, nullptr,
                                                   Platform::OPEN_ALWAYS, Platform::FILE_ATTRIBUTE_NORMAL, nullptr));
-        int sleeps = 0;
-        Stage::OnSleep = [&] {
-            if (++sleeps == releasedAt) holder.reset();
-        };
-        FileLogger logger = Logger();
-        Write(logger, u"1");
-        EXPECT_EQ(sleeps, std::min(releasedAt, 4));
+        ExpectTries(releasedAt, [&] { holder.reset(); });
         EXPECT_EQ(ReadLog(file_), "B1") << "the second line must be lost";
     }
-    EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre(CannotOpen("0x80070020")));
+    EXPECT_THAT(
+        Stage::TakeDebugOutput(),
+        ElementsAre(CannotOpen("0x80070020"), testing::StartsWith("FileLogger: the system's own error is 11 (")));
+    Stage::Lease lease(file_);
+    ExpectTries(3, [&] { lease.Release(); });
+    EXPECT_EQ(ReadLog(file_), "B1B1");
+}
+
+TEST_F(LogFile, ReportsABannerThatCannotBeWritten) {
+    FileLogger logger(u"/dev/full", u"B");
+    Write(logger, u"1");
+    EXPECT_THAT(Stage::TakeDebugOutput(),
+                ElementsAre("FileLogger: cannot open log file '/dev/full' (error: 0x80070070)\n",
+                            testing::StartsWith("FileLogger: the system's own error is 28 ("),
+                            "FileLogger: cannot write (error: 0x80070070)\n"));
 }
 
 // Mounts a small file system that only this process sees. Returns false if the system does not permit that.
@@ -271,6 +295,9 @@ void LogWithoutADirectory() {
     };
     Stage::ModuleIsKnown = false;
     EXPECT_EQ(Stage::CodeThrownBy(log), HResultFromWin32(Platform::ERROR_ACCESS_DENIED));
+    Stage::ModuleError = Platform::ERROR_SUCCESS;
+    EXPECT_EQ(Stage::CodeThrownBy(log), E_FAIL);
+    EXPECT_EQ(Stage::CodeThrownBy([] { return ModuleFilePath(Stage::OtherModule); }), E_FAIL);
     EXPECT_EQ(Stage::CodeThrownBy([] { return DescribeError(0x80040201); }), S_OK)
         << "reporting the missing module fails";
     EXPECT_EQ(Stage::CodeThrownBy([] { return HRES::Unchecked(MakeHResult(0x80040202)).PublishErrorInfo(); }), S_OK);

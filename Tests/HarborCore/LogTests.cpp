@@ -1,9 +1,12 @@
+#include <locale.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <thread>
 
+#include "Common/Logging/FileLogger.h"
 #include "Common/Logging/FunctionTrace.h"
+#include "Common/Settings/SettingsStore.h"
 #include "Stage.h"
 
 using testing::ElementsAre;
@@ -47,10 +50,11 @@ TEST(LogLine, HasFixedColumnsUnlessANameOrANumberIsTooLong) {
         {7, n26, 123456, 30, "DBG3 | 4660    86 | " + n26 + ":123456| " + deepest},
         {8, n26 + "nn", 1, 31, "     | 4660    86 | " + n26 + ":1   | " + deepest}};
     for (const auto& [severity, file, line, indentation, columns] : rows) {
-        WideString result = u"what was there";
+        TextBuffer result;
+        result.Append(u"what was there");
         DefaultLogFormatter().Format(result, severity, {FromUtf8(file).c_str(), line}, u"one\r\ntwo %s \u00E9",
                                      indentation, &time);
-        EXPECT_EQ(ToUtf8(result), "2024-03-05 12:38:09.0120345 | " + columns + "one\r\ntwo %s \xC3\xA9\r\n");
+        EXPECT_EQ(ToUtf8(result.View()), "2024-03-05 12:38:09.0120345 | " + columns + "one\r\ntwo %s \xC3\xA9\r\n");
     }
 }
 
@@ -64,7 +68,11 @@ TEST(LogSettings, SelectTheSeverityByItsName) {
         for (std::uint32_t severity = 0; severity < 10; ++severity) {
             EXPECT_EQ(IsLogEnabled(severity), severity != 0 && severity <= limit) << name.value_or("absent");
         }
+        Stage::PassLogInterval();
+        EXPECT_FALSE(IsLogEnabled(8));
     }
+    EXPECT_THAT(Stage::TakeDebugOutput(), ElementsAre("LogSettings: MaxSeverity 'DEBUG' is not known, DBG is used\n",
+                                                      "LogSettings: MaxSeverity '6' is not known, DBG is used\n"));
 }
 
 TEST(LogSettings, AreReadAgainOnlyAfterMoreThanFiveSeconds) {
@@ -92,8 +100,41 @@ TEST(LogStatement, EvaluatesItsOperandsOnlyWhenEnabledAndSurvivesExceptions) {
     LOG(Err, u"before " << Throwing() << u" after");
     LOG(Crit, static_cast<const WideChar*>(nullptr) << u' ' << static_cast<const char*>(nullptr));
     LOG(Err, std::hex << 255 << u' ' << reinterpret_cast<const void*>(0xABCDEF) << std::dec << u' ' << -8 << true);
+    // A locale with a decimal comma, as the C library stores it.
+    constexpr std::uint32_t comma[] = {
+        0x20031115 ^ LC_NUMERIC, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0, 0x2D465455, '8'};
+    Stage::WriteText(Stage::Root() / "xx/LC_NUMERIC", std::string(reinterpret_cast<const char*>(comma), sizeof(comma)));
+    const ScopedVariable locales("LOCPATH", Stage::Root());
+    const locale_t locale = newlocale(LC_NUMERIC_MASK, "xx", nullptr);
+    ASSERT_NE(locale, nullptr);
+    uselocale(locale);
+    LOG(Err, 1.5 << u' ' << -1e20 / 3 << u' ' << 0.1 + 0.2);
+    uselocale(LC_GLOBAL_LOCALE);
+    freelocale(locale);
     EXPECT_THAT(log.Take(), ElementsAre("WARN on 1", "ERR  before half... (***EXCEPTION***)", "CRIT (null) (null)",
-                                        "ERR  ff 0000000000ABCDEF -81"));
+                                        "ERR  ff 0000000000ABCDEF -81", "ERR  1.5 -3.33333e+19 0.3"));
+}
+
+TEST(LogStatement, ThrowsOutOfMemoryAsACode) {
+    struct Exhausted final : ILogger, SettingsSource {
+        void Write(const WideChar*, std::int32_t) override { throw std::bad_alloc(); }
+        HRESULT GetString(const WideChar*, const WideChar*, WideString&) override { throw std::bad_alloc(); }
+    } exhausted;
+    LogManager& manager = LogManager::Instance();
+    const auto log = [] {
+        LOG(Err, u"line");
+        return 0;
+    };
+    const LogRegistration registration(exhausted);
+    EXPECT_EQ(Stage::CodeThrownBy(log), E_OUTOFMEMORY);
+    EXPECT_EQ(Stage::CodeThrownBy([&] {
+                  return manager.Write(LogSeverity::Err, u"line", {u"", 1}), 0;
+              }),
+              E_OUTOFMEMORY);
+    SettingsStore::Instance().AddSource(exhausted);
+    Stage::PassLogInterval();
+    EXPECT_EQ(Stage::CodeThrownBy(log), E_OUTOFMEMORY) << "in the refresh";
+    SettingsStore::Instance().RemoveSource(exhausted);
 }
 
 TEST(LogManager, HoldsUpToFourLoggersEachOnce) {
@@ -145,8 +186,13 @@ TEST(FunctionTrace, TestsItsSeverityAtEachLine) {
 }
 
 TEST(FunctionTrace, ShowsMillisecondsInGroups) {
-    EXPECT_EQ(FormatElapsed(12), u" [0.012 ms]");
-    EXPECT_EQ(FormatElapsed(86'400'000'000'007), u" [86 400 000 000.007 ms]");
+    const auto shown = [](std::int64_t microseconds) {
+        WideStream stream;
+        stream << ElapsedTime{microseconds};
+        return stream.Text();
+    };
+    EXPECT_EQ(shown(12), u" [0.012 ms]");
+    EXPECT_EQ(shown(86'400'000'000'007), u" [86 400 000 000.007 ms]");
     EXPECT_EQ(MicrosecondsOf(999, 1'000'000'000), 0);
     EXPECT_EQ(MicrosecondsOf(12'000, 1'000'000'000), 12);
     EXPECT_EQ(MicrosecondsOf(7, 99'999), 70) << "a slow counter";

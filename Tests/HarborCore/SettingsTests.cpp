@@ -51,10 +51,18 @@ TEST_F(Settings, ThatCannotBeReadAreNotTreatedAsMissing) {
     Stage::WriteText(Stage::ProcessDirectory() / "GlobalSettings.ini", "[Test]\nKey=1\n");
     WideString value;
     Stage::MakeUnreadable(file);
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the next file is asked";
+    EXPECT_EQ(GetSetting(u"Test", u"Other", value), E_ABORT);
+    std::filesystem::remove(Stage::ProcessDirectory() / "GlobalSettings.ini");
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
     std::filesystem::remove(file);
+    WriteHostIni("[Test]\nKey=1\n");
+    {
+        const Stage::Lease lease(file);
+        EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
+    }
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
-    std::filesystem::remove(Stage::ProcessDirectory() / "GlobalSettings.ini");
+    std::filesystem::remove(file);
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), NOT_FOUND) << "a pipe without a writer is an empty file";
 }

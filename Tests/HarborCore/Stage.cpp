@@ -1,9 +1,15 @@
 #include "Stage.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+
 #include "Platform/Errors.h"
 #include "Platform/Modules.h"
 #include "Platform/Process.h"
 #include "Platform/Time.h"
+#include "Support/NextDefinition.h"
 
 namespace Stage {
 namespace {
@@ -14,7 +20,9 @@ Strings debugOutput;
 }  // namespace
 
 std::function<void()> OnSleep = [] {};
+Platform::DWORD FrameLimit = AllFrames;
 constinit std::atomic<bool> ModuleIsKnown{true};
+constinit std::atomic<Platform::DWORD> ModuleError{Platform::ERROR_ACCESS_DENIED};
 
 Strings TakeDebugOutput() {
     const std::lock_guard guard(debugLock);
@@ -49,6 +57,15 @@ void MakeUnreadable(const std::filesystem::path& path) {
     std::filesystem::create_symlink("/proc/self/mem", path);  // its first page cannot be read
 }
 
+Lease::Lease(const std::filesystem::path& path) : descriptor_(open(path.c_str(), O_WRONLY | O_CREAT, 0600)) {
+    std::signal(SIGIO, SIG_IGN);  // the system asks for the lease with it
+    EXPECT_EQ(fcntl(descriptor_, F_SETLEASE, F_WRLCK), 0);
+}
+
+void Lease::Release() {
+    if (descriptor_ >= 0) close(std::exchange(descriptor_, -1));
+}
+
 void ExitWithResult() {
     const auto& result = *testing::UnitTest::GetInstance()->current_test_info()->result();
     for (int i = 0; i < result.total_part_count(); ++i) {
@@ -77,14 +94,25 @@ HMODULE GetModuleHandleW(const WideChar*) noexcept {
     return nullptr;  // so that this program is taken for a library
 }
 
+BOOL GetModuleHandleExW(DWORD, const WideChar*, HMODULE* module) noexcept {
+    SetLastError(Stage::ModuleError);
+    *module = reinterpret_cast<HMODULE>(std::uintptr_t{1});
+    return Stage::ModuleIsKnown ? TRUE : FALSE;
+}
+
 DWORD GetModuleFileNameW(HMODULE module, WideChar* path, DWORD size) noexcept {
-    SetLastError(ERROR_ACCESS_DENIED);
+    SetLastError(Stage::ModuleError);
     if (module != nullptr && !Stage::ModuleIsKnown) return 0;
     const auto name =
         Stage::Wide(module == nullptr ? Stage::ProcessDirectory() / "Host.exe" : Stage::ModuleDirectory() / "Orv.so");
     const std::size_t length = std::min<std::size_t>(name.size(), size);
     std::copy_n(name.c_str(), length, path);
     return static_cast<DWORD>(length);
+}
+
+PLATFORM_NOINLINE std::uint16_t RtlCaptureStackBackTrace(DWORD skip, DWORD count, void** frames, DWORD* hash) noexcept {
+    static const auto next = NextDefinitionOf(&RtlCaptureStackBackTrace);
+    return static_cast<std::uint16_t>(next(skip + 1, std::min(count, Stage::FrameLimit), frames, hash) + 0);
 }
 
 void OutputDebugStringW(const WideChar* text) noexcept {

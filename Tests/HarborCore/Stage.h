@@ -15,16 +15,31 @@ namespace Stage {
 
 extern std::function<void()> OnSleep;  // runs in place of each sleep
 Strings TakeDebugOutput();
+inline constexpr Platform::DWORD AllFrames = 0xFFFF;
+extern Platform::DWORD FrameLimit;  // the stack shows at most so many frames
 
 // Files. The program's path is <ProcessDirectory>/Host.exe. The module's path is <ModuleDirectory>/Orv.so, which is
 // longer than 260 characters.
 const std::filesystem::path& Root();  // removed at the end of this process
 std::filesystem::path ProcessDirectory();
 std::filesystem::path ModuleDirectory();
-extern std::atomic<bool> ModuleIsKnown;  // false if its path cannot be determined
+extern std::atomic<bool> ModuleIsKnown;  // false if no module can be determined; ModuleError is then the last error
+extern std::atomic<Platform::DWORD> ModuleError;
+inline const auto OtherModule = reinterpret_cast<Platform::HMODULE>(std::uintptr_t{2});
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
 void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails
+
+// Makes every other open of a file wait, or fail if it must not wait.
+class Lease {
+public:
+    explicit Lease(const std::filesystem::path& path);
+    ~Lease() { Release(); }
+    void Release();
+
+private:
+    int descriptor_;
+};
 
 // Returns the code of the HRX that the call throws, or S_OK.
 template <class Call>

@@ -58,10 +58,15 @@ std::int64_t ConvertedOffset(std::int64_t unixTime) {
 }
 
 std::optional<std::int64_t> presentTime;
+DWORD tickCount = 1'000'000;
 
 }  // namespace
 
-// Replaces the function of the library.
+// These replace the functions of the library.
+DWORD Platform::GetTickCount() noexcept {
+    return tickCount;
+}
+
 void Platform::GetSystemTimeAsFileTime(FILETIME* time) noexcept {
     presentTime ? void(*time = FromUnix(*presentTime)) : GetSystemTimePreciseAsFileTime(time);
 }
@@ -97,6 +102,22 @@ TEST(LocalTime, FollowsDaylightSavingAndAChangeOfZone) {
             }
         }
     }
+}
+
+TEST(LocalTime, LooksAtTheZoneAgainAfterFiveSeconds) {
+    testing::internal::CaptureStderr();
+    for (const auto& [name, hours] :
+         {std::pair{"AAA-1", 1}, {"BBB-2", 2}, {"Nowhere/City", 0}, {"CCC", 0}, {"<+03>-3", 3}}) {
+        const ScopedVariable zone{"TZ", name};
+        tickCount += 5000;
+        EXPECT_EQ(ConvertedOffset(0), hours * 3600);
+        tickCount += 4999;
+        const ScopedVariable later{"TZ", "DDD-9"};
+        EXPECT_EQ(ConvertedOffset(0), hours * 3600);
+        tickCount += 5000;
+    }
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "TZ: there is no time zone 'Nowhere/City', UTC is used\nTZ: there is no time zone 'CCC', UTC is used\n");
 }
 
 TEST(TimeZone, ReturnsTheCurrentBiasAndItsKind) {

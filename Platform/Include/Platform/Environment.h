@@ -21,7 +21,8 @@ PLATFORM_API DWORD ExpandEnvironmentStringsW(const WideChar* source, WideChar* b
 //
 // Returns the length without the terminator. A value that does not fit is cut to size - 1 characters. If there is no
 // value, the result is `defaultValue` and the last error is the reason: ERROR_FILE_NOT_FOUND if the file, the section
-// or the key does not exist, otherwise the code of the failed read.
+// or the key does not exist, otherwise the code of the failed read. A file that another
+// process holds is not waited for: ERROR_SHARING_VIOLATION.
 PLATFORM_API DWORD GetPrivateProfileStringW(const WideChar* section, const WideChar* key, const WideChar* defaultValue,
                                             WideChar* buffer, DWORD size, const WideChar* path) noexcept;
 

@@ -32,13 +32,15 @@ static_assert(sizeof(BY_HANDLE_FILE_INFORMATION) == 52);
 // Opens a file for appending, and creates it if it does not exist. `access` must be FILE_APPEND_DATA and `disposition`
 // OPEN_ALWAYS; otherwise the call fails with ERROR_INVALID_PARAMETER. `sharing` is 0 or all three FILE_SHARE flags:
 // with 0 the file cannot be opened again by this function while the handle is open. A conflict fails with
-// ERROR_SHARING_VIOLATION. Child processes do not inherit the handle. Returns INVALID_HANDLE_VALUE on failure. The
-// caller must close the handle.
+// ERROR_SHARING_VIOLATION. A missing directory fails with ERROR_PATH_NOT_FOUND; on POSIX it fails with
+// ERROR_ACCESS_DENIED if this process may not create it either. Child processes do not inherit the handle. Returns
+// INVALID_HANDLE_VALUE on failure. The caller must close the handle.
 PLATFORM_API HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
                                 DWORD attributes, HANDLE templateFile) noexcept;
 
-// Appends the bytes in one piece: no bytes of other threads or processes are written between them. A process that
-// limits the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends when the limit is reached.
+// Appends the bytes in one piece: no bytes of other threads or processes are written between them. Fails with
+// ERROR_FILE_TOO_LARGE at the limit of the process on file size (RLIMIT_FSIZE). If the process sets such a limit after
+// the file was opened, the signal of the system ends the process instead.
 PLATFORM_API BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
 
 // Returns the low half of the size and stores the high half in `*high`, unless that is null. INVALID_FILE_SIZE is a
@@ -53,6 +55,10 @@ PLATFORM_API BOOL CloseHandle(HANDLE handle) noexcept;
 
 // Returns FILE_ATTRIBUTE_DIRECTORY or FILE_ATTRIBUTE_NORMAL, or INVALID_FILE_ATTRIBUTES on failure.
 PLATFORM_API DWORD GetFileAttributesW(const WideChar* path) noexcept;
+// Stores the absolute path in the form of this system, for a person to read. The file need not exist. Returns the
+// length without the terminator, or the size required including it if the path does not fit, or 0 on failure.
+// `filePart` must be null.
+PLATFORM_API DWORD GetFullPathNameW(const WideChar* path, DWORD size, WideChar* buffer, WideChar** filePart) noexcept;
 // Creates one directory. Fails with ERROR_PATH_NOT_FOUND if its parent does not exist, and with ERROR_ALREADY_EXISTS if
 // the name is in use.
 PLATFORM_API BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept;

@@ -12,7 +12,7 @@ WideString ActionSubscription::LogPrefix() {
     WideStream stream;
     stream << u"Subscription '" << static_cast<IActionSubscription*>(this) << u"' Subscription ID '"
            << static_cast<IActionSubscriptionControl*>(this);
-    return std::move(stream).Text();
+    return stream.Text();
 }
 
 ActionSubscription::~ActionSubscription() {

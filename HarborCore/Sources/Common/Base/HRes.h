@@ -65,6 +65,9 @@ public:
         return result;
     }
 
+    // The code of the thread's last error.
+    static HRESULT LastErrorCode() noexcept;
+
     HRESULT Code() const noexcept { return code_; }
     bool Failed() const noexcept { return Harbor::Failed(code_); }
     bool Succeeded() const noexcept { return Harbor::Succeeded(code_); }
@@ -76,8 +79,9 @@ public:
     // Returns the text of the failure: "0x80070490 Element not found [0x...,0x...]". Defined in Failures.
     WideString ToText() const;
     // Stores the text of the failure in the thread's error object, from which the caller of the component reads it.
-    // Returns the code. Defined in Failures.
+    // Returns the code. The second form takes the text from a caller that has needed it already. Defined in Failures.
     HRESULT PublishErrorInfo() const;
+    HRESULT PublishErrorInfo(const WideString& text) const;
 
 protected:
     enum class ErrorObject { Take, Leave };
@@ -95,7 +99,6 @@ protected:
 
 private:
     PLATFORM_NOINLINE void Report(ErrorObject errorObject) noexcept;
-    static HRESULT LastErrorCode() noexcept;
 
     HRESULT code_ = S_OK;
     std::uint32_t framesToSkip_ = 1;  // the frame of Report
@@ -128,9 +131,11 @@ PLATFORM_FORCEINLINE void ThrowIfFailed(HRESULT code) {
     const HRES checked(code);
 }
 
-// Throws HRX with the code of the thread's last error if `result` is false.
+// Throws HRX with the code of the thread's last error if `result` is false, or with E_FAIL if there is no last error: a
+// function that has failed must not pass for one that has succeeded.
 PLATFORM_FORCEINLINE void ThrowLastErrorIfFalse(bool result) {
-    const HRES checked = HRES::FromBool(result);
+    if (!result) [[unlikely]]
+        ThrowError(HRES::LastErrorCode());
 }
 
 // Throws HRX with the code of a system error other than 0.

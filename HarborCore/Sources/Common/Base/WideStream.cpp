@@ -1,6 +1,7 @@
 #include "Common/Base/WideStream.h"
 
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 
 #include "Common/Base/Text.h"
 
@@ -11,15 +12,18 @@ WideStream& WideStream::operator<<(const char* text) {
 }
 
 WideStream& WideStream::operator<<(double value) {
+    // As printf's "%g", but independent of the locale of the process.
+    constexpr int precision = 6;
     char digits[32];
-    std::snprintf(digits, sizeof(digits), "%g", value);
+    *std::to_chars(digits, std::end(digits) - 1, value, std::chars_format::general, precision).ptr = '\0';
     return *this << digits;
 }
 
 WideStream& WideStream::operator<<(const void* pointer) {
     constexpr std::u16string_view digits = u"0123456789ABCDEF";
     const auto value = reinterpret_cast<std::uintptr_t>(pointer);
-    for (int shift = 60; shift >= 0; shift -= 4) text_.push_back(digits[value >> shift & 0xF]);
+    WideChar* at = text_.Extend(16);
+    for (int shift = 60; shift >= 0; shift -= 4) *at++ = digits[value >> shift & 0xF];
     return *this;
 }
 
@@ -32,7 +36,7 @@ WideStream& WideStream::operator<<(std::ios_base& (*manipulator)(std::ios_base&)
 
 WideStream& WideStream::AppendDecimal(std::int64_t value) {
     const auto magnitude = static_cast<std::uint64_t>(value);
-    if (value < 0) text_.push_back(u'-');
+    if (value < 0) text_.Append(u'-');
     return AppendNumber(value < 0 ? 0 - magnitude : magnitude);
 }
 
@@ -44,7 +48,7 @@ WideStream& WideStream::AppendNumber(std::uint64_t value) {
         *--at = static_cast<WideChar>(digit < 10 ? u'0' + digit : u'a' + digit - 10);
         value /= base_;
     } while (value != 0);
-    text_.append(at, std::end(digits));
+    text_.Append(std::u16string_view(at, std::end(digits)));
     return *this;
 }
 

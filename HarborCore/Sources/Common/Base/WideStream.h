@@ -5,18 +5,15 @@
 #include <concepts>
 #include <ios>
 #include <string_view>
-#include <utility>
 
-#include "Harbor/Types.h"
+#include "Common/Base/TextBuffer.h"
 
 namespace Harbor {
 
 class WideStream {
 public:
-    WideStream() { text_.reserve(UsualLength); }
-
     WideStream& operator<<(std::u16string_view text) {
-        text_.append(text);
+        text_.Append(text);
         return *this;
     }
     WideStream& operator<<(const WideString& text) { return *this << std::u16string_view(text); }
@@ -24,7 +21,7 @@ public:
         return *this << (text == nullptr ? std::u16string_view(u"(null)") : std::u16string_view(text));
     }
     WideStream& operator<<(WideChar c) {
-        text_.push_back(c);
+        text_.Append(c);
         return *this;
     }
     WideStream& operator<<(char c) { return *this << static_cast<WideChar>(static_cast<unsigned char>(c)); }
@@ -46,16 +43,14 @@ public:
     // std::dec, std::hex and std::oct set the base of the numbers that are inserted after them.
     WideStream& operator<<(std::ios_base& (*manipulator)(std::ios_base&)) noexcept;
 
-    const WideString& Text() const& noexcept { return text_; }
-    WideString Text() && noexcept { return std::move(text_); }
+    std::u16string_view View() const noexcept { return text_.View(); }
+    WideString Text() const { return WideString(View()); }
 
 private:
-    static constexpr std::size_t UsualLength = 200;  // most lines are shorter and need one allocation
-
     WideStream& AppendDecimal(std::int64_t value);  // with its sign
     WideStream& AppendNumber(std::uint64_t value);  // in the stream's base
 
-    WideString text_;
+    TextBuffer text_;
     unsigned base_ = 10;
 };
 

@@ -33,11 +33,11 @@ void AppendFrames(const Frames& frames, WideString& details) {
     std::size_t count = frames.size();
     while (count > 0 && frames[count - 1] == nullptr) --count;
     if (count == 0) return;
-    if (!details.empty()) details += u';';
+    WideStream stream;
     for (std::size_t i = 0; i < count; ++i) {
-        if (i > 0) details += u',';
-        details += FormatWide(u"0x%08p", frames[i]);
+        stream << (i > 0 ? u"," : details.empty() ? u"" : u";") << u"0x" << frames[i];
     }
+    details += stream.View();
 }
 
 ComponentPtr<Platform::IErrorInfo> MakeErrorInfo(const WideString& text) {
@@ -66,9 +66,10 @@ ErrorRecord ErrorRecord::Of(const HRES& failure) {
 }
 
 WideString ErrorRecord::Text() const {
-    WideString text = FormatWide(u"0x%08X ", code);
-    text += description;
-    if (!details.empty()) text += FormatWide(u" [%s]", details);
+    WideString text;
+    text.reserve(description.size() + details.size() + 16);
+    text.append(FormatWide(u"0x%08X ", code)).append(description);
+    if (!details.empty()) text.append(u" [").append(details).append(u"]");
     text.resize(TrimEnd(text).size());
     return text;
 }
@@ -95,13 +96,17 @@ WideString HRES::ToText() const {
 
 HRESULT HRES::PublishErrorInfo() const {
     if (!Failed()) return code_;
-    ComponentPtr<Platform::IErrorInfo> object;
     try {
-        object = MakeErrorInfo(ToText());
+        return PublishErrorInfo(ToText());
     } catch (...) {
         // The caller must receive the code, not another exception; it receives the code without a text.
+        Platform::SetErrorInfo(0, nullptr);
+        return code_;
     }
-    Platform::SetErrorInfo(0, object.Get());
+}
+
+HRESULT HRES::PublishErrorInfo(const WideString& text) const {
+    if (Failed()) Platform::SetErrorInfo(0, MakeErrorInfo(text).Get());
     return code_;
 }
 

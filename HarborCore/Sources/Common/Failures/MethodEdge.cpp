@@ -2,8 +2,10 @@
 
 namespace Harbor {
 
-void LogMethodFailure(const TracedMethod& method, const HRX& failure) noexcept {
-    TRY_LOG_AT(method.place, Err, method.name << u" failed: " << failure);
+HRESULT ReportMethodFailure(const TracedMethod& method, const HRX& failure) noexcept {
+    WideString text;
+    TRY_LOG_AT(method.place, Err, method.name << u" failed: " << (text = failure.ToText()));
+    return text.empty() ? failure.PublishErrorInfo() : failure.PublishErrorInfo(text);
 }
 
 }  // namespace Harbor

@@ -21,8 +21,9 @@ struct TracedMethod {
     SourcePlace place;
 };
 
-// Logs the failure of a method at ERR. If the log fails, the line is lost, and the caller still receives the code.
-void LogMethodFailure(const TracedMethod& method, const HRX& failure) noexcept;
+// Logs the failure of a method at ERR, stores it in the thread's error object, and returns its code. If the log fails,
+// the line is lost, and the caller still receives the code.
+[[nodiscard]] HRESULT ReportMethodFailure(const TracedMethod& method, const HRX& failure) noexcept;
 
 // Calls the body inside the method's trace and returns its code. An HRX is logged and stored in the thread's error
 // object, and its code is returned. Exceptions of other types pass through.
@@ -32,8 +33,7 @@ HRESULT MethodEdge(const TracedMethod& method, Body&& body) {
         const auto trace = OpenFunctionTrace(method.severity, method.name, method.place);
         return body();
     } catch (const HRX& failure) {
-        LogMethodFailure(method, failure);
-        return failure.PublishErrorInfo();
+        return ReportMethodFailure(method, failure);
     }
 }
 

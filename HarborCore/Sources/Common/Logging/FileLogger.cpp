@@ -1,9 +1,13 @@
 #include "Common/Logging/FileLogger.h"
 
+#include <system_error>
+
 #include "Common/Base/HRes.h"
+#include "Common/Base/Text.h"
 #include "Common/Logging/DebugOutput.h"
 #include "Common/Logging/ImpersonationRevertGuard.h"
 #include "Common/Settings/ModuleInfo.h"
+#include "Common/Settings/Paths.h"
 #include "Platform/Errors.h"
 #include "Platform/Process.h"
 
@@ -11,7 +15,6 @@ namespace Harbor {
 namespace {
 
 constexpr WideChar ThresholdKey[] = u"LogFileSizeThresholdMB";
-constexpr WideChar KeepOpenKey[] = u"KeepOpenInterval";
 
 constexpr int OpenTries = 4;
 constexpr Platform::DWORD OpenRetryPauseMs = 10;
@@ -30,23 +33,29 @@ Platform::DWORD ByteSize(std::u16string_view text) noexcept {
     return static_cast<Platform::DWORD>(text.size() * sizeof(WideChar));
 }
 
-Platform::DWORD OpenForAppending(const WideString& path, SystemHandle& file) {
+FileFailure LastFileFailure() noexcept {
+    FileFailure failure{Platform::GetLastError(), 0};
+    Platform::_get_errno(&failure.systemError);
+    return failure;
+}
+
+FileFailure OpenForAppending(const WideString& path, SystemHandle& file) {
     constexpr Platform::DWORD shareAll =
         Platform::FILE_SHARE_READ | Platform::FILE_SHARE_WRITE | Platform::FILE_SHARE_DELETE;
-    Platform::DWORD error = Platform::ERROR_SUCCESS;
+    FileFailure failure;
     for (int tries = 0; tries < OpenTries; ++tries) {
         const Platform::HANDLE handle =
             Platform::CreateFileW(path.c_str(), Platform::FILE_APPEND_DATA, shareAll, nullptr, Platform::OPEN_ALWAYS,
                                   Platform::FILE_ATTRIBUTE_NORMAL, nullptr);
         if (handle != Platform::INVALID_HANDLE_VALUE) {
             file.reset(handle);
-            return Platform::ERROR_SUCCESS;
+            return {};
         }
-        error = Platform::GetLastError();
-        if (error != Platform::ERROR_SHARING_VIOLATION) break;
+        failure = LastFileFailure();
+        if (failure.code != Platform::ERROR_SHARING_VIOLATION) break;
         Platform::Sleep(OpenRetryPauseMs);
     }
-    return error;
+    return failure;
 }
 
 }  // namespace
@@ -68,8 +77,7 @@ void FileLogger::Write(const WideChar* text, std::int32_t length) {
 }
 
 SystemHandle FileLogger::GetHandle() {
-    const std::uint32_t keepOpen =
-        LogManager::Instance().Settings().GetNumberOr(KeepOpenKey, LogDefaults.keepOpenIntervalMs);
+    const std::uint32_t keepOpen = LogManager::Instance().Settings().GetKeepOpenInterval();
     const CriticalSectionGuard guard(lock_);
     if (keepOpen == 0) {
         cachedFile_.reset();
@@ -102,36 +110,41 @@ SystemHandle FileLogger::OpenLogFile() {
     const WideString path = hasDirectory_ ? fileName_ : settings.GetLogDirectory() + fileName_;
     const std::uint32_t threshold = settings.GetNumberOr(ThresholdKey, LogDefaults.fileSizeThresholdMB);
     SystemHandle file;
-    Platform::DWORD error = OpenForAppending(path, file);
-    if (file && threshold != 0 && IsTooBig(file.get(), threshold, path, error)) file.reset();
-    if (file && !banner_.empty()) WriteBannerIfNew(file.get(), error);
-    if (error != Platform::ERROR_SUCCESS) {
-        WriteDebugOutput(u"FileLogger: cannot open log file '%s' (error: 0x%08x)", path, HResultFromWin32(error));
+    FileFailure failure = OpenForAppending(path, file);
+    if (file && threshold != 0 && IsTooBig(file.get(), threshold, path, failure)) file.reset();
+    if (file && !banner_.empty()) WriteBannerIfNew(file.get(), failure);
+    if (failure.code != Platform::ERROR_SUCCESS) {
+        WriteDebugOutput(u"FileLogger: cannot open log file '%s' (error: 0x%08x)", SystemPath(path),
+                         HResultFromWin32(failure.code));
+        if (failure.systemError != 0) {
+            WriteDebugOutput(u"FileLogger: the system's own error is %d (%s)", failure.systemError,
+                             FromUtf8(std::generic_category().message(failure.systemError)));
+        }
     }
     return file;
 }
 
 bool FileLogger::IsTooBig(Platform::HANDLE file, std::uint32_t threshold, const WideString& path,
-                          Platform::DWORD& error) {
+                          FileFailure& failure) {
     Platform::DWORD high = 0;
     Platform::SetLastError(Platform::ERROR_SUCCESS);
     const Platform::DWORD low = Platform::GetFileSize(file, &high);
-    if (low == Platform::INVALID_FILE_SIZE) error = Platform::GetLastError();
-    if (error != Platform::ERROR_SUCCESS) return false;
+    if (low == Platform::INVALID_FILE_SIZE) failure = LastFileFailure();
+    if (failure.code != Platform::ERROR_SUCCESS) return false;
     const auto megabytes = static_cast<std::uint32_t>(((std::uint64_t{high} << 32) | low) >> MegabyteShift);
     if (megabytes < threshold) {
         tooBigReported_ = false;
         return false;
     }
     if (!tooBigReported_) {
-        WriteDebugOutput(u"FileLogger: log file '%s' is too big (size=%dMB threshold=%dMB)", path, megabytes,
-                         threshold);
+        WriteDebugOutput(u"FileLogger: log file '%s' is too big (size=%dMB threshold=%dMB)", SystemPath(path),
+                         megabytes, threshold);
         tooBigReported_ = true;
     }
     return true;
 }
 
-void FileLogger::WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error) {
+void FileLogger::WriteBannerIfNew(Platform::HANDLE file, FileFailure& failure) {
     Platform::BY_HANDLE_FILE_INFORMATION information{};
     FileId id{0xFFFFFFFF, 0xFFFFFFFF, 0xFFFFFFFF};
     if (Platform::GetFileInformationByHandle(file, &information)) {
@@ -143,7 +156,7 @@ void FileLogger::WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error)
     lastFileId_ = id;
     Platform::DWORD written = 0;
     const bool done = Platform::WriteFile(file, banner_.data(), ByteSize(banner_), &written, nullptr) != 0;
-    error = done ? Platform::ERROR_SUCCESS : Platform::GetLastError();
+    failure = done ? FileFailure() : LastFileFailure();
 }
 
 WideString MakeLogFileName() {

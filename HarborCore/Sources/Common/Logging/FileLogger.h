@@ -10,6 +10,12 @@
 
 namespace Harbor {
 
+// Why the file could not be used: a code, and the number of the system's own error behind it, or 0.
+struct FileFailure {
+    Platform::DWORD code = 0;
+    int systemError = 0;
+};
+
 class FileLogger final : public ILogger {
 public:
     // `banner` is written to each file before the first line of this logger; an empty one is not written. A file name
@@ -28,8 +34,8 @@ private:
 
     SystemHandle GetHandle();
     SystemHandle OpenLogFile();
-    bool IsTooBig(Platform::HANDLE file, std::uint32_t threshold, const WideString& path, Platform::DWORD& error);
-    void WriteBannerIfNew(Platform::HANDLE file, Platform::DWORD& error);
+    bool IsTooBig(Platform::HANDLE file, std::uint32_t threshold, const WideString& path, FileFailure& failure);
+    void WriteBannerIfNew(Platform::HANDLE file, FileFailure& failure);
 
     const WideString fileName_;
     const WideString banner_;

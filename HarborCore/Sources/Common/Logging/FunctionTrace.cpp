@@ -44,7 +44,9 @@ FunctionTrace::FunctionTrace(std::uint32_t severity, std::uint32_t exceptionSeve
       uncaughtAtEntry_(std::uncaught_exceptions()) {
     // The severity limit may have changed since the test of the statement.
     if (IsLogEnabled(severity_)) {
-        WriteLogLine(severity_, u"Entering: " + name_, place_);
+        WideStream text;
+        ThrowIfOutOfMemory([&] { text << u"Entering: " << name_; });
+        WriteLogLine(severity_, text.View(), place_);
         indentation_.Add(1);
     }
     startCounter_ = ReadCounter();
@@ -63,16 +65,20 @@ void FunctionTrace::WriteExit(std::int64_t endCounter) {
     const bool exceptionPassing = std::uncaught_exceptions() != uncaughtAtEntry_;
     const std::uint32_t severity = exceptionPassing ? exceptionSeverity_ : severity_;
     if (!IsLogEnabled(severity)) return;
-    const WideString text = (exceptionPassing ? u"EXCEPTION at: " : u"Exiting: ") + name_ +
-                            FormatElapsed(MicrosecondsOf(endCounter - startCounter_, CounterFrequency()));
+    WideStream text;
+    text << (exceptionPassing ? u"EXCEPTION at: " : u"Exiting: ") << name_
+         << ElapsedTime{MicrosecondsOf(endCounter - startCounter_, CounterFrequency())};
     indentation_.TakeBack();
-    WriteLogLine(severity, text, place_);
+    WriteLogLine(severity, text.View(), place_);
 }
 
 std::unique_ptr<FunctionTrace> MakeFunctionTrace(std::uint32_t severity, const LogOperands& name,
                                                  const SourcePlace& place) {
-    return ThrowIfOutOfMemory(
-        [&] { return std::make_unique<FunctionTrace>(severity, severity, BuildLogText(name), place); });
+    return ThrowIfOutOfMemory([&] {
+        WideStream stream;
+        InsertLogOperands(stream, name);
+        return std::make_unique<FunctionTrace>(severity, severity, stream.Text(), place);
+    });
 }
 
 std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept {
@@ -81,8 +87,8 @@ std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) n
     return counterTicks * 10 / scale;
 }
 
-WideString FormatElapsed(std::int64_t microseconds) {
-    const WideString plain = FormatWide(u"%I64d.%03I64d", microseconds / 1000, microseconds % 1000);
+WideStream& operator<<(WideStream& stream, ElapsedTime elapsed) {
+    const WideString plain = FormatWide(u"%I64d.%03I64d", elapsed.microseconds / 1000, elapsed.microseconds % 1000);
     constexpr Platform::NUMBERFMTW format{.NumDigits = 3,
                                           .LeadingZero = 1,
                                           .Grouping = 3,
@@ -92,7 +98,7 @@ WideString FormatElapsed(std::int64_t microseconds) {
     WideChar grouped[64];
     const bool formatted = Platform::GetNumberFormatW(Platform::LOCALE_INVARIANT, 0, plain.c_str(), &format, grouped,
                                                       static_cast<int>(std::size(grouped))) != 0;
-    return u" [" + (formatted ? WideString(grouped) : plain) + u" ms]";
+    return stream << u" [" << (formatted ? grouped : plain.c_str()) << u" ms]";
 }
 
 }  // namespace Harbor

@@ -74,8 +74,11 @@ std::unique_ptr<FunctionTrace> TryOpenFunctionTrace(std::uint32_t severity, cons
     }
 }
 
-// Returns a number of microseconds as " [1 234.567 ms]".
-[[nodiscard]] WideString FormatElapsed(std::int64_t microseconds);
+// A duration, which a stream shows as " [1 234.567 ms]".
+struct ElapsedTime {
+    std::int64_t microseconds;
+};
+WideStream& operator<<(WideStream& stream, ElapsedTime elapsed);
 // Converts ticks of a counter; `frequency` is its number of ticks in a second.
 [[nodiscard]] std::int64_t MicrosecondsOf(std::int64_t counterTicks, std::int64_t frequency) noexcept;
 

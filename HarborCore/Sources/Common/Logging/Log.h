@@ -3,15 +3,18 @@
 //     LOG(Dbg, u"Action creation time: " << FormatTimePoint(now));
 //
 // The operands are inserted into a WideStream, from left to right. They are evaluated only if the severity is enabled:
-// a disabled statement costs one read of the tick count and one atomic load. If an operand throws, the line has the
+// a disabled statement costs one read of the tick count and two atomic loads. If an operand throws, the line has the
 // text that was inserted until then, and a mark. The line is written on the calling thread, before the statement ends.
 //
 // LOG throws HRX if memory runs out while the line is formatted or if the log directory cannot be determined. TRY_LOG
 // loses the line instead. It is for code that must not throw and for code that handles another failure.
 #pragma once
 
+#include <atomic>
+
 #include "Common/Base/WideStream.h"
 #include "Common/Logging/LogSeverity.h"
+#include "Platform/Time.h"
 
 namespace Harbor {
 
@@ -21,9 +24,29 @@ struct SourcePlace {
     std::uint32_t line;
 };
 
+// The limit of the module's log and the tick count of its last refresh. LogSettings maintains both. They are constants
+// at first, so that a test needs neither a call nor the log manager.
+struct LogLimitState {
+    std::atomic<std::uint32_t> lastRefreshTick{0};  // 0: never refreshed, or the log has ended
+    std::atomic<std::uint32_t> maxSeverity{0};
+
+    bool IsRefreshDue() const noexcept {
+        const std::uint32_t last = lastRefreshTick.load(std::memory_order_acquire);
+        return last == 0 || Platform::GetTickCount() - last > LogDefaults.refreshIntervalMs;
+    }
+};
+inline constinit LogLimitState LogLimit;
+
+// As IsLogEnabled, when a refresh is due.
+[[nodiscard]] bool RefreshAndTest(std::uint32_t severity);
+
 // Returns whether lines of that severity are written. Reads the settings again if the last read is more than five
 // seconds old. Any thread may call it.
-[[nodiscard]] bool IsLogEnabled(std::uint32_t severity);
+[[nodiscard]] inline bool IsLogEnabled(std::uint32_t severity) {
+    if (LogLimit.IsRefreshDue()) [[unlikely]]
+        return RefreshAndTest(severity);
+    return severity != LogSeverity::None && severity <= LogLimit.maxSeverity.load(std::memory_order_relaxed);
+}
 
 // Ends the text of a statement in which an operand threw an exception.
 inline constexpr std::u16string_view LogExceptionMark = u"... (***EXCEPTION***)";
@@ -43,8 +66,8 @@ private:
     void (*insert_)(const void* context, WideStream& stream);
 };
 
-// Returns the text of the operands. If an insertion throws any exception, the mark ends the text.
-[[nodiscard]] WideString BuildLogText(const LogOperands& operands);
+// If an insertion throws any exception, the mark ends the text.
+void InsertLogOperands(WideStream& stream, const LogOperands& operands);
 
 // Format one line and pass it to the loggers, without a test of the severity. They throw HRX as LOG does.
 void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place);

@@ -13,7 +13,7 @@ constexpr std::size_t SourceColumnWidth = 30;  // name and line number, without 
 constexpr std::size_t LeastLineNumberWidth = 4;
 constexpr std::int32_t DeepestIndentation = 30;
 constexpr std::size_t SeverityWidth = 4;
-constexpr std::uint64_t TicksPerMillisecond = 10000;
+constexpr std::int64_t TicksPerSecond = 10'000'000;
 constexpr std::size_t HeadRoom = 160;  // at least the length of a line without its message
 
 // Writes into a buffer that is large enough.
@@ -56,30 +56,53 @@ private:
     WideChar digits_[10];
 };
 
+// The local date and time of one second, as "2024-03-05 07:08:09.". Each thread keeps the second of its last line.
+struct SecondText {
+    std::int64_t second = -1;  // since 1601, in UTC
+    std::size_t length = 0;
+    WideChar text[32] = {};
+
+    std::u16string_view Of(std::int64_t wanted, const Platform::FILETIME& time) noexcept {
+        if (wanted != second) Make(wanted, time);
+        return {text, length};
+    }
+
+private:
+    void Make(std::int64_t wanted, const Platform::FILETIME& time) noexcept {
+        Platform::FILETIME local{};
+        Platform::SYSTEMTIME fields{};
+        const bool isConverted =
+            Platform::FileTimeToLocalFileTime(&time, &local) && Platform::FileTimeToSystemTime(&local, &fields);
+        second = isConverted ? wanted : -1;
+        LineWriter line(text);
+        line.PutRightAligned(fields.wYear, 4, u'0');
+        line.Put(u"-");
+        line.PutDigits(fields.wMonth, 2);
+        line.Put(u"-");
+        line.PutDigits(fields.wDay, 2);
+        line.Put(u" ");
+        line.PutDigits(fields.wHour, 2);
+        line.Put(u":");
+        line.PutDigits(fields.wMinute, 2);
+        line.Put(u":");
+        line.PutDigits(fields.wSecond, 2);
+        line.Put(u".");
+        length = static_cast<std::size_t>(line.Position() - text);
+    }
+};
+constinit thread_local SecondText LastSecond;
+
+// The offset of a zone is a number of seconds, so the fraction of the second is the same in UTC.
 void PutTime(LineWriter& line, const Platform::FILETIME& time) noexcept {
-    Platform::FILETIME local{};
-    Platform::SYSTEMTIME fields{};
-    Platform::FileTimeToLocalFileTime(&time, &local);
-    Platform::FileTimeToSystemTime(&local, &fields);
-    line.PutRightAligned(fields.wYear, 4, u'0');
-    line.Put(u"-");
-    line.PutDigits(fields.wMonth, 2);
-    line.Put(u"-");
-    line.PutDigits(fields.wDay, 2);
-    line.Put(u" ");
-    line.PutDigits(fields.wHour, 2);
-    line.Put(u":");
-    line.PutDigits(fields.wMinute, 2);
-    line.Put(u":");
-    line.PutDigits(fields.wSecond, 2);
-    line.Put(u".");
-    line.PutDigits(fields.wMilliseconds, 3);
-    line.PutDigits(static_cast<std::uint32_t>(TicksOf(local) % TicksPerMillisecond), 4);
+    const auto ticks = static_cast<std::int64_t>(TicksOf(time));
+    line.Put(LastSecond.Of(ticks / TicksPerSecond, time));
+    line.PutDigits(static_cast<std::uint32_t>(ticks % TicksPerSecond), 7);
 }
 
 void PutSource(LineWriter& line, const SourcePlace& place) noexcept {
     const std::u16string_view path = place.file;
-    const std::u16string_view name = path.substr(path.find_last_of(u"\\/") + 1);
+    const auto isSeparator = [](WideChar c) { return c == u'\\' || c == u'/'; };
+    const std::u16string_view name(std::find_if(path.rbegin(), path.rend(), isSeparator).base(), path.end());
     line.Put(name.substr(0, LongestSourceName));
     line.Put(u":");
     line.PutLeftAligned(place.line,
@@ -94,15 +117,15 @@ Platform::FILETIME LogTimeStamp() noexcept {
     return now;
 }
 
-void DefaultLogFormatter::Format(WideString& result, std::uint32_t severity, const SourcePlace& place,
+void DefaultLogFormatter::Format(TextBuffer& result, std::uint32_t severity, const SourcePlace& place,
                                  std::u16string_view message, std::int32_t indentation,
                                  const Platform::FILETIME* time) const {
     const Platform::FILETIME stamp = time == nullptr ? LogTimeStamp() : *time;
     const auto levels = static_cast<std::size_t>(std::clamp(indentation, 0, DeepestIndentation));
     const std::u16string_view name = LogSeverityName(severity).substr(0, SeverityWidth);
 
-    result.resize(HeadRoom + message.size());
-    LineWriter line(result.data());
+    result.Truncate(0);
+    LineWriter line(result.Extend(HeadRoom + message.size()));
     PutTime(line, stamp);
     line.Put(u" | ");
     line.Put(name);
@@ -117,7 +140,7 @@ void DefaultLogFormatter::Format(WideString& result, std::uint32_t severity, con
     line.Fill(u' ', levels * 2);
     line.Put(message);
     line.Put(u"\r\n");
-    result.resize(static_cast<std::size_t>(line.Position() - result.data()));
+    result.Truncate(static_cast<std::size_t>(line.Position() - result.View().data()));
 }
 
 }  // namespace Harbor

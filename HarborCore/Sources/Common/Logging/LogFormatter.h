@@ -8,8 +8,9 @@ namespace Harbor {
 
 class ILogFormatter {
 public:
-    // Stores the line with its line end in `result`. A null `time`, which nobody passes yet, means the current time.
-    virtual void Format(WideString& result, std::uint32_t severity, const SourcePlace& place,
+    // Stores the line with its line end in `result`, in place of what was there. A null `time`, which nobody passes
+    // yet, means the current time.
+    virtual void Format(TextBuffer& result, std::uint32_t severity, const SourcePlace& place,
                         std::u16string_view message, std::int32_t indentation,
                         const Platform::FILETIME* time) const = 0;
 
@@ -21,7 +22,7 @@ protected:
 // "%04u-%02u-%02u %02u:%02u:%02u.%03u%04u | %-4.4s |%5u %5u | %.*s:%-*u| %*s%s\r\n"
 class DefaultLogFormatter final : public ILogFormatter {
 public:
-    void Format(WideString& result, std::uint32_t severity, const SourcePlace& place, std::u16string_view message,
+    void Format(TextBuffer& result, std::uint32_t severity, const SourcePlace& place, std::u16string_view message,
                 std::int32_t indentation, const Platform::FILETIME* time) const override;
 };
 

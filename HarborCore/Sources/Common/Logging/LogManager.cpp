@@ -50,6 +50,7 @@ LogManager::LogManager() : indentationSupported_(SystemSupportsIndentation()) {
 
 LogManager::~LogManager() {
     LogHasEnded.store(true);
+    LogLimit.lastRefreshTick.store(0);
 }
 
 bool LogManager::Register(ILogger* logger) {
@@ -78,33 +79,36 @@ bool LogManager::IsEnabled(std::uint32_t severity) {
 void LogManager::Write(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
     const Platform::FILETIME time = LogTimeStamp();
     const auto depth = indentationSupported_ ? static_cast<std::int32_t>(ThreadIndentation::Depth()) : 0;
-    WideString line;
-    formatter_.Format(line, severity, place, text, depth, &time);
-    for (const auto& slot : loggers_) {
-        if (ILogger* const logger = slot.load()) logger->Write(line.data(), static_cast<std::int32_t>(line.size()));
-    }
+    ThrowIfOutOfMemory([&] {
+        TextBuffer line;
+        formatter_.Format(line, severity, place, text, depth, &time);
+        const std::u16string_view view = line.View();
+        for (const auto& slot : loggers_) {
+            if (ILogger* const logger = slot.load()) logger->Write(view.data(), static_cast<std::int32_t>(view.size()));
+        }
+    });
 }
 
-bool IsLogEnabled(std::uint32_t severity) {
+bool RefreshAndTest(std::uint32_t severity) {
     return !LogHasEnded.load(std::memory_order_relaxed) && LogManager::Instance().IsEnabled(severity);
 }
 
-WideString BuildLogText(const LogOperands& operands) {
-    WideStream stream;
+void InsertLogOperands(WideStream& stream, const LogOperands& operands) {
     try {
         operands.InsertInto(stream);
     } catch (...) {
         stream << LogExceptionMark;
     }
-    return std::move(stream).Text();
 }
 
 void WriteLogLine(std::uint32_t severity, std::u16string_view text, const SourcePlace& place) {
-    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, text, place); });
+    LogManager::Instance().Write(severity, text, place);
 }
 
 void WriteLogStatement(std::uint32_t severity, const LogOperands& operands, const SourcePlace& place) {
-    ThrowIfOutOfMemory([&] { LogManager::Instance().Write(severity, BuildLogText(operands), place); });
+    WideStream stream;
+    ThrowIfOutOfMemory([&] { InsertLogOperands(stream, operands); });
+    WriteLogLine(severity, stream.View(), place);
 }
 
 }  // namespace Harbor

@@ -34,7 +34,7 @@ public:
     bool IsEnabled(std::uint32_t severity);
 
     // Formats one line and passes it to every logger, on the calling thread and without a lock. If memory runs out,
-    // std::bad_alloc is thrown; the log statement turns it into HRX.
+    // HRX with E_OUTOFMEMORY is thrown.
     void Write(std::uint32_t severity, std::u16string_view text, const SourcePlace& place);
 
     LogSettings& Settings() noexcept { return settings_; }

@@ -4,9 +4,9 @@
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
+#include "Common/Logging/DebugOutput.h"
 #include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Paths.h"
-#include "Platform/Time.h"
 
 namespace Harbor {
 namespace {
@@ -14,6 +14,7 @@ namespace {
 constexpr WideChar Section[] = u"Logger";
 constexpr WideChar MaxSeverityKey[] = u"MaxSeverity";
 constexpr WideChar PathKey[] = u"Path";
+constexpr WideChar KeepOpenKey[] = u"KeepOpenInterval";
 
 }  // namespace
 
@@ -28,9 +29,9 @@ LogSettings::LogSettings() : SettingsSection(Section, 0) {}
 void LogSettings::Refresh() {
     ThrowIfOutOfMemory([this] {
         Clear();
-        maxSeverity_.store(ComputeMaxSeverity(), std::memory_order_relaxed);
+        LogLimit.maxSeverity.store(ComputeMaxSeverity(), std::memory_order_relaxed);
         logDirectoryStale_.store(true, std::memory_order_release);
-        lastRefreshTick_.store(Platform::GetTickCount(), std::memory_order_release);
+        LogLimit.lastRefreshTick.store(Platform::GetTickCount(), std::memory_order_release);
     });
 }
 
@@ -40,8 +41,16 @@ std::uint32_t LogSettings::ComputeMaxSeverity() {
     const auto name =
         std::find_if(LogSeverityNames.begin(), LogSeverityNames.end(),
                      [&](std::u16string_view candidate) { return EqualsIgnoreCase(candidate, Trim(text)); });
-    return name == LogSeverityNames.end() ? LogDefaults.maxSeverity
-                                          : static_cast<std::uint32_t>(name - LogSeverityNames.begin());
+    const bool isKnown = name != LogSeverityNames.end();
+    ReportUnknownSeverity(isKnown ? std::u16string_view() : text);
+    return isKnown ? static_cast<std::uint32_t>(name - LogSeverityNames.begin()) : LogDefaults.maxSeverity;
+}
+
+void LogSettings::ReportUnknownSeverity(std::u16string_view text) {
+    const std::size_t hash = text.empty() ? 0 : std::hash<std::u16string_view>()(text);
+    if (reportedSeverity_.exchange(hash, std::memory_order_relaxed) == hash || text.empty()) return;
+    WriteDebugOutput(u"LogSettings: MaxSeverity '%s' is not known, %s is used", text,
+                     LogSeverityName(LogDefaults.maxSeverity));
 }
 
 std::uint32_t LogSettings::GetNumberOr(const WideChar* key, std::uint32_t defaultValue) {
@@ -50,14 +59,25 @@ std::uint32_t LogSettings::GetNumberOr(const WideChar* key, std::uint32_t defaul
     return GetNumber(key, value, UseCache::Yes) ? value : defaultValue;
 }
 
+std::uint32_t LogSettings::GetKeepOpenInterval() {
+    RefreshIfDue();
+    const std::uint32_t refresh = LogLimit.lastRefreshTick.load(std::memory_order_acquire);
+    const std::uint64_t known = keepOpenInterval_.load(std::memory_order_relaxed);
+    if (known >> 32 == refresh) [[likely]]
+        return static_cast<std::uint32_t>(known);
+    const std::uint32_t interval = GetNumberOr(KeepOpenKey, LogDefaults.keepOpenIntervalMs);
+    keepOpenInterval_.store(std::uint64_t{refresh} << 32 | interval, std::memory_order_relaxed);
+    return interval;
+}
+
 WideString LogSettings::GetLogDirectory() {
     RefreshIfDue();
     const CriticalSectionGuard guard(directoryLock_);
     if (logDirectoryStale_.load(std::memory_order_acquire)) {
         WideString directory = ComputeDirectory();
-        if (directory != logDirectory_) {
+        if (directory != logDirectory_ || !isLogDirectoryMade_) {
             logDirectory_ = std::move(directory);
-            CreateDirectoryPath(logDirectory_, DefaultSecurity, OnError::Ignore);
+            isLogDirectoryMade_ = CreateDirectoryPath(logDirectory_, DefaultSecurity, OnError::Ignore);
         }
         logDirectoryStale_.store(false, std::memory_order_relaxed);
     }

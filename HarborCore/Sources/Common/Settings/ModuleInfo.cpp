@@ -1,6 +1,7 @@
 #include "Common/Settings/ModuleInfo.h"
 
 #include "Common/Base/HRes.h"
+#include "Common/Base/SingletonHolder.h"
 #include "Platform/Environment.h"
 #include "Platform/Errors.h"
 
@@ -11,6 +12,29 @@ constexpr std::size_t FirstBufferSize = 260;
 constexpr std::u16string_view Separators = u"\\/";
 
 const char InsideThisModule = 0;
+
+WideString AskFilePath(Platform::HMODULE module) {
+    WideString path(FirstBufferSize, u'\0');
+    for (;;) {
+        const auto size = static_cast<Platform::DWORD>(path.size());
+        const Platform::DWORD length = Platform::GetModuleFileNameW(module, path.data(), size);
+        ThrowLastErrorIfFalse(length != 0);
+        if (length < size) {
+            path.resize(length);
+            return path;
+        }
+        path.resize(std::size_t{length} * 2);
+    }
+}
+
+// The settings store asks for both when the module is loaded. They are kept, since the system may need a file to
+// answer, and later the process may have no descriptor left for it.
+struct KnownPaths {
+    const WideString process = AskFilePath(nullptr);
+    const WideString own = AskFilePath(OwnModule());
+};
+
+constinit SingletonHolder<KnownPaths> Paths;
 
 }  // namespace
 
@@ -28,17 +52,9 @@ bool IsMainModule(Platform::HMODULE module) noexcept {
 }
 
 WideString ModuleFilePath(Platform::HMODULE module) {
-    WideString path(FirstBufferSize, u'\0');
-    for (;;) {
-        const auto size = static_cast<Platform::DWORD>(path.size());
-        const Platform::DWORD length = Platform::GetModuleFileNameW(module, path.data(), size);
-        ThrowLastErrorIfFalse(length != 0);
-        if (length < size) {
-            path.resize(length);
-            return path;
-        }
-        path.resize(std::size_t{length} * 2);
-    }
+    const KnownPaths& known = Paths.Get();
+    if (module == nullptr) return known.process;
+    return module == OwnModule() ? known.own : AskFilePath(module);
 }
 
 WideString ModuleDirectory(Platform::HMODULE module) {

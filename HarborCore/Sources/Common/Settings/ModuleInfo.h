@@ -16,7 +16,8 @@ namespace Harbor {
 // Whether the name of a module includes its extension. Every caller says Strip so far.
 enum class Extension { Keep, Strip };
 
-// Each of these takes null for the process's main module. The directory ends in a separator.
+// Each of these takes null for the process's main module. The directory ends in a separator. The paths of this module
+// and of the main module are those that were found at load.
 [[nodiscard]] WideString ModuleFilePath(Platform::HMODULE module);
 [[nodiscard]] WideString ModuleDirectory(Platform::HMODULE module);
 [[nodiscard]] WideString ModuleName(Platform::HMODULE module, Extension extension);

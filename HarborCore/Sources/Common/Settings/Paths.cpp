@@ -65,12 +65,15 @@ WideString ResolveDots(std::u16string_view path) {
     return resolved.empty() ? u"." : resolved;
 }
 
-void CreateIfMissing(const WideString& directory, void* security, OnError onError) {
-    if (Platform::GetFileAttributesW(directory.c_str()) != Platform::INVALID_FILE_ATTRIBUTES) return;
+// Returns whether the directory exists now.
+bool CreateIfMissing(const WideString& directory, void* security, OnError onError) {
+    const Platform::DWORD attributes = Platform::GetFileAttributesW(directory.c_str());
+    if (attributes != Platform::INVALID_FILE_ATTRIBUTES) return (attributes & Platform::FILE_ATTRIBUTE_DIRECTORY) != 0;
     const Platform::DWORD error = Platform::GetLastError();
-    if (error != Platform::ERROR_FILE_NOT_FOUND && error != Platform::ERROR_PATH_NOT_FOUND) return;
+    if (error != Platform::ERROR_FILE_NOT_FOUND && error != Platform::ERROR_PATH_NOT_FOUND) return false;
     const HRES created = HRES::FromBoolUnchecked(Platform::CreateDirectoryW(directory.c_str(), security));
     if (onError == OnError::Throw) created.ThrowIfFailed();
+    return created.Succeeded();
 }
 
 }  // namespace
@@ -97,12 +100,24 @@ WideString CombinePath(const WideString& base, const WideString& rest) {
     return ResolveDots(joined + rest);
 }
 
-void CreateDirectoryPath(const WideString& path, void* security, OnError onError) {
+WideString SystemPath(const WideString& path) {
+    constexpr std::size_t usualSize = 260;
+    WideString shown(usualSize, u'\0');
+    for (;;) {
+        const auto size = static_cast<Platform::DWORD>(shown.size());
+        const Platform::DWORD length = Platform::GetFullPathNameW(path.c_str(), size, shown.data(), nullptr);
+        if (length == 0) return path;
+        shown.resize(length);
+        if (length < size) return shown;
+    }
+}
+
+bool CreateDirectoryPath(const WideString& path, void* security, OnError onError) {
     for (std::size_t at = path.find_first_of(Separators, 1); at != path.npos;
          at = path.find_first_of(Separators, at + 1)) {
         CreateIfMissing(path.substr(0, at), security, onError);
     }
-    CreateIfMissing(path, security, onError);
+    return CreateIfMissing(path, security, onError);
 }
 
 }  // namespace Harbor

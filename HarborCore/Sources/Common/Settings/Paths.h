@@ -18,13 +18,17 @@ void EnsureTrailingSeparator(WideString& path, WideChar separator);
 // it shows where it is used.
 [[nodiscard]] WideString CombinePath(const WideString& base, const WideString& rest);
 
+// Returns the absolute path in the form of this system, for a person to read; unchanged if the system fails.
+[[nodiscard]] WideString SystemPath(const WideString& path);
+
 enum class OnError { Throw, Ignore };
 
 // The security of a directory that is created as any other in its parent. Every caller passes it so far.
 inline constexpr void* DefaultSecurity = nullptr;
 
-// Creates a directory with all its parents. `security` is passed to the system. With OnError::Throw, which nobody
-// passes so far, a directory that cannot be created is thrown as HRX; with OnError::Ignore the rest is still tried.
-void CreateDirectoryPath(const WideString& path, void* security, OnError onError);
+// Creates a directory with all its parents. `security` is passed to the system. Returns whether the directory exists
+// now. With OnError::Throw, which nobody passes so far, a directory that cannot be created is thrown as HRX; with
+// OnError::Ignore the rest is still tried.
+bool CreateDirectoryPath(const WideString& path, void* security, OnError onError);
 
 }  // namespace Harbor

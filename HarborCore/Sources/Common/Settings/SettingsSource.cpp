@@ -18,15 +18,20 @@ const WideChar* SectionName(const WideChar* section) noexcept {
 
 // Returns the code for a place that returned no value, from the last error. A place that cannot be read now must not be
 // reported as one without the setting: a caller that keeps the answer (the rules of hidden attributes) would keep a
-// wrong one.
+// wrong one. So only the reasons that last count as a missing setting.
 HRESULT CodeOfMissingValue() noexcept {
     switch (Platform::GetLastError()) {
-        case Platform::ERROR_NOT_ENOUGH_MEMORY:
-        case Platform::ERROR_TOO_MANY_OPEN_FILES:
-        case Platform::ERROR_IO_DEVICE:
-            return E_ABORT;
-        default:
+        case Platform::ERROR_SUCCESS:  // an empty value
+        case Platform::ERROR_FILE_NOT_FOUND:
+        case Platform::ERROR_PATH_NOT_FOUND:
+        case Platform::ERROR_ACCESS_DENIED:
+        case Platform::ERROR_INVALID_PARAMETER:
+        case Platform::ERROR_ENVVAR_NOT_FOUND:
+        case Platform::ERROR_FILENAME_EXCED_RANGE:
+        case Platform::ERROR_CANT_RESOLVE_FILENAME:
             return NOT_FOUND;
+        default:
+            return E_ABORT;
     }
 }
 
@@ -120,11 +125,13 @@ HRESULT IniSettingsSource::Find(const WideChar* section, const WideChar* key, Wi
     section = SectionName(section);
     HRESULT code = ReadEnvironmentVariable(GlobalIniVariable, file);
     if (Succeeded(code)) code = ReadIniKey(section, key, file, value);
-    for (auto next = files_.begin(); code == NOT_FOUND && next != files_.end(); ++next) {
+    bool isAnyUnreadable = code == E_ABORT;
+    for (auto next = files_.begin(); Failed(code) && next != files_.end(); ++next) {
         file = *next;
         code = ReadIniKey(section, key, file, value);
+        isAnyUnreadable = isAnyUnreadable || code == E_ABORT;
     }
-    return code;
+    return Failed(code) && isAnyUnreadable ? E_ABORT : code;
 }
 
 }  // namespace Harbor

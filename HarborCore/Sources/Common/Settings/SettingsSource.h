@@ -12,8 +12,8 @@ namespace Harbor {
 inline constexpr WideChar GeneralSection[] = u"General";
 
 // A source. Both functions store the value and return S_OK, or return a failure: NOT_FOUND if the source does not have
-// the setting, E_ABORT if that cannot be determined now, because memory or descriptors run out or a file cannot be read
-// to its end. A null section means "General".
+// the setting, E_ABORT if that cannot be determined now, because memory or descriptors run out, another process holds
+// the file, or it cannot be read to its end. A null section means "General".
 class ISettingsSource {
 public:
     virtual ~ISettingsSource() = default;
@@ -38,7 +38,8 @@ public:
 };
 
 // INI files: first the file that the environment variable GLOBAL_SETTINGS_INI names at the time of the look-up, then
-// the files in the directories of the process and of the module. A key with an empty value is a missing key.
+// the files in the directories of the process and of the module. A key with an empty value is a missing key. A file
+// that cannot be read now does not end the search: the result is E_ABORT only if no other file has the key.
 class IniSettingsSource : public SettingsSource {
 public:
     // For this module.
