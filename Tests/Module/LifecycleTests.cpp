@@ -1,5 +1,3 @@
-#include <sys/resource.h>
-
 #include <cstdio>
 
 #include "DataCollection/TriggerStrategy.h"
@@ -114,23 +112,6 @@ TEST_F(ModuleTest, RejectsWhatItCannotCreateAndLeavesNoObject) {
 
     EXPECT_EQ(CountOf("| Entering: DataCollection::ActionManagement::ActionManager::FinalRelease\r\n", module.Log()),
               3u);
-}
-
-TEST_F(ModuleTest, IsConfiguredWithoutAFreeFileDescriptor) {
-    const LoadedModule module("DBG");
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
-    const rlimit none{0, before.rlim_max};
-    testing::internal::CaptureStderr();
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-    {
-        const auto manager = module.Create();
-        EXPECT_EQ(Configure(manager, 1), S_OK);
-    }
-    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(),
-                testing::MatchesRegex("FileLogger: cannot open log file '.*' \\(error: 0x80070004\\)\n"
-                                      "FileLogger: the system's own error is 24 \\(Too many open files\\)\n"));
 }
 
 // Every other time with the log, which creates the objects that only the log and failures need, and opens its file.
