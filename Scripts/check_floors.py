@@ -46,9 +46,9 @@ FLOORS = [
 LEVEL = {room: level for level, rooms in enumerate(FLOORS) for room in rooms}
 
 # Where an include is searched, after the folder of the including file.
-ROOTS = ["Platform/Include", "Platform/Posix", "Neighbours/Include", "HarborCore/Include", "HarborCore/Sources",
-         "DataCollectionCore/Include", SOURCES, "StandIns/NodeFabric/Include", "StandIns/ModuleBroker/Include",
-         "StandIns/ConfigServer/Include", "Tests", "Benchmarks", "Fuzz", "."]
+ROOTS = ["Platform/Include", "Platform/Common", "Platform/Posix", "Platform/Windows", "Neighbours/Include",
+         "HarborCore/Include", "HarborCore/Sources", "DataCollectionCore/Include", SOURCES,
+         "StandIns/NodeFabric/Include", "StandIns/ModuleBroker/Include", "StandIns/ConfigServer/Include", "Tests", "Benchmarks", "Fuzz", "."]
 
 
 def room_of(path):

@@ -307,7 +307,7 @@ Options ReadSettings(const GivenValues& values) {
 
 // "help" alone, or before or after the name of a command, is the same as --help.
 std::vector<std::string> Arguments(int argc, const char* const* argv) {
-    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    std::vector<std::string> arguments = ProgramArguments(argc, argv);
     const auto help = std::ranges::find(arguments, "help");
     const bool isOnlyHelp = arguments.size() <= 2 && help != arguments.end();
     if (isOnlyHelp) {

@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 2> Schedules{"every", "at"};
 // The build puts the module beside the host, the installation into a folder of its own.
 std::string DefaultModule() {
     const std::string directory = Harbor::ToUtf8(Harbor::ModuleDirectory(nullptr));
-    const std::string beside = directory + "OrvActionManager.so";
+    const std::string beside = directory + HOST_MODULE;
     return std::filesystem::exists(beside) ? beside : directory + HOST_INSTALLED_MODULE;
 }
 

@@ -4,10 +4,10 @@
 
 #include <functional>
 #include <iosfwd>
-#include <mutex>
 #include <optional>
 #include <string>
 
+#include "Common/Base/Lock.h"
 #include "Host/Console/Terminal.h"
 
 namespace Host {
@@ -37,7 +37,7 @@ private:
 
     const std::optional<Terminal> terminal_;
     const std::function<void()> onBroken_;
-    std::mutex lock_;  // guards all members below
+    Harbor::Lock lock_;  // guards all members below
     std::ostream& out_;
     std::ostream& messages_;
     std::string statusLine_;

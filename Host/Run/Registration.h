@@ -1,10 +1,10 @@
 // One registration at the module: its subscription, and the calls that it causes.
 #pragma once
 
-#include <mutex>
 #include <string>
 #include <string_view>
 
+#include "Common/Base/Lock.h"
 #include "DataCollection/ActionManager.h"
 #include "Harbor/ComponentPtr.h"
 #include "Host/Run/Report.h"
@@ -48,7 +48,7 @@ private:
     Report& report_;
     SubscriptionPtr subscription_;
 
-    mutable std::mutex lock_;  // guards the members below
+    mutable Harbor::Lock lock_;  // guards the members below
     LatenessStatistics statistics_;
     std::optional<TimePoint> last_;                  // the time of the last call
     std::optional<std::uint64_t> intervalsReached_;  // by the last call

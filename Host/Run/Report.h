@@ -2,10 +2,10 @@
 #pragma once
 
 #include <functional>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "Common/Base/Lock.h"
 #include "Host/Base/OutputFormat.h"
 #include "Host/Console/ConsoleOutput.h"
 #include "Host/Log/LogEntry.h"
@@ -67,7 +67,7 @@ private:
     const OutputFormat format_;
     ConsoleOutput& output_;
 
-    std::mutex statesLock_;  // guards states_
+    Harbor::Lock statesLock_;  // guards states_
     std::function<std::vector<RegistrationState>()> states_;
 };
 

@@ -1,7 +1,6 @@
 #include "Host/Run/Run.h"
 
 #include <iostream>
-#include <thread>
 
 #include "Common/Nodes/ACNode.h"
 #include "Harbor/Configurable.h"
@@ -13,6 +12,7 @@
 #include "Host/Run/WatchRegistration.h"
 #include "Host/Schedules/LocalTime.h"
 #include "Host/Settings/ModuleSettings.h"
+#include "Platform/Process.h"
 
 namespace Host {
 
@@ -59,7 +59,7 @@ void WaitForLastCycles(IComponentsModule& module, milliseconds polling) {
     if (polling * 2 > longest) return;
     const auto until = std::chrono::steady_clock::now() + longest;
     while (CountObjects(module) > onlyManager && std::chrono::steady_clock::now() < until) {
-        std::this_thread::sleep_for(step);
+        Platform::Sleep(static_cast<Platform::DWORD>(step.count()));
     }
 }
 

@@ -23,7 +23,7 @@ private:
     const DataCollection::ActionManagement::ForcedActionConfig config_;
     const Harbor::WideString path_;
 
-    mutable std::mutex lock_;  // guards written_
+    mutable Harbor::Lock lock_;  // guards written_
     std::optional<TimePoint> written_;
 };
 

@@ -1,4 +1,4 @@
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "FileTimes.h"
 
 namespace Platform {

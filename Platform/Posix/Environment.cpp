@@ -6,7 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Platform/Errors.h"
 #include "Utf.h"
 
@@ -15,9 +15,9 @@ namespace Platform {
 namespace {
 
 std::optional<WideString> ReadVariable(std::u16string_view name) {
-    const char* const value = std::getenv(Posix::ToUtf8(name).c_str());
+    const char* const value = std::getenv(Common::ToUtf8(name).c_str());
     if (value == nullptr) return std::nullopt;
-    return Posix::ToWide(value);
+    return Common::ToWide(value);
 }
 
 // The "%" that ends an unknown name may begin the next reference, as in "50% of %HOME%".

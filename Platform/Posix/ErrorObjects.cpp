@@ -9,7 +9,7 @@
 #include <new>
 #include <optional>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Platform/Errors.h"
 
 namespace Platform {

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "Descriptors.h"
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Handles.h"
 #include "Paths.h"
 
@@ -172,7 +172,9 @@ BOOL GetFileInformationByHandle(HANDLE handle, BY_HANDLE_FILE_INFORMATION* infor
     struct statx status;
     if (statx(file->descriptor, "", AT_EMPTY_PATH, STATX_INO | STATX_BTIME, &status) != 0) return FailByErrno(FALSE);
     const std::uint64_t index = FileIndex(file->descriptor, status);
-    *information = {VolumeNumber(status), HighHalf(index), LowHalf(index)};
+    *information = {.dwVolumeSerialNumber = VolumeNumber(status),
+                    .nFileIndexHigh = HighHalf(index),
+                    .nFileIndexLow = LowHalf(index)};
     return TRUE;
 }
 

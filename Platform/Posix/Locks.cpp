@@ -1,6 +1,6 @@
 // The lock is two words: its state, and a counter on which writers sleep. Readers sleep on the state. Writers come
 // first: a reader waits as long as a writer does.
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Futex.h"
 #include "Platform/Threads.h"
 

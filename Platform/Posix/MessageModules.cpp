@@ -16,6 +16,8 @@
 
 namespace Platform::Posix {
 
+using namespace Common;
+
 namespace {
 
 constexpr std::uint16_t AnyLanguage = 0;

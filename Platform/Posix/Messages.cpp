@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "MessageModules.h"
 #include "Platform/Errors.h"
 #include "SystemMessages.h"

@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "MessageModules.h"
 #include "ModulePaths.h"
 #include "Paths.h"
@@ -22,6 +22,7 @@
 
 namespace Platform {
 
+using namespace Common;
 using namespace Posix;
 
 namespace {

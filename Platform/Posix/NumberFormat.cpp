@@ -3,7 +3,7 @@
 #include <optional>
 #include <string_view>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Platform/Errors.h"
 #include "Platform/Text.h"
 

@@ -18,11 +18,12 @@
 #include <thread>
 
 #include "Descriptors.h"
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Utf.h"
 
 namespace Platform {
 
+using namespace Common;
 using namespace Posix;
 
 namespace {
@@ -116,7 +117,7 @@ unsigned ShiftOf(DWORD type) noexcept {
     return BitsPerCondition * static_cast<unsigned>(std::countr_zero(type));
 }
 
-constexpr OSVERSIONINFOEXW SystemVersion = {10, 0, 0};
+constexpr OSVERSIONINFOEXW SystemVersion{.dwMajorVersion = 10};
 
 // In the order of comparison: the minor version only counts if the major versions are equal.
 struct VersionPart {

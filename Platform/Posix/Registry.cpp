@@ -61,7 +61,7 @@ WideString FullPath(std::u16string_view rootName, const WideChar* path) {
 
 const RegistryValue* FindValue(const RegistryKeyOpaque& key, std::u16string_view name) noexcept {
     const auto value = std::find_if(key.values.begin(), key.values.end(), [name](const RegistryValue& candidate) {
-        return Posix::EqualIgnoringCase(candidate.name, name);
+        return Common::EqualIgnoringCase(candidate.name, name);
     });
     return value != key.values.end() ? &*value : nullptr;
 }

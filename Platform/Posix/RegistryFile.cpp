@@ -9,6 +9,8 @@
 
 namespace Platform::Posix {
 
+using namespace Common;
+
 namespace {
 
 constexpr DWORD REG_BINARY = 3;

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Platform/Errors.h"
 #include "Utf.h"
 
@@ -13,7 +13,7 @@ namespace Platform {
 
 namespace {
 
-using Posix::MalformedCharacter;
+using Common::MalformedCharacter;
 
 // The text of `length` units. For -1 it ends with its terminator and includes it.
 template <typename Unit>
@@ -77,10 +77,10 @@ int MultiByteToWideChar(DWORD codePage, DWORD flags, const char* text, int lengt
     for (std::string_view rest = SourceText(text, length);;) {
         sink.AppendAscii(TakeAscii(rest));
         if (rest.empty()) break;
-        const char32_t character = Posix::TakeUtf8(rest);
+        const char32_t character = Common::TakeUtf8(rest);
         if (character == MalformedCharacter && flags == MB_ERR_INVALID_CHARS)
             return Posix::Fail(ERROR_NO_UNICODE_TRANSLATION, 0);
-        sink.Append(Posix::EncodeUtf16(character == MalformedCharacter ? Posix::ReplacementCharacter : character));
+        sink.Append(Common::EncodeUtf16(character == MalformedCharacter ? Common::ReplacementCharacter : character));
     }
     return sink.Result();
 }
@@ -95,8 +95,8 @@ int WideCharToMultiByte(DWORD codePage, DWORD flags, const WideChar* text, int l
     for (std::u16string_view rest = SourceText(text, length);;) {
         sink.AppendAscii(TakeAscii(rest));
         if (rest.empty()) break;
-        const char32_t character = Posix::TakeUtf16(rest);
-        sink.Append(Posix::EncodeUtf8(character == MalformedCharacter ? Posix::ReplacementCharacter : character));
+        const char32_t character = Common::TakeUtf16(rest);
+        sink.Append(Common::EncodeUtf8(character == MalformedCharacter ? Common::ReplacementCharacter : character));
     }
     return sink.Result();
 }

@@ -4,9 +4,11 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <string_view>
 
-#include "Utf.h"
+#include "ErrnoCodes.h"
+#include "Paths.h"
+#include "Platform/Errors.h"
+#include "TextEncoding.h"
 
 namespace Platform::Posix {
 
@@ -43,25 +45,6 @@ private:
     const int descriptor_;
 };
 
-std::u16string DecodeUtf16LittleEndian(std::string_view bytes) {
-    std::u16string text;
-    text.reserve(bytes.size() / 2 + 1);
-    for (; bytes.size() >= 2; bytes.remove_prefix(2)) {
-        const unsigned low = static_cast<unsigned char>(bytes[0]);
-        const unsigned high = static_cast<unsigned char>(bytes[1]);
-        text.push_back(static_cast<char16_t>(high << 8 | low));
-    }
-    if (!bytes.empty()) text.push_back(ReplacementCharacter);
-    return text;
-}
-
-std::u16string Decode(std::string_view bytes) {
-    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF", utf16Mark = "\xFF\xFE";
-    if (bytes.starts_with(utf16Mark)) return DecodeUtf16LittleEndian(bytes.substr(utf16Mark.size()));
-    if (bytes.starts_with(utf8Mark)) bytes.remove_prefix(utf8Mark.size());
-    return ToWide(bytes);
-}
-
 }  // namespace
 
 bool ReadTextFile(const std::string& nativePath, std::u16string& text, int& errorNumber) {
@@ -71,8 +54,18 @@ bool ReadTextFile(const std::string& nativePath, std::u16string& text, int& erro
         errorNumber = errno;
         return false;
     }
-    text = Decode(bytes);
+    text = Common::DecodeText(bytes);
     return true;
 }
 
 }  // namespace Platform::Posix
+
+namespace Platform::Common {
+
+DWORD ReadTextFile(const WideChar* path, WideString& text) {
+    int errorNumber = 0;
+    return Posix::ReadTextFile(Posix::NativePath(path), text, errorNumber) ? ERROR_SUCCESS
+                                                                           : Posix::Win32FromErrno(errorNumber);
+}
+
+}  // namespace Platform::Common

@@ -5,7 +5,7 @@
 #include <memory>
 #include <mutex>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "Handles.h"
 
 namespace Platform {

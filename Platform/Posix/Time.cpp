@@ -2,7 +2,7 @@
 
 #include <time.h>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "FileTimes.h"
 
 namespace Platform {

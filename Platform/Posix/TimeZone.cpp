@@ -3,7 +3,7 @@
 #include <atomic>
 #include <optional>
 
-#include "Failure.h"
+#include "ErrnoFailure.h"
 #include "FileTimes.h"
 
 namespace Platform {
@@ -125,15 +125,15 @@ DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcep
     const LONG bias = -MinutesOf(present->seconds);
     const auto other = OtherOffset(now, *present);
     if (!other) {
-        *zone = {bias, 0, 0};
+        *zone = {.Bias = bias};
         return TIME_ZONE_ID_UNKNOWN;
     }
     const LONG otherBias = -MinutesOf(other->seconds);
     if (present->isDaylight) {
-        *zone = {otherBias, 0, bias - otherBias};
+        *zone = {.Bias = otherBias, .DaylightBias = bias - otherBias};
         return TIME_ZONE_ID_DAYLIGHT;
     }
-    *zone = {bias, 0, otherBias - bias};
+    *zone = {.Bias = bias, .DaylightBias = otherBias - bias};
     return TIME_ZONE_ID_STANDARD;
 }
 

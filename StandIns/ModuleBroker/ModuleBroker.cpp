@@ -1,10 +1,10 @@
 #include "ModuleBroker/Registration.h"
 
 #include <map>
-#include <mutex>
 #include <new>
 #include <string_view>
 
+#include "Common/Base/Lock.h"
 #include "Harbor/ComponentPtr.h"
 
 using namespace Harbor;
@@ -13,7 +13,7 @@ namespace {
 
 using Instance = ComponentPtr<IComponentUnknown>;
 
-std::mutex InstancesLock;
+Harbor::Lock InstancesLock;
 std::map<WideString, Instance, std::less<>> Instances;  // guarded by InstancesLock
 
 Instance FindInstance(std::u16string_view name) {

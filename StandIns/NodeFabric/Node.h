@@ -2,10 +2,10 @@
 #pragma once
 
 #include <atomic>
-#include <mutex>
 
 #include "Attributes.h"
 #include "ChildList.h"
+#include "Common/Base/Lock.h"
 
 struct AcnNodeOpaque {
     AcnNodeOpaque(std::u16string_view itsName, std::u16string_view itsType) : name(itsName), type(itsType) {}
@@ -15,7 +15,7 @@ struct AcnNodeOpaque {
     const Platform::WideString type;
 
     // Guarded by attributesLock.
-    mutable std::mutex attributesLock;
+    mutable Harbor::Lock attributesLock;
     NodeFabric::AttributeSet attributes;
 
     // Guarded by the structure lock (Tree.cpp). A parent owns its children.

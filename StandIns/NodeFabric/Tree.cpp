@@ -1,7 +1,6 @@
 #include "Tree.h"
 
 #include <algorithm>
-#include <mutex>
 #include <vector>
 
 #include "Node.h"
@@ -14,7 +13,7 @@ namespace {
 
 constexpr WideChar Separator = u'\\';
 
-std::shared_mutex StructureLock;
+Harbor::ReaderWriterLock StructureLock;
 std::atomic<std::uint64_t> OpenHandles{0};
 
 // Deletes leaf by leaf without recursion, since a tree may be deeper than any call stack.
@@ -114,7 +113,7 @@ WideString PathOf(const Node& node) {
 
 }  // namespace
 
-std::shared_lock<std::shared_mutex> LockStructure() {
+std::shared_lock<Harbor::ReaderWriterLock> LockStructure() {
     return std::shared_lock(StructureLock);
 }
 

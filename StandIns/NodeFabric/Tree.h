@@ -12,6 +12,7 @@
 #include <shared_mutex>
 #include <string_view>
 
+#include "Common/Base/Lock.h"
 #include "Harbor/ResultCodes.h"
 #include "NodeFabric/NodeFabric.h"
 
@@ -39,7 +40,7 @@ void Close(Node& node) noexcept;
 
 // For walks. While the lock is held, the structure of no tree changes. The holder must not call a callback and must not
 // close a handle. OpenLocked opens a node with the lock held; the caller must have a handle to it or to its parent.
-[[nodiscard]] std::shared_lock<std::shared_mutex> LockStructure();
+[[nodiscard]] std::shared_lock<Harbor::ReaderWriterLock> LockStructure();
 [[nodiscard]] AcnHandle OpenLocked(Node& node) noexcept;
 
 struct CloseDeleter {

@@ -60,11 +60,13 @@ TEST_F(Schedules, ComputeTheirFirstRun) {
         Platform::DWORD result;
         Platform::DYNAMIC_TIME_ZONE_INFORMATION biases;
     };
-    const Zone utc{Platform::TIME_ZONE_ID_UNKNOWN, {}}, east{Platform::TIME_ZONE_ID_UNKNOWN, {-180, 60, 60}};
-    const Zone west{Platform::TIME_ZONE_ID_UNKNOWN, {300, 0, 0}}, india{Platform::TIME_ZONE_ID_UNKNOWN, {-330, 0, 0}};
-    const Zone winter{Platform::TIME_ZONE_ID_STANDARD, {-60, 30, -60}};
-    const Zone summer{Platform::TIME_ZONE_ID_DAYLIGHT, {-60, 30, -60}};
-    const Zone failing{Platform::TIME_ZONE_ID_INVALID, {300, 0, 0}}, strange{3, {300, 0, 0}};
+    const Zone utc{Platform::TIME_ZONE_ID_UNKNOWN, {}},
+        east{Platform::TIME_ZONE_ID_UNKNOWN, {.Bias = -180, .StandardBias = 60, .DaylightBias = 60}};
+    const Zone west{Platform::TIME_ZONE_ID_UNKNOWN, {.Bias = 300}},
+        india{Platform::TIME_ZONE_ID_UNKNOWN, {.Bias = -330}};
+    const Zone winter{Platform::TIME_ZONE_ID_STANDARD, {.Bias = -60, .StandardBias = 30, .DaylightBias = -60}};
+    const Zone summer{Platform::TIME_ZONE_ID_DAYLIGHT, {.Bias = -60, .StandardBias = 30, .DaylightBias = -60}};
+    const Zone failing{Platform::TIME_ZONE_ID_INVALID, {.Bias = 300}}, strange{3, {.Bias = 300}};
     const std::string difference = "DBG2 LocalTimeDiff: ", zero = difference + "0";
     const std::string warning = "WARN Cannot determine local time zone bias.", utcUsed = "*. UTC time will be used.";
     const std::string nextDay =

@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 
 #include "Common/Settings/DataDirectory.h"
+#include "Common/Settings/Paths.h"
 #include "Common/Settings/Registry.h"
 #include "Common/Settings/SettingsSection.h"
 #include "Common/Settings/SettingsStore.h"
@@ -146,6 +147,26 @@ void Resolve(const char* path, const char* expected) {
     const std::string module = Stage::ModuleDirectory().string();
     if (resolved.starts_with(module)) resolved.replace(0, module.size(), "<module>");
     EXPECT_EQ(resolved, expected);
+}
+
+TEST(Paths, AreCombinedAndResolved) {
+    const std::tuple<const WideChar*, const WideChar*, WideString> rows[] = {
+        {u"C:\\Data\\", u"a.txt", u"C:\\Data\\a.txt"},
+        {u"/data//x", u"y\\\\z", u"/data/x\\y\\z"},
+        {u"C:\\Data", u"logs\\", u"C:\\Data\\logs\\"},
+        {u"C:\\Data\\", u"", u"C:\\Data\\"},
+        {u"C:\\a\\b", u"..\\", u"C:\\a\\"},
+        {u"C:\\a", u"..\\..\\..\\b", u"C:\\b"},
+        {u"/a/./b", u"./c/.", u"/a/b\\c"},
+        {u"/a", u"...\\.b", u"/a\\...\\.b"},
+        {u"a", u"..\\..\\b", u"..\\b"},
+        {u"a", u"..", u"."},
+        {u"C:\\a", u"/b/../c", u"/c"},
+        {u"C:\\a", u"D:b", u"D:b"},
+        {u"\\\\server\\share", u"x", u"\\\\server\\share\\x"}};
+    for (const auto& [base, rest, expected] : rows) {
+        EXPECT_EQ(CombinePath(base, rest), expected);
+    }
 }
 
 TEST(DataDirectory, ResolvesAPathBySettingsAndOverrides) {

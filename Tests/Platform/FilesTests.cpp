@@ -87,25 +87,3 @@ TEST(Files, ReportWhyAWriteFailedAndHowMuchWasWritten) {
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(outcome, (std::pair{ERROR_FILE_TOO_LARGE, DWORD{10}}));
 }
-
-TEST(Paths, AreCombinedAndResolved) {
-    const std::tuple<const WideChar*, const WideChar*, WideString> rows[] = {
-        {u"C:\\Data\\", u"a.txt", u"C:\\Data\\a.txt"},
-        {u"/data//x", u"y\\\\z", u"/data/x\\y\\z"},
-        {u"C:\\Data", u"logs\\", u"C:\\Data\\logs\\"},
-        {u"C:\\Data\\", u"", u"C:\\Data\\"},
-        {u"C:\\a\\b", u"..\\", u"C:\\a\\"},
-        {u"C:\\a", u"..\\..\\..\\b", u"C:\\b"},
-        {u"/a/./b", u"./c/.", u"/a/b\\c"},
-        {u"/a", u"...\\.b", u"/a\\...\\.b"},
-        {u"a", u"..\\..\\b", u"..\\b"},
-        {u"a", u"..", u"."},
-        {u"C:\\a", u"/b/../c", u"/c"},
-        {u"C:\\a", u"D:b", u"D:b"},
-        {u"\\\\server\\share", u"x", u"\\\\server\\share\\x"}};
-    for (const auto& [base, rest, expected] : rows) {
-        WideChar result[260];
-        ASSERT_EQ(PathCombineW(result, base, rest), result);
-        EXPECT_EQ(result, expected);
-    }
-}

@@ -8,9 +8,9 @@ namespace Platform {
 
 using BSTR = WideChar*;  // a counted text; created and freed by the next two functions
 
-PLATFORM_EXPORT BSTR SysAllocStringLen(const WideChar* text, std::uint32_t length) noexcept;  // null if memory runs out
-PLATFORM_EXPORT void SysFreeString(BSTR text) noexcept;
-PLATFORM_EXPORT std::uint32_t SysStringLen(BSTR text) noexcept;  // in characters; 0 for null
+PLATFORM_API BSTR SysAllocStringLen(const WideChar* text, std::uint32_t length) noexcept;  // null if memory runs out
+PLATFORM_API void SysFreeString(BSTR text) noexcept;
+PLATFORM_API std::uint32_t SysStringLen(BSTR text) noexcept;  // in characters; 0 for null
 
 struct IUnknown {
     static constexpr GUID Id{0x00000000, 0x0000, 0x0000, {0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x46}};
@@ -38,12 +38,12 @@ struct ICreateErrorInfo : IUnknown {
 };
 
 // Creates an error object. The caller owns its one reference. Its QueryInterface supports the three interfaces above.
-PLATFORM_EXPORT HRESULT CreateErrorInfo(ICreateErrorInfo** result) noexcept;
+PLATFORM_API HRESULT CreateErrorInfo(ICreateErrorInfo** result) noexcept;
 // Stores an object in the calling thread's slot and counts a reference on it. Null empties the slot. The object that
 // was there before is released.
-PLATFORM_EXPORT HRESULT SetErrorInfo(DWORD reserved, IErrorInfo* object) noexcept;
+PLATFORM_API HRESULT SetErrorInfo(DWORD reserved, IErrorInfo* object) noexcept;
 // Removes the object from the calling thread's slot. Returns 0 and a reference, which the caller owns, or 1 (S_FALSE)
 // and null if the slot is empty.
-PLATFORM_EXPORT HRESULT GetErrorInfo(DWORD reserved, IErrorInfo** object) noexcept;
+PLATFORM_API HRESULT GetErrorInfo(DWORD reserved, IErrorInfo** object) noexcept;
 
 }  // namespace Platform

@@ -45,7 +45,7 @@ inline constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 
 // The code that the last function of the layer that failed on the calling thread has stored. Functions that succeed do
 // not change it, unless their description says so.
-PLATFORM_EXPORT DWORD GetLastError() noexcept;
-PLATFORM_EXPORT void SetLastError(DWORD code) noexcept;
+PLATFORM_API DWORD GetLastError() noexcept;
+PLATFORM_API void SetLastError(DWORD code) noexcept;
 
 }  // namespace Platform

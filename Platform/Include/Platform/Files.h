@@ -17,44 +17,44 @@ inline constexpr DWORD INVALID_FILE_ATTRIBUTES = 0xFFFFFFFF;
 inline constexpr DWORD INVALID_FILE_SIZE = 0xFFFFFFFF;
 inline constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
 
-// Identifies a file among all files. The numbers of a deleted file are not reused for a new file.
+// The volume and the index identify a file among all files. The numbers of a deleted file are not reused for a new
+// file. On POSIX the other fields are 0.
 struct BY_HANDLE_FILE_INFORMATION {
-    DWORD dwVolumeSerialNumber;
-    DWORD nFileIndexHigh;
-    DWORD nFileIndexLow;
+    DWORD dwFileAttributes = 0;
+    DWORD ftCreationTime[2] = {}, ftLastAccessTime[2] = {}, ftLastWriteTime[2] = {};
+    DWORD dwVolumeSerialNumber = 0;
+    DWORD nFileSizeHigh = 0, nFileSizeLow = 0;
+    DWORD nNumberOfLinks = 0;
+    DWORD nFileIndexHigh = 0, nFileIndexLow = 0;
 };
+static_assert(sizeof(BY_HANDLE_FILE_INFORMATION) == 52);
 
 // Opens a file for appending, and creates it if it does not exist. `access` must be FILE_APPEND_DATA and `disposition`
 // OPEN_ALWAYS; otherwise the call fails with ERROR_INVALID_PARAMETER. `sharing` is 0 or all three FILE_SHARE flags:
 // with 0 the file cannot be opened again by this function while the handle is open. A conflict fails with
 // ERROR_SHARING_VIOLATION. Child processes do not inherit the handle. Returns INVALID_HANDLE_VALUE on failure. The
 // caller must close the handle.
-PLATFORM_EXPORT HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
-                                   DWORD attributes, HANDLE templateFile) noexcept;
+PLATFORM_API HANDLE CreateFileW(const WideChar* path, DWORD access, DWORD sharing, void* security, DWORD disposition,
+                                DWORD attributes, HANDLE templateFile) noexcept;
 
 // Appends the bytes in one piece: no bytes of other threads or processes are written between them. A process that
 // limits the size of its files (RLIMIT_FSIZE) must ignore SIGXFSZ, which the system sends when the limit is reached.
-PLATFORM_EXPORT BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
+PLATFORM_API BOOL WriteFile(HANDLE file, const void* data, DWORD size, DWORD* written, void* overlapped) noexcept;
 
 // Returns the low half of the size and stores the high half in `*high`, unless that is null. INVALID_FILE_SIZE is a
 // failure if the last error is not ERROR_SUCCESS, and otherwise a size.
-PLATFORM_EXPORT DWORD GetFileSize(HANDLE file, DWORD* high) noexcept;
-PLATFORM_EXPORT BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) noexcept;
+PLATFORM_API DWORD GetFileSize(HANDLE file, DWORD* high) noexcept;
+PLATFORM_API BOOL GetFileInformationByHandle(HANDLE file, BY_HANDLE_FILE_INFORMATION* information) noexcept;
 
 // Creates a second handle of the same file in this process. Both handles must be closed.
-PLATFORM_EXPORT BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target,
-                                     DWORD access, BOOL inherit, DWORD options) noexcept;
-PLATFORM_EXPORT BOOL CloseHandle(HANDLE handle) noexcept;
+PLATFORM_API BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, HANDLE* target,
+                                  DWORD access, BOOL inherit, DWORD options) noexcept;
+PLATFORM_API BOOL CloseHandle(HANDLE handle) noexcept;
 
 // Returns FILE_ATTRIBUTE_DIRECTORY or FILE_ATTRIBUTE_NORMAL, or INVALID_FILE_ATTRIBUTES on failure.
-PLATFORM_EXPORT DWORD GetFileAttributesW(const WideChar* path) noexcept;
+PLATFORM_API DWORD GetFileAttributesW(const WideChar* path) noexcept;
 // Creates one directory. Fails with ERROR_PATH_NOT_FOUND if its parent does not exist, and with ERROR_ALREADY_EXISTS if
 // the name is in use.
-PLATFORM_EXPORT BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept;
-
-// Joins two paths with one "\" and resolves "." and "..". If `rest` is absolute, `base` is ignored. `result` must have
-// room for 260 characters or for the sum of both lengths plus 2, whichever is larger. Returns `result`, or null if
-// the text is too long for a path.
-PLATFORM_EXPORT WideChar* PathCombineW(WideChar* result, const WideChar* base, const WideChar* rest) noexcept;
+PLATFORM_API BOOL CreateDirectoryW(const WideChar* path, void* security) noexcept;
 
 }  // namespace Platform

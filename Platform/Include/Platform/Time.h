@@ -15,13 +15,20 @@ struct SYSTEMTIME {
     std::uint16_t wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
 };
 
-// The biases of a time zone, in minutes. UTC is local time plus the bias, so a bias is negative east of Greenwich. The
-// names of the zone and the dates of its changes are omitted: no caller reads them.
+// The biases of a time zone, in minutes. UTC is local time plus the bias, so a bias is negative east of Greenwich. On
+// POSIX the names of the zone and the dates of its changes are 0: no caller reads them.
 struct DYNAMIC_TIME_ZONE_INFORMATION {
-    LONG Bias;
-    LONG StandardBias;
-    LONG DaylightBias;
+    LONG Bias = 0;
+    WideChar StandardName[32] = {};
+    SYSTEMTIME StandardDate = {};
+    LONG StandardBias = 0;
+    WideChar DaylightName[32] = {};
+    SYSTEMTIME DaylightDate = {};
+    LONG DaylightBias = 0;
+    WideChar TimeZoneKeyName[128] = {};
+    std::uint8_t DynamicDaylightTimeDisabled = 0;
 };
+static_assert(sizeof(DYNAMIC_TIME_ZONE_INFORMATION) == 432);
 
 inline constexpr DWORD TIME_ZONE_ID_UNKNOWN = 0;   // the zone has no daylight saving: only Bias applies
 inline constexpr DWORD TIME_ZONE_ID_STANDARD = 1;  // Bias + StandardBias applies
@@ -30,26 +37,26 @@ inline constexpr DWORD TIME_ZONE_ID_INVALID = 0xFFFFFFFF;
 
 // Returns the milliseconds of a monotonic clock of coarse resolution (up to 16 ms). The count wraps at 32 bits. A call
 // takes a few nanoseconds, allocates nothing and takes no lock.
-PLATFORM_EXPORT DWORD GetTickCount() noexcept;
+PLATFORM_API DWORD GetTickCount() noexcept;
 
 // Read the wall clock in UTC. The precise form has the finest resolution that the system offers.
-PLATFORM_EXPORT void GetSystemTimeAsFileTime(FILETIME* time) noexcept;
-PLATFORM_EXPORT void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept;
+PLATFORM_API void GetSystemTimeAsFileTime(FILETIME* time) noexcept;
+PLATFORM_API void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept;
 
 // Converts UTC to local time with the offset that the zone of the process has at `*utc`. Fails with
 // ERROR_INVALID_PARAMETER if a pointer is null or a time is out of range.
-PLATFORM_EXPORT BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) noexcept;
+PLATFORM_API BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) noexcept;
 
 // Convert between a time and its calendar fields, for the years 1601 to 30827. No time zone is applied. Fail with
 // ERROR_INVALID_PARAMETER if a pointer is null or a value is out of range.
-PLATFORM_EXPORT BOOL FileTimeToSystemTime(const FILETIME* time, SYSTEMTIME* fields) noexcept;
-PLATFORM_EXPORT BOOL SystemTimeToFileTime(const SYSTEMTIME* fields, FILETIME* time) noexcept;
+PLATFORM_API BOOL FileTimeToSystemTime(const FILETIME* time, SYSTEMTIME* fields) noexcept;
+PLATFORM_API BOOL SystemTimeToFileTime(const SYSTEMTIME* fields, FILETIME* time) noexcept;
 
 // Stores the biases of the zone of the process and returns which of them applies now: one of the TIME_ZONE_ID values.
-PLATFORM_EXPORT DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcept;
+PLATFORM_API DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcept;
 
 // Read a monotonic counter of high resolution and the number of its ticks per second.
-PLATFORM_EXPORT BOOL QueryPerformanceCounter(std::int64_t* counter) noexcept;
-PLATFORM_EXPORT BOOL QueryPerformanceFrequency(std::int64_t* frequency) noexcept;
+PLATFORM_API BOOL QueryPerformanceCounter(std::int64_t* counter) noexcept;
+PLATFORM_API BOOL QueryPerformanceFrequency(std::int64_t* frequency) noexcept;
 
 }  // namespace Platform

@@ -11,10 +11,58 @@ namespace Harbor {
 namespace {
 
 constexpr std::u16string_view Separators = u"\\/";
-constexpr std::size_t LongestPath = 260;  // the least room that PathCombineW asks for
+constexpr std::size_t DriveLength = 2;
 
 bool IsSeparator(WideChar c) noexcept {
     return Separators.find(c) != Separators.npos;
+}
+
+bool HasDrive(std::u16string_view path) noexcept {
+    return path.size() >= DriveLength && path[1] == u':';
+}
+
+// The drive and the leading separators.
+std::u16string_view RootOf(std::u16string_view path) noexcept {
+    const std::size_t drive = HasDrive(path) ? DriveLength : 0;
+    return path.substr(0, std::min(path.find_first_not_of(Separators, drive), path.size()));
+}
+
+// An element and the separator after it, if any.
+struct Element {
+    std::u16string_view name;
+    std::u16string_view separator;
+};
+
+Element TakeElement(std::u16string_view& path) noexcept {
+    const std::size_t end = std::min(path.find_first_of(Separators), path.size());
+    const Element element{path.substr(0, end), path.substr(end, 1)};
+    path.remove_prefix(end);
+    path.remove_prefix(std::min(path.find_first_not_of(Separators), path.size()));
+    return element;
+}
+
+// Resolves "." and ".." by the text alone. ".." does not go above a drive or a leading separator.
+WideString ResolveDots(std::u16string_view path) {
+    const std::u16string_view root = RootOf(path);
+    std::vector<Element> kept;
+    std::u16string_view lastSeparator;
+    for (std::u16string_view rest = path.substr(root.size()); !rest.empty();) {
+        const Element element = TakeElement(rest);
+        lastSeparator = element.separator;
+        if (element.name == u".") continue;
+        const bool goesUp = element.name == u"..";
+        if (goesUp && !kept.empty() && kept.back().name != u"..") {
+            kept.pop_back();
+        } else if (!goesUp || root.empty()) {
+            kept.push_back(element);
+        }
+    }
+    if (!kept.empty()) kept.back().separator = lastSeparator;
+
+    WideString resolved(root);
+    for (const Element& element : kept) resolved.append(element.name).append(element.separator);
+    // An empty path would be invalid.
+    return resolved.empty() ? u"." : resolved;
 }
 
 void CreateIfMissing(const WideString& directory, void* security, OnError onError) {
@@ -29,7 +77,7 @@ void CreateIfMissing(const WideString& directory, void* security, OnError onErro
 
 bool IsRelativePath(std::u16string_view path) noexcept {
     if (path.empty()) return true;
-    return !IsSeparator(path[0]) && !(path.size() > 1 && path[1] == u':');
+    return !IsSeparator(path[0]) && !HasDrive(path);
 }
 
 void EnsureTrailingSeparator(WideString& path, WideChar separator) {
@@ -43,10 +91,10 @@ std::vector<WideString> SplitPath(std::u16string_view path) {
 
 WideString CombinePath(const WideString& base, const WideString& rest) {
     if (rest.empty()) return base;
-    WideString combined(std::max(base.size() + rest.size() + 2, LongestPath), u'\0');
-    ThrowLastErrorIfFalse(Platform::PathCombineW(combined.data(), base.c_str(), rest.c_str()) != nullptr);
-    combined.resize(combined.find(u'\0'));
-    return combined;
+    if (base.empty() || !IsRelativePath(rest)) return ResolveDots(rest);
+    WideString joined = base;
+    EnsureTrailingSeparator(joined, u'\\');
+    return ResolveDots(joined + rest);
 }
 
 void CreateDirectoryPath(const WideString& path, void* security, OnError onError) {

@@ -13,8 +13,9 @@ namespace Harbor {
 void EnsureTrailingSeparator(WideString& path, WideChar separator);
 // Returns the elements between the separators, without the empty ones.
 [[nodiscard]] std::vector<WideString> SplitPath(std::u16string_view path);
-// Returns both parts joined, with "." and ".." resolved. An empty `rest` returns `base`, an absolute `rest` replaces
-// it. A failure is thrown as HRX.
+// Returns both parts joined, with "." and ".." resolved by the text alone: the same on every system. An empty `rest`
+// returns `base` unchanged, an absolute `rest` replaces it. A path of any length is joined; whether the system accepts
+// it shows where it is used.
 [[nodiscard]] WideString CombinePath(const WideString& base, const WideString& rest);
 
 enum class OnError { Throw, Ignore };

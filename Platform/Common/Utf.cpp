@@ -1,6 +1,6 @@
 #include "Utf.h"
 
-namespace Platform::Posix {
+namespace Platform::Common {
 
 namespace {
 
@@ -104,4 +104,4 @@ std::u16string ToWide(std::string_view text) {
     return result;
 }
 
-}  // namespace Platform::Posix
+}  // namespace Platform::Common

@@ -3,18 +3,15 @@
 #include <string_view>
 
 #include "Failure.h"
-#include "Paths.h"
 #include "Platform/Environment.h"
-#include "TextFile.h"
+#include "TextEncoding.h"
 #include "WideText.h"
 
 namespace Platform {
 
 namespace {
 
-using Posix::EqualIgnoringCase;
-using Posix::TakeLine;
-using Posix::TrimBlanks;
+using namespace Common;
 
 bool IsComment(std::u16string_view line) noexcept {
     return line.starts_with(u';');
@@ -68,14 +65,13 @@ DWORD GetPrivateProfileStringW(const WideChar* section, const WideChar* key, con
                                WideChar* buffer, DWORD size, const WideChar* path) noexcept {
     if (buffer == nullptr || size == 0) return 0;
     buffer[0] = u'\0';
-    return Posix::OrOutOfMemory(DWORD{0}, [&] {
+    return OrOutOfMemory(DWORD{0}, [&] {
         std::optional<std::u16string_view> value;
         WideString text;
-        int errorNumber = 0;
         if (section == nullptr || key == nullptr || path == nullptr) {
             SetLastError(ERROR_INVALID_PARAMETER);
-        } else if (!Posix::ReadTextFile(Posix::NativePath(path), text, errorNumber)) {
-            SetLastError(Posix::Win32FromErrno(errorNumber));
+        } else if (const DWORD error = ReadTextFile(path, text); error != ERROR_SUCCESS) {
+            SetLastError(error);
         } else {
             value = FindValue(text, section, key);
             if (!value) SetLastError(ERROR_FILE_NOT_FOUND);

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <time.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace Host {
@@ -15,6 +16,14 @@ std::optional<std::string> EnvironmentVariable(const char* name) {
 void SetVariableIfMissing(const char* name, const char* value) {
     constexpr int keepExisting = 0;
     setenv(name, value, keepExisting);
+}
+
+std::vector<std::string> ProgramArguments(int argc, const char* const* argv) {
+    return {argv + std::min(argc, 1), argv + argc};
+}
+
+bool HasZoneDatabase() noexcept {
+    return true;
 }
 
 bool SetLocalZone(const std::string& name) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace Platform::Posix {
+namespace Platform::Common {
 
 // The result of the two functions below for malformed input. It is not a code point.
 inline constexpr char32_t MalformedCharacter = 0xFFFFFFFF;
@@ -31,4 +31,4 @@ Utf16Units EncodeUtf16(char32_t character) noexcept;
 std::string ToUtf8(std::u16string_view text);
 std::u16string ToWide(std::string_view text);
 
-}  // namespace Platform::Posix
+}  // namespace Platform::Common

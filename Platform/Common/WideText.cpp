@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace Platform::Posix {
+namespace Platform::Common {
 
 namespace {
 
@@ -56,4 +56,4 @@ std::optional<std::uint32_t> ParseDigits(std::u16string_view digits, unsigned ba
     return static_cast<std::uint32_t>(number);
 }
 
-}  // namespace Platform::Posix
+}  // namespace Platform::Common

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-namespace Platform::Posix {
+namespace Platform::Common {
 
 // Ignores the case of ASCII letters.
 [[nodiscard]] bool EqualIgnoringCase(std::u16string_view a, std::u16string_view b) noexcept;
@@ -20,4 +20,4 @@ namespace Platform::Posix {
 // Parses digits in base 10 or 16. Returns nothing for an empty text, for any other character, or above 32 bits.
 [[nodiscard]] std::optional<std::uint32_t> ParseDigits(std::u16string_view digits, unsigned base) noexcept;
 
-}  // namespace Platform::Posix
+}  // namespace Platform::Common

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <climits>
 
+#include "Host/Console/LineEditor.h"
+
 namespace Host {
 namespace {
 
@@ -29,14 +31,37 @@ std::size_t ReadStandardInput(std::span<char> buffer) {
     }
 }
 
-TypedLines::TypedLines(std::function<void(const std::string&)> onTyped) : onTyped_(std::move(onTyped)) {
-    if (onTyped_ && KeyMode::IsPossible()) keyMode_.emplace();
+class TypedLines::Input {
+public:
+    // In key mode there is `onTyped`.
+    explicit Input(std::function<void(const std::string&)> onTyped) : onTyped_(std::move(onTyped)) {}
+
+    Event Wait(const StopSignal& stop, Clock::time_point until, std::string& line);
+
+private:
+    bool TakeLine(std::string& line);
+    void ReadMore();
+
+    const std::function<void(const std::string&)> onTyped_;
+    LineEditor editor_;    // used in key mode
+    std::string pending_;  // used without it
+    bool ended_ = false;
+};
+
+TypedLines::TypedLines(std::function<void(const std::string&)> onTyped) {
+    if (onTyped && KeyMode::IsPossible()) keyMode_.emplace();
+    input_ = std::make_shared<Input>(keyMode_ ? std::move(onTyped) : nullptr);
 }
+TypedLines::~TypedLines() = default;
 
 TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
     if (keyMode_) keyMode_->Renew();
+    return input_->Wait(stop, until, line);
+}
+
+TypedLines::Event TypedLines::Input::Wait(const StopSignal& stop, Clock::time_point until, std::string& line) {
     while (!TakeLine(line)) {
-        std::array<pollfd, 2> sources{pollfd{stop.Descriptor(), POLLIN, 0},
+        std::array<pollfd, 2> sources{pollfd{static_cast<int>(stop.WaitObject()), POLLIN, 0},
                                       pollfd{ended_ ? -1 : STDIN_FILENO, POLLIN, 0}};
         const int wait = MillisecondsUntil(until);
         const int ready = poll(sources.data(), sources.size(), wait);
@@ -47,8 +72,8 @@ TypedLines::Event TypedLines::Wait(const StopSignal& stop, Clock::time_point unt
     return Event::Line;
 }
 
-bool TypedLines::TakeLine(std::string& line) {
-    if (keyMode_) return editor_.TakeLine(line);
+bool TypedLines::Input::TakeLine(std::string& line) {
+    if (onTyped_) return editor_.TakeLine(line);
     const std::size_t end = pending_.find('\n');
     if (end == pending_.npos && !(ended_ && !pending_.empty())) return false;
     line = pending_.substr(0, end);
@@ -56,11 +81,11 @@ bool TypedLines::TakeLine(std::string& line) {
     return true;
 }
 
-void TypedLines::ReadMore() {
+void TypedLines::Input::ReadMore() {
     std::array<char, 4096> block;
     const std::size_t count = ReadStandardInput(block);
     ended_ = count == 0;
-    if (!keyMode_) {
+    if (!onTyped_) {
         pending_.append(block.data(), count);
         return;
     }

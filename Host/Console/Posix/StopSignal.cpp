@@ -45,7 +45,7 @@ void Handle(int signal, void (*handler)(int), int flags) noexcept {
 StopSignal::StopSignal() {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) throw CallFailure("Cannot create a pipe for signals");
-    readEnd_ = ends[0];
+    waitObject_ = ends[0];
     WriteEnd = ends[1];
     for (const int signal : StoppingSignals) {
         Handle(signal, &OnSignal, static_cast<int>(SA_RESTART | static_cast<unsigned>(SA_RESETHAND)));
@@ -55,7 +55,7 @@ StopSignal::StopSignal() {
 StopSignal::~StopSignal() {
     for (const int signal : StoppingSignals) Handle(signal, SIG_DFL, 0);
     close(WriteEnd.exchange(-1));
-    close(readEnd_);
+    close(static_cast<int>(waitObject_));
 }
 
 void StopSignal::Request() const noexcept {
@@ -63,7 +63,7 @@ void StopSignal::Request() const noexcept {
 }
 
 bool StopSignal::WaitFor(std::chrono::milliseconds time) const noexcept {
-    pollfd request{readEnd_, POLLIN, 0};
+    pollfd request{static_cast<int>(waitObject_), POLLIN, 0};
     const auto wait = std::min<std::chrono::milliseconds::rep>(time.count(), INT_MAX);
     return poll(&request, 1, static_cast<int>(wait)) > 0;
 }

@@ -1,24 +1,17 @@
-// How the layer's functions fail.
+// How the layer's own code fails.
 #pragma once
 
-#include <cerrno>
 #include <exception>
 
-#include "ErrnoCodes.h"
 #include "Platform/Errors.h"
 
-namespace Platform::Posix {
+namespace Platform::Common {
 
 // Sets the last error to `code` and returns `result`.
 template <class Result>
 Result Fail(DWORD code, Result result) noexcept {
     SetLastError(code);
     return result;
-}
-
-template <class Result>
-Result FailByErrno(Result result) noexcept {
-    return Fail(Win32FromErrno(errno), result);
 }
 
 // Returns the result of `body`. Every exception is treated as lack of memory: the standard library throws nothing else
@@ -32,4 +25,4 @@ Result OrOutOfMemory(Result failure, Body body) noexcept {
     }
 }
 
-}  // namespace Platform::Posix
+}  // namespace Platform::Common
