@@ -13,6 +13,10 @@ set_target_properties(HarborCore PROPERTIES EXPORT_NAME Framework)
 set_target_properties(OrvActionManager PROPERTIES EXPORT_NAME Module)
 
 install(TARGETS ActionHost COMPONENT runtime)
+if(NOT CMAKE_CROSSCOMPILING)
+    install(FILES ${CMAKE_BINARY_DIR}/ActionHost.bash DESTINATION share/bash-completion/completions RENAME ActionHost
+            COMPONENT runtime)
+endif()
 install(TARGETS OrvPlatform NodeFabric ModuleBroker EXPORT OrvActionManager
         LIBRARY COMPONENT runtime INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
 install(TARGETS OrvActionManager EXPORT OrvActionManager LIBRARY DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)

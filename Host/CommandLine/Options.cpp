@@ -6,6 +6,7 @@
 #include "Host/Base/Failure.h"
 #include "Host/Base/Number.h"
 #include "Host/CommandLine/ConfigFile.h"
+#include "Host/CommandLine/Generated.h"
 #include "Host/CommandLine/HelpText.h"
 #include "Host/CommandLine/RunValues.h"
 #include "Host/Console/Environment.h"
@@ -43,6 +44,9 @@ below a millisecond) for --every. For --watch it is measured from the writing of
 
 Exit codes: 0 success; 1 a call or the output failed, objects were left alive, or a schedule is
 refused (next, explain); 2 invalid input; 3 no trigger (compare).)";
+
+constexpr char ManualPageOption[] = "--print-manual-page";
+constexpr char CompletionOption[] = "--print-bash-completion";
 
 void AddValue(CLI::App& app, const std::string& name, const std::string& type, const std::string& help) {
     const auto isGiven = [](const std::string& text) { return text.empty() ? std::string("the value is empty") : ""; };
@@ -94,6 +98,8 @@ void AddRunOptions(CLI::App& app) {
     AddJsonOption(app);
     AddConfigOption(app, "a file with these options, one a line as \"every = 500ms\"; the command line has precedence");
     app.set_version_flag("--version", "ActionHost " HOST_VERSION);
+    // For the build, which installs what these print. Options without a group are not shown.
+    for (const char* const option : {ManualPageOption, CompletionOption}) app.add_flag(option)->group("");
 }
 
 CLI::App& AddCompare(CLI::App& app) {
@@ -347,6 +353,8 @@ Options ParseOptions(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         ThrowBadInput(app, error);
     }
+    if (app.count(ManualPageOption) != 0) return ShowText{ManualPage(app, HOST_VERSION)};
+    if (app.count(CompletionOption) != 0) return ShowText{BashCompletion(app)};
     if (check) return ReadCheck(app, GivenValues(check));
     if (compare) return ReadCompare(GivenValues(compare));
     if (log) return ReadLog(GivenValues(log));
