@@ -5,16 +5,25 @@
 namespace Host {
 namespace {
 
-// A text as man(7) shows it: a hyphen that can be copied, and no line that begins like a request.
+// A text as man(7) shows it: with hyphens that can be copied and quotes that do not group words, and without lines that
+// begin like a request.
 std::string Escaped(const std::string& text) {
     std::string escaped;
     bool isLineBegin = true;
     for (const char c : text) {
         if (isLineBegin && (c == '.' || c == '\'')) escaped += "\\&";
-        if (c == '-' || c == '\\') {
-            escaped += c == '-' ? "\\-" : "\\e";
-        } else {
-            escaped += c;
+        switch (c) {
+            case '-':
+                escaped += "\\-";
+                break;
+            case '\\':
+                escaped += "\\e";
+                break;
+            case '"':
+                escaped += "\\(dq";
+                break;
+            default:
+                escaped += c;
         }
         isLineBegin = c == '\n';
     }
