@@ -299,6 +299,13 @@ Options ReadSettings(const GivenValues& values) {
     return SettingsOptions{.modulePath = ModulePathOf(values), .format = FormatOf(values)};
 }
 
+// The values of a command, and those of the options before it that it has, too.
+GivenValues ValuesOf(const CLI::App& app, const CLI::App& command) {
+    GivenValues values(command);
+    values.AddMissing(GivenValues(app));
+    return values;
+}
+
 // Throws the library's error as a message of one line that names the option.
 [[noreturn]] void ThrowBadInput(const CLI::App& app, const CLI::ParseError& error) {
     std::string text = error.what();
@@ -337,7 +344,8 @@ Options ParseOptions(int argc, const char* const* argv) {
     CLI::App& settings = AddSettings(app);
     for (CLI::App* const command : {&check, &compare, &log, &next, &explain, &settings}) {
         command->footer("");
-        for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
+        for (const char* option :
+             {"--polling", "--every", "--at", "--watch", "--bit0", "--name", "--do", "--duration", "--config"}) {
             command->excludes(app.get_option(option));
         }
     }
@@ -355,12 +363,12 @@ Options ParseOptions(int argc, const char* const* argv) {
     }
     if (app.count(ManualPageOption) != 0) return ShowText{ManualPage(app, HOST_VERSION)};
     if (app.count(CompletionOption) != 0) return ShowText{BashCompletion(app)};
-    if (check) return ReadCheck(app, GivenValues(check));
-    if (compare) return ReadCompare(GivenValues(compare));
-    if (log) return ReadLog(GivenValues(log));
-    if (next) return ReadNext(app, GivenValues(next));
-    if (explain) return ReadExplain(GivenValues(explain));
-    if (settings) return ReadSettings(GivenValues(settings));
+    if (check) return ReadCheck(app, ValuesOf(app, check));
+    if (compare) return ReadCompare(ValuesOf(app, compare));
+    if (log) return ReadLog(ValuesOf(app, log));
+    if (next) return ReadNext(app, ValuesOf(app, next));
+    if (explain) return ReadExplain(ValuesOf(app, explain));
+    if (settings) return ReadSettings(ValuesOf(app, settings));
     return ReadRun(app);
 }
 
