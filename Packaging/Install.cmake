@@ -14,7 +14,12 @@ set_target_properties(HarborCore PROPERTIES EXPORT_NAME Framework)
 set_target_properties(OrvActionManager PROPERTIES EXPORT_NAME Module)
 
 install(TARGETS ActionHost COMPONENT runtime)
+if(NOT CMAKE_CROSSCOMPILING)
+    install(FILES ${CMAKE_BINARY_DIR}/ActionHost.bash DESTINATION share/bash-completion/completions RENAME ActionHost
+            COMPONENT runtime)
+endif()
 install(TARGETS OrvPlatform NodeFabric ModuleBroker EXPORT OrvActionManager
+        RUNTIME COMPONENT runtime ARCHIVE COMPONENT development
         LIBRARY COMPONENT runtime NAMELINK_COMPONENT development INCLUDES DESTINATION ${ORV_INCLUDE_DIR})
 install(TARGETS OrvActionManager EXPORT OrvActionManager LIBRARY DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)
 install(FILES $<TARGET_FILE_DIR:OrvActionManager>/SharedFaultTexts.dll DESTINATION ${ORV_MODULE_DIR} COMPONENT runtime)

@@ -7,14 +7,24 @@ install(FILES Packaging/copyright Docs/ClientGuide.md Docs/Abi.md Docs/Abi.txt D
         DESTINATION ${ORV_DEVELOPMENT_DOC_DIR} COMPONENT development)
 install(DIRECTORY Docs/Samples DESTINATION ${ORV_DEVELOPMENT_DOC_DIR} COMPONENT development)
 
+# On Windows one archive holds everything.
+if(WIN32)
+    set(CPACK_GENERATOR ZIP)
+    set(CPACK_PACKAGE_NAME OrvActionManager)
+    set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+    set(CPACK_PACKAGE_FILE_NAME OrvActionManager-${PROJECT_VERSION}-win64)
+    set(CPACK_STRIP_FILES ON)
+    include(CPack)
+    return()
+endif()
+
 # Debian wants these compressed, without a time inside.
 find_program(GZIP gzip)
 if(GZIP)
-    configure_file(Packaging/ActionHost.1.in ActionHost.1 @ONLY)
     add_custom_command(OUTPUT changelog.gz ActionHost.1.gz
         COMMAND ${GZIP} -9nc ${CMAKE_SOURCE_DIR}/Packaging/changelog > changelog.gz
         COMMAND ${GZIP} -9nc ActionHost.1 > ActionHost.1.gz
-        DEPENDS Packaging/changelog ${CMAKE_BINARY_DIR}/ActionHost.1)
+        DEPENDS Packaging/changelog ActionHost)
     add_custom_target(CompressedDocuments ALL DEPENDS changelog.gz ActionHost.1.gz)
     install(FILES ${CMAKE_BINARY_DIR}/changelog.gz DESTINATION ${ORV_RUNTIME_DOC_DIR} COMPONENT runtime)
     install(FILES ${CMAKE_BINARY_DIR}/changelog.gz DESTINATION ${ORV_DEVELOPMENT_DOC_DIR} COMPONENT development)

@@ -6,6 +6,7 @@
 #include "Host/Base/Failure.h"
 #include "Host/Base/Number.h"
 #include "Host/CommandLine/ConfigFile.h"
+#include "Host/CommandLine/Generated.h"
 #include "Host/CommandLine/HelpText.h"
 #include "Host/CommandLine/RunValues.h"
 #include "Host/Console/Environment.h"
@@ -43,6 +44,9 @@ below a millisecond) for --every. For --watch it is measured from the writing of
 
 Exit codes: 0 success; 1 a call or the output failed, objects were left alive, or a schedule is
 refused (next, explain); 2 invalid input; 3 no trigger (compare).)";
+
+constexpr char ManualPageOption[] = "--print-manual-page";
+constexpr char CompletionOption[] = "--print-bash-completion";
 
 void AddValue(CLI::App& app, const std::string& name, const std::string& type, const std::string& help) {
     const auto isGiven = [](const std::string& text) { return text.empty() ? std::string("the value is empty") : ""; };
@@ -94,6 +98,8 @@ void AddRunOptions(CLI::App& app) {
     AddJsonOption(app);
     AddConfigOption(app, "a file with these options, one a line as \"every = 500ms\"; the command line has precedence");
     app.set_version_flag("--version", "ActionHost " HOST_VERSION);
+    // For the build, which installs what these print. Options without a group are not shown.
+    for (const char* const option : {ManualPageOption, CompletionOption}) app.add_flag(option)->group("");
 }
 
 CLI::App& AddCompare(CLI::App& app) {
@@ -296,6 +302,13 @@ Options ReadSettings(const GivenValues& values) {
     return SettingsOptions{.modulePath = ModulePathOf(values), .format = FormatOf(values)};
 }
 
+// The values of a command, and those of the options before it that it has, too.
+GivenValues ValuesOf(const CLI::App& app, const CLI::App& command) {
+    GivenValues values(command);
+    values.AddMissing(GivenValues(app));
+    return values;
+}
+
 // Throws the library's error as a message of one line that names the option.
 [[noreturn]] void ThrowBadInput(const CLI::App& app, const CLI::ParseError& error) {
     std::string text = error.what();
@@ -334,7 +347,8 @@ Options ParseOptions(int argc, const char* const* argv) {
     CLI::App& settings = AddSettings(app);
     for (CLI::App* const command : {&check, &compare, &log, &next, &explain, &settings}) {
         command->footer("");
-        for (const char* option : {"--polling", "--every", "--at", "--watch", "--do", "--duration", "--config"}) {
+        for (const char* option :
+             {"--polling", "--every", "--at", "--watch", "--bit0", "--name", "--do", "--duration", "--config"}) {
             command->excludes(app.get_option(option));
         }
     }
@@ -350,12 +364,14 @@ Options ParseOptions(int argc, const char* const* argv) {
     } catch (const CLI::ParseError& error) {
         ThrowBadInput(app, error);
     }
-    if (check) return ReadCheck(app, GivenValues(check));
-    if (compare) return ReadCompare(GivenValues(compare));
-    if (log) return ReadLog(GivenValues(log));
-    if (next) return ReadNext(app, GivenValues(next));
-    if (explain) return ReadExplain(GivenValues(explain));
-    if (settings) return ReadSettings(GivenValues(settings));
+    if (app.count(ManualPageOption) != 0) return ShowText{ManualPage(app, HOST_VERSION)};
+    if (app.count(CompletionOption) != 0) return ShowText{BashCompletion(app)};
+    if (check) return ReadCheck(app, ValuesOf(app, check));
+    if (compare) return ReadCompare(ValuesOf(app, compare));
+    if (log) return ReadLog(ValuesOf(app, log));
+    if (next) return ReadNext(app, ValuesOf(app, next));
+    if (explain) return ReadExplain(ValuesOf(app, explain));
+    if (settings) return ReadSettings(ValuesOf(app, settings));
     return ReadRun(app);
 }
 

@@ -23,14 +23,14 @@ ConsoleOutput::ConsoleOutput(std::ostream& out, std::ostream& messages, const st
     : terminal_(terminal), onBroken_(std::move(onBroken)), out_(out), messages_(messages) {}
 
 void ConsoleOutput::Write(const std::string& lines) {
-    const std::lock_guard lock(lock_);
+    const Harbor::LockGuard lock(lock_);
     EraseLastLine();
     out_ << lines;
     DrawLastLine();
 }
 
 void ConsoleOutput::WriteMessage(const std::string& lines) {
-    const std::lock_guard lock(lock_);
+    const Harbor::LockGuard lock(lock_);
     EraseLastLine();
     out_ << std::flush;
     messages_ << lines << std::flush;
@@ -38,14 +38,14 @@ void ConsoleOutput::WriteMessage(const std::string& lines) {
 }
 
 void ConsoleOutput::SetStatusLine(const std::string& text) {
-    const std::lock_guard lock(lock_);
+    const Harbor::LockGuard lock(lock_);
     statusLine_ = text;
     EraseLastLine();
     DrawLastLine();
 }
 
 void ConsoleOutput::SetTypedLine(const std::string& text) {
-    const std::lock_guard lock(lock_);
+    const Harbor::LockGuard lock(lock_);
     typedLine_ = text;
     EraseLastLine();
     DrawLastLine();

@@ -210,18 +210,18 @@ void Report::AddTree(const std::string& xml) {
 }
 
 void Report::ShowStatusOf(std::function<std::vector<RegistrationState>()> states) {
-    const std::lock_guard lock(statesLock_);
+    const Harbor::LockGuard lock(statesLock_);
     states_ = std::move(states);
 }
 
 void Report::RefreshStatusLine() {
     if (!HasStatusLine()) return;
-    const std::lock_guard lock(statesLock_);
+    const Harbor::LockGuard lock(statesLock_);
     if (states_) output_.SetStatusLine(StatusSummary(states_()));
 }
 
 void Report::RemoveStatusLine() {
-    const std::lock_guard lock(statesLock_);
+    const Harbor::LockGuard lock(statesLock_);
     states_ = nullptr;
     output_.SetTypedLine("");
     output_.SetStatusLine("");

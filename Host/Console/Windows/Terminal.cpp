@@ -5,14 +5,15 @@
 #include "Host/Console/Windows/System.h"
 
 namespace Host {
-
 namespace {
 
 std::size_t Width() {
     constexpr std::size_t usualWidth = 80;
     CONSOLE_SCREEN_BUFFER_INFO info;
     if (!::GetConsoleScreenBufferInfo(::GetStdHandle(STD_OUTPUT_HANDLE), &info)) return usualWidth;
-    return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1);
+    return info.srWindow.Right >= info.srWindow.Left
+               ? static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left + 1)
+               : usualWidth;
 }
 
 }  // namespace
