@@ -6,6 +6,7 @@
 #include "Host/Base/Failure.h"
 #include "Host/CommandLine/Options.h"
 #include "Host/Compare/Compare.h"
+#include "Host/Console/Terminal.h"
 #include "Host/Log/ShowLog.h"
 #include "Host/Run/Check.h"
 #include "Host/Run/Run.h"
@@ -54,6 +55,7 @@ int Fail(int code, const std::string& text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    PrepareOutput();
     try {
         const int code = std::visit([](const auto& options) { return Execute(options); }, ParseOptions(argc, argv));
         return std::cout.flush() ? code : Fail(ExitCode::Failure, "the output could not be written");

@@ -337,6 +337,7 @@ std::vector<std::string> Arguments(int argc, const char* const* argv) {
 
 Options ParseOptions(int argc, const char* const* argv) {
     CLI::App app(Description, "ActionHost");
+    app.allow_windows_style_options(false);  // "/data/x.ini" is a path on every system
     app.footer(Footer);
     AddRunOptions(app);
     CLI::App& check = AddCheck(app);

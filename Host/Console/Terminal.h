@@ -12,6 +12,9 @@ struct Terminal {
     bool hasColors = true;               // unless the environment variable NO_COLOR has a value
 };
 
+// Makes the output the same on every system: UTF-8 with the line ends that the program writes.
+void PrepareOutput() noexcept;
+
 // Nothing if standard output is not a terminal, or is one that cannot move its cursor (TERM=dumb).
 [[nodiscard]] std::optional<Terminal> TerminalOfOutput();
 

@@ -15,12 +15,12 @@ FileSource::FileSource(std::string path, IfMissing ifMissing) : path_(std::move(
     if (ifMissing == IfMissing::Refuse) {
         file_ = OpenInputFile("FILE", path_);
     } else {
-        file_.open(path_, std::ios::binary);
+        file_.open(PathOf(path_), std::ios::binary);
     }
 }
 
 std::size_t FileSource::Read(std::span<char> buffer) {
-    file_.clear();
+    LookAgain();
     file_.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
     const auto count = static_cast<std::size_t>(file_.gcount());
     read_ += count;
@@ -33,12 +33,18 @@ void FileSource::SkipToEnd() {
     read_ = static_cast<std::uintmax_t>(file_.tellg());
 }
 
+// Some C libraries remember the end of a file that has grown since. A seek makes them look again.
+void FileSource::LookAgain() {
+    file_.clear();
+    file_.seekg(static_cast<std::streamoff>(read_));
+}
+
 bool FileSource::SwitchToNewFile() {
     std::error_code missing;
     const std::uintmax_t size = std::filesystem::file_size(PathOf(path_), missing);
     if (missing || size == read_) return false;
     // The size differs and nothing is left to read: the name is that of another file now, or this one was emptied.
-    file_.clear();
+    LookAgain();
     if (file_.peek() != std::ifstream::traits_type::eof()) return false;
     std::ifstream next(PathOf(path_), std::ios::binary);
     if (!next) return false;

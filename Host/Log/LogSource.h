@@ -38,6 +38,8 @@ public:
     [[nodiscard]] bool SwitchToNewFile();
 
 private:
+    void LookAgain();
+
     const std::string path_;
     std::ifstream file_;
     std::uintmax_t read_ = 0;

@@ -1,9 +1,10 @@
 """Runs the commands of a transcript in a shell, in an empty directory, and compares their output with the transcript.
 
-Arguments: the path of the program ActionHost, and the transcript, whose lines are
+Arguments: the path of the program ActionHost, the transcript, and "windows" if the program is for that system. The lines
+of the transcript are
 
     $ command           a command, which continues on the next lines that begin with "> ";
-    # comment           a comment;
+    # comment           a comment; "# posix: ..." says why the next command is not run with a program for Windows;
     [3]                 the exit code of the command; 0 if the transcript has none;
     anything else       output, on either stream: "..." matches any text within a line, and a line of only "..."
                         matches any number of lines.
@@ -17,21 +18,25 @@ import subprocess
 import sys
 import tempfile
 
-program, transcript = map(pathlib.Path, sys.argv[1:])
+program, transcript = map(pathlib.Path, sys.argv[1:3])
+on_windows = sys.argv[3:] == ["windows"]
 
 
 def steps(lines):
-    command, output = None, []
+    command, output, is_run, next_is_run = None, [], True, True
     for line in lines:
-        if line.startswith("$ "):
-            if command:
+        if line.startswith("# posix: "):
+            next_is_run = not on_windows
+        elif line.startswith("$ "):
+            if command and is_run:
                 yield command, output
-            command, output = line[2:], []
+            command, output, is_run, next_is_run = line[2:], [], next_is_run, True
         elif line.startswith("> "):
             command += "\n" + line[2:]
         elif line and not line.startswith("# "):
             output.append(line)
-    yield command, output
+    if is_run:
+        yield command, output
 
 
 def form(expected):

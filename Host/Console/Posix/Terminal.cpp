@@ -20,6 +20,8 @@ std::size_t Width() {
 
 }  // namespace
 
+void PrepareOutput() noexcept {}
+
 std::optional<Terminal> TerminalOfOutput() {
     if (isatty(STDOUT_FILENO) == 0 || Variable("TERM") == "dumb") return std::nullopt;
     return Terminal{.width = &Width, .hasColors = Variable("NO_COLOR").empty()};

@@ -1,5 +1,10 @@
 #include "Host/Console/Terminal.h"
 
+#include <fcntl.h>
+#include <io.h>
+
+#include <cstdio>
+
 #include "Host/Console/Environment.h"
 
 #include "Host/Console/Windows/System.h"
@@ -18,11 +23,15 @@ std::size_t Width() {
 
 }  // namespace
 
+void PrepareOutput() noexcept {
+    ::SetConsoleOutputCP(CP_UTF8);
+    for (std::FILE* const stream : {stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
+}
+
 std::optional<Terminal> TerminalOfOutput() {
     const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
     DWORD mode = 0;
     if (!::GetConsoleMode(output, &mode)) return std::nullopt;
-    ::SetConsoleOutputCP(CP_UTF8);
     // A console that knows no control sequences gets no status line.
     if (!::SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING)) return std::nullopt;
     return Terminal{.width = &Width, .hasColors = EnvironmentVariable("NO_COLOR").value_or("").empty()};
