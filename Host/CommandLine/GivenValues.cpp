@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <ranges>
 
 #include "Host/Base/Failure.h"
 
@@ -29,7 +28,7 @@ void GivenValues::Add(GivenValue value) {
         values_.push_back(std::move(value));
         return;
     }
-    const auto registration = std::ranges::find_if(values_ | std::views::reverse, [](const GivenValue& other) {
+    const auto registration = std::find_if(values_.rbegin(), values_.rend(), [](const GivenValue& other) {
         return IsOneOf(RegisteringOptions, other.option);
     });
     if (registration == values_.rend()) {

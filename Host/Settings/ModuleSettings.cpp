@@ -83,6 +83,7 @@ ModuleSetting Ask(SettingsStore& store, const Setting& setting) {
 std::vector<ModuleSetting> SettingsOf(Platform::HMODULE module) {
     SettingsStore store(module);
     std::vector<ModuleSetting> asked;
+    asked.reserve(Settings.size());
     for (const Setting& setting : Settings) asked.push_back(Ask(store, setting));
     return asked;
 }
