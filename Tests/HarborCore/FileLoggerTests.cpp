@@ -164,8 +164,8 @@ TEST_F(LogFile, IsOpenedInFourTriesWhileAnotherHoldsIt) {
     EXPECT_THAT(
         Stage::TakeDebugOutput(),
         ElementsAre(CannotOpen("0x80070020"), testing::StartsWith("FileLogger: the system's own error is 11 (")));
-    Stage::Lease lease(file_);
-    ExpectTries(3, [&] { lease.Release(); });
+    const int lease = Stage::TakeLease(file_);
+    ExpectTries(3, [&] { close(lease); });
     EXPECT_EQ(ReadLog(file_), "B1B1");
 }
 

@@ -1,4 +1,5 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "Common/Settings/DataDirectory.h"
 #include "Common/Settings/Paths.h"
@@ -57,10 +58,9 @@ TEST_F(Settings, ThatCannotBeReadAreNotTreatedAsMissing) {
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
     std::filesystem::remove(file);
     WriteHostIni("[Test]\nKey=1\n");
-    {
-        const Stage::Lease lease(file);
-        EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
-    }
+    const int lease = Stage::TakeLease(file);
+    EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
+    close(lease);
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK);
     std::filesystem::remove(file);
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);

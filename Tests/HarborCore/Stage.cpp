@@ -1,7 +1,6 @@
 #include "Stage.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <csignal>
 
@@ -57,13 +56,11 @@ void MakeUnreadable(const std::filesystem::path& path) {
     std::filesystem::create_symlink("/proc/self/mem", path);  // its first page cannot be read
 }
 
-Lease::Lease(const std::filesystem::path& path) : descriptor_(open(path.c_str(), O_WRONLY | O_CREAT, 0600)) {
+int TakeLease(const std::filesystem::path& path) {
     std::signal(SIGIO, SIG_IGN);  // the system asks for the lease with it
-    EXPECT_EQ(fcntl(descriptor_, F_SETLEASE, F_WRLCK), 0);
-}
-
-void Lease::Release() {
-    if (descriptor_ >= 0) close(std::exchange(descriptor_, -1));
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
+    EXPECT_EQ(fcntl(descriptor, F_SETLEASE, F_WRLCK), 0);
+    return descriptor;
 }
 
 void ExitWithResult() {

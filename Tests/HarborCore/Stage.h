@@ -30,16 +30,8 @@ Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
 void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails
 
-// Makes every other open of a file wait, or fail if it must not wait.
-class Lease {
-public:
-    explicit Lease(const std::filesystem::path& path);
-    ~Lease() { Release(); }
-    void Release();
-
-private:
-    int descriptor_;
-};
+// Until the descriptor that it returns is closed, every other open of the file waits, or fails if it must not wait.
+int TakeLease(const std::filesystem::path& path);
 
 // Returns the code of the HRX that the call throws, or S_OK.
 template <class Call>

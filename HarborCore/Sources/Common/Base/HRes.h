@@ -112,14 +112,14 @@ public:
     explicit HRX(const HRES& failure) noexcept : HRES(failure) {}
 
     // Throws an HRX with `code`, or with E_FAIL if `code` is a success. Leaves the thread's error object unchanged.
-    [[noreturn]] PLATFORM_FORCEINLINE static void Throw(HRESULT code) {
-        HRX failure;
-        failure.SetCode(Harbor::Failed(code) ? code : E_FAIL, ErrorObject::Leave);
-        throw failure;
-    }
+    [[noreturn]] PLATFORM_FORCEINLINE static void Throw(HRESULT code) { throw HRX(code, ErrorObject::Leave); }
 
 private:
-    HRX() noexcept = default;
+    // Builds the exception in its place. A local object would have to be destroyed by the unwinding, which costs as
+    // much as another frame.
+    PLATFORM_FORCEINLINE HRX(HRESULT code, ErrorObject errorObject) {
+        SetCode(Harbor::Failed(code) ? code : E_FAIL, errorObject);
+    }
 };
 
 [[noreturn]] PLATFORM_FORCEINLINE void ThrowError(HRESULT code) {

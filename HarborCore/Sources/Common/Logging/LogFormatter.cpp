@@ -71,9 +71,9 @@ private:
     void Make(std::int64_t wanted, const Platform::FILETIME& time) noexcept {
         Platform::FILETIME local{};
         Platform::SYSTEMTIME fields{};
-        const bool isConverted =
-            Platform::FileTimeToLocalFileTime(&time, &local) && Platform::FileTimeToSystemTime(&local, &fields);
-        second = isConverted ? wanted : -1;
+        const bool isLocal = Platform::FileTimeToLocalFileTime(&time, &local) != 0;
+        const bool hasFields = Platform::FileTimeToSystemTime(&local, &fields) != 0;
+        second = isLocal && hasFields ? wanted : -1;
         LineWriter line(text);
         line.PutRightAligned(fields.wYear, 4, u'0');
         line.Put(u"-");
