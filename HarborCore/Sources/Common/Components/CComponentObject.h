@@ -17,11 +17,16 @@ public:
     std::uint32_t AddRef() override { return this->referenceCount_.fetch_add(1, std::memory_order_relaxed) + 1; }
 
     std::uint32_t Release() override {
-        // The last reference leaves the count far from 0, in one step: a partner that counts and releases the object
-        // while it ends, on any thread, does not end it again.
-        std::uint32_t count = this->referenceCount_.load(std::memory_order_relaxed);
-        while (!this->referenceCount_.compare_exchange_weak(count, count == 1 ? Ending : count - 1,
-                                                            std::memory_order_acq_rel, std::memory_order_relaxed)) {
+        // The last reference leaves the count far from 0: a partner that counts and releases the object while it ends,
+        // on any thread, does not end it again. The owner of the only reference needs no exchange for that: what a
+        // partner counts without a reference of its own may be lost.
+        std::uint32_t count = this->referenceCount_.load(std::memory_order_acquire);
+        if (count == 1) {
+            this->referenceCount_.store(Ending, std::memory_order_relaxed);
+        } else {
+            while (!this->referenceCount_.compare_exchange_weak(count, count == 1 ? Ending : count - 1,
+                                                                std::memory_order_acq_rel, std::memory_order_relaxed)) {
+            }
         }
         if (count == 1) {
             this->FinalRelease();
@@ -58,13 +63,13 @@ private:
     static constexpr std::uint32_t Ending = 0x80000000;  // far from 0 in both directions
 
     CComponentObject() {
-        DbgAliveObjectsTracker::Instance().Track(this, T::Tag);
-        ComponentsModule::Instance().LockModule();
+        DbgAliveObjectsTracker::Track(this, T::Tag);
+        ComponentsModule::CountObject();
     }
 
     ~CComponentObject() override {
-        DbgAliveObjectsTracker::Instance().Untrack(this);
-        ComponentsModule::Instance().UnlockModule();
+        DbgAliveObjectsTracker::Untrack(this);
+        ComponentsModule::DiscountObject();
     }
 
     friend std::default_delete<CComponentObject>;
