@@ -128,7 +128,7 @@ void ListAliveObjects(std::size_t framesToSkip) {
         const auto alive = Create<Component, IComponentUnknown>();
         void* frames[5];  // all but the first, which is in this function, are also recorded by Track below
         ASSERT_EQ(Platform::RtlCaptureStackBackTrace(0, 5, frames, nullptr), 5);
-        DbgAliveObjectsTracker::Instance().Track(&Objects, nullptr);
+        DbgAliveObjectsTracker::Track(&Objects, nullptr);
         std::string end = framesToSkip == 0 ? "" : " EIPs=" + ToUtf8(FormatWide(u"%#p", frames[1]));
         for (std::size_t i = 1 + framesToSkip; i < 4 + framesToSkip; ++i)
             end += ";" + ToUtf8(FormatWide(u"%#p", frames[i]));
@@ -137,7 +137,7 @@ void ListAliveObjects(std::size_t framesToSkip) {
         EXPECT_THAT(list(), UnorderedElementsAre("WARN Alive component objects: 2",
                                                  MatchesRegex(head + " EIPs=0X\\w{16};0X\\w{16};0X\\w{16};0X\\w{16}"),
                                                  AllOf(StartsWith("WARN ObjTag='(null)' Ptr="), EndsWith(end))));
-        DbgAliveObjectsTracker::Instance().Untrack(&Objects);
+        DbgAliveObjectsTracker::Untrack(&Objects);
     }
     EXPECT_THAT(list(), IsEmpty());
 }

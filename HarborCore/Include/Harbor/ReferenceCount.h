@@ -14,10 +14,15 @@ public:
     std::uint32_t Add() noexcept { return count_.fetch_add(1, std::memory_order_relaxed) + 1; }
 
     // Returns the new count. Returns 0 once: the caller then ends the object. The last reference leaves the count far
-    // from 0, in one step: a partner that adds and removes references while the object ends, on any thread, does not
-    // end it again.
+    // from 0: a partner that adds and removes references while the object ends, on any thread, does not end it again.
+    // The owner of the only reference needs no exchange for that: what a partner counts without a reference of its own
+    // may be lost.
     [[nodiscard]] std::uint32_t Remove() noexcept {
-        std::uint32_t count = count_.load(std::memory_order_relaxed);
+        std::uint32_t count = count_.load(std::memory_order_acquire);
+        if (count == 1) {
+            count_.store(Ending, std::memory_order_relaxed);
+            return 0;
+        }
         while (!count_.compare_exchange_weak(count, count == 1 ? Ending : count - 1, std::memory_order_acq_rel,
                                              std::memory_order_relaxed)) {
         }

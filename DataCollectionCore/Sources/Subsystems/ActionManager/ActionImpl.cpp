@@ -51,15 +51,19 @@ HRESULT ActionImpl::OnSubscriptionDisposed() {
 
 HRESULT ActionImpl::SetTriggered(bool triggered) {
     TRY_TRACE_FUNCTION(Dbg, u"DataCollection::ActionImpl::SetTriggered");
+    Mark(triggered);
+    return S_OK;
+}
+
+void ActionImpl::Mark(bool triggered) noexcept {
     triggered_.store(triggered);
     ActionManagement::StateWord* const word = marksWord_.load();
     if (triggered && word != nullptr) word->fetch_or(ActionManagement::SubscriptionState::Marked);
-    return S_OK;
 }
 
 HRESULT ActionImpl::GetTriggered(bool* triggered) {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionImpl::GetTriggered");
-    *triggered = triggered_.load();
+    *triggered = IsMarked();
     return S_OK;
 }
 

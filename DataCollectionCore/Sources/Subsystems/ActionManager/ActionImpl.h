@@ -23,6 +23,10 @@ public:
     HRESULT SetTriggered(bool triggered) override;
     HRESULT GetTriggered(bool* triggered) override;
 
+    // SetTriggered and GetTriggered without their traces, for a step that has found that the log is off.
+    void Mark(bool triggered) noexcept;
+    bool IsMarked() const noexcept { return triggered_.load(); }
+
     // Each later mark also sets the flag Marked in `word`, a word of the module's pool. Null ends that.
     void ReportMarksTo(ActionManagement::StateWord* word) noexcept { marksWord_.store(word); }
 

@@ -41,11 +41,11 @@ HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const T
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::SubscribeRegularAction"),
                       [&] {
                           if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
-                          const auto action = std::make_shared<TimedAction>(*schedule);
+                          auto action = std::make_unique<TimedAction>(*schedule);
                           auto created = CreateSubscription(listener, {ComponentPtr(action->GetAction())});
                           try {
                               const LockGuard guard(registryLock_);
-                              regularActions_.Add(action, guard);
+                              regularActions_.Add(std::move(action), guard);
                           } catch (...) {
                               // Nobody else could: the client never gets to see the subscription.
                               created->Unsubscribe();

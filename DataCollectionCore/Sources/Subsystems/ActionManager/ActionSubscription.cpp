@@ -32,9 +32,9 @@ HRESULT ActionSubscription::SetAction(IActionControl* action) {
         if (action == nullptr) ThrowError(E_POINTER);
         if (IsRefusedInsideOwnCall(u"SetAction")) return E_UNEXPECTED;
         const std::lock_guard guard(actionsLock_);
-        actions_.reserve(actions_.size() + 1);
+        actions_.ReserveForOneMore();
         ThrowIfFailed(action->OnSubscriptionAttached());
-        actions_.emplace_back(action);
+        actions_.Add(action);
         state_.Set(SubscriptionState::MustPoll);
         LOG(Dbg, LogPrefix() << u"'. Attached action '" << action << u"'");
         return S_OK;
@@ -85,9 +85,15 @@ bool ActionSubscription::IsRefusedInsideOwnCall(const WideChar* operation) {
 void ActionSubscription::DeliverMarkedActions(IActionListener& listener) {
     // Before the marks are read: one that is set meanwhile shows in the word again.
     state_.Clear(SubscriptionState::Marked);
+    const bool areOwn = !state_.Has(SubscriptionState::MustPoll);  // then all actions are those of LetReportMarks
     try {
-        for (const auto& action : actions_) {
-            if (state_.Has(SubscriptionState::UnsubscribeRequested)) break;
+        for (std::size_t i = 0; i < actions_.Size() && !state_.Has(SubscriptionState::UnsubscribeRequested); ++i) {
+            const AttachedActions::Action& action = actions_[i];
+            // One test of the severity for all lines before the call.
+            if (areOwn && !IsLogEnabled(LogSeverity::Dbg)) {
+                DeliverOwnUnlogged(static_cast<ActionImpl&>(*action.Get()), listener);
+                continue;
+            }
             bool triggered = false;
             action->GetTriggered(&triggered);
             if (triggered) Deliver(action, listener);
@@ -98,14 +104,24 @@ void ActionSubscription::DeliverMarkedActions(IActionListener& listener) {
     }
 }
 
-void ActionSubscription::Deliver(const ComponentPtr<IActionControl>& action, IActionListener& listener) {
+void ActionSubscription::Deliver(const AttachedActions::Action& action, IActionListener& listener) {
     LOG(Dbg, LogPrefix() << u"'. Attached action '" << action.Get() << u"' becomes triggered.");
     const auto view = QueryOrThrow<IAction>(action);
-    if (Failed(listener.OnActionTriggered(this, view.Get()))) {
+    CallListener(listener, view.Get());
+    action->SetTriggered(false);
+}
+
+void ActionSubscription::DeliverOwnUnlogged(ActionImpl& action, IActionListener& listener) {
+    if (!action.IsMarked()) return;
+    CallListener(listener, &action);
+    action.SetTriggered(false);  // with its trace, since the log may have been turned on during the call
+}
+
+void ActionSubscription::CallListener(IActionListener& listener, IAction* action) {
+    if (Failed(listener.OnActionTriggered(this, action))) {
         // Nobody reads the code. Its words must not be taken for those of the next failure on this thread.
         Platform::SetErrorInfo(0, nullptr);
     }
-    action->SetTriggered(false);
 }
 
 HRESULT ActionSubscription::Start() {
@@ -146,11 +162,11 @@ void ActionSubscription::UnsubscribeInternal(const std::unique_lock<HolderLock>&
     // From here on everything is done: a subscription that is dead but still attached would keep its actions for ever.
     state_.Set(SubscriptionState::Detached);
     ++DetachmentCount;
-    for (const auto& action : actions_) {
-        TRY_LOG(Dbg2, u"Action '" << action.Get() << u"' OnSubscriptionDisposed");
-        action->OnSubscriptionDisposed();
+    for (std::size_t i = 0; i < actions_.Size(); ++i) {
+        TRY_LOG(Dbg2, u"Action '" << actions_[i].Get() << u"' OnSubscriptionDisposed");
+        actions_[i]->OnSubscriptionDisposed();
     }
-    actions_.clear();
+    actions_.Clear();
 }
 
 }  // namespace DataCollection::ActionManagement

@@ -1,12 +1,11 @@
 // The binding of actions to one listener, and the only place where a listener is called.
 #pragma once
 
-#include <vector>
-
 #include "Common/Base/Lock.h"
 #include "Common/Components/CComponentObject.h"
 #include "DataCollection/ActionSubscription.h"
 #include "Subsystems/ActionManager/ActionImpl.h"
+#include "Subsystems/ActionManager/AttachedActions.h"
 #include "Subsystems/ActionManager/StateWord.h"
 
 namespace DataCollection::ActionManagement {
@@ -47,7 +46,9 @@ private:
     bool IsRefusedInsideOwnCall(const Harbor::WideChar* operation);
     void UnsubscribeInternal(const std::unique_lock<Harbor::HolderLock>& lock);
     void DeliverMarkedActions(IActionListener& listener);
-    void Deliver(const Harbor::ComponentPtr<IActionControl>& action, IActionListener& listener);
+    void Deliver(const AttachedActions::Action& action, IActionListener& listener);
+    void DeliverOwnUnlogged(ActionImpl& action, IActionListener& listener);
+    void CallListener(IActionListener& listener, IAction* action);
     WideString LogPrefix();
 
     PooledStateWord state_;
@@ -58,7 +59,7 @@ private:
     // Guards actions_ and the flags Started and Detached. It is held across a listener call. Never taken together with
     // listenerLock_.
     Harbor::HolderLock actionsLock_;
-    std::vector<Harbor::ComponentPtr<IActionControl>> actions_;
+    AttachedActions actions_;
 
     static inline constinit std::atomic<std::uint64_t> DetachmentCount{0};
 };

@@ -18,7 +18,7 @@ bool IsDisposed(const TimedAction& action) noexcept {
 
 }  // namespace
 
-void RegularActionRegistry::Add(std::shared_ptr<TimedAction> action, RegistryProof) {
+void RegularActionRegistry::Add(std::unique_ptr<TimedAction> action, RegistryProof) {
     ReserveForOneMore(dueFrom_);
     ReserveForOneMore(actions_);
     dueFrom_.push_back(action->DueFrom());
@@ -44,13 +44,12 @@ void RegularActionRegistry::EraseDisposed(RegistryProof) noexcept {
 }
 
 void RegularActionRegistry::MarkDue(const TimePoint& now, RegistryProof) noexcept {
-    const bool isTraced = IsCycleTraced();
+    const bool isLogged = IsStepLogged(LogSeverity::Dbg), isTraced = isLogged && IsCycleTraced();
     for (std::size_t i = 0; i < dueFrom_.size(); ++i) {
         if (!isTraced && now < dueFrom_[i]) continue;
         TimedAction& action = *actions_[i];
         if (isTraced && !action.ShouldBeTriggered(now)) continue;
-        action.SetTriggeredTime(now);
-        action.GetAction()->SetTriggered(true);
+        action.MarkDue(now, isLogged);
         dueFrom_[i] = action.DueFrom();
     }
 }

@@ -12,7 +12,7 @@ namespace DataCollection::ActionManagement {
 class RegularActionRegistry {
 public:
     // Out of memory throws std::bad_alloc and adds nothing.
-    void Add(std::shared_ptr<TimedAction> action, RegistryProof);
+    void Add(std::unique_ptr<TimedAction> action, RegistryProof);
 
     // Removes the actions that no subscription holds any more.
     void EraseDisposed(RegistryProof) noexcept;
@@ -23,7 +23,7 @@ public:
 private:
     // Two arrays in step: an idle cycle reads only the first one.
     std::vector<TimePoint> dueFrom_;
-    std::vector<std::shared_ptr<TimedAction>> actions_;
+    std::vector<std::unique_ptr<TimedAction>> actions_;
 };
 
 }  // namespace DataCollection::ActionManagement

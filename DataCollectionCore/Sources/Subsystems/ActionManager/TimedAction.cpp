@@ -133,6 +133,16 @@ void TimedAction::SetTriggeredTime(const TimePoint& time) noexcept {
     lastTriggeredTime_ = time;
 }
 
+void TimedAction::MarkDue(const TimePoint& now, bool isLogged) noexcept {
+    if (isLogged) {
+        SetTriggeredTime(now);
+        action_->SetTriggered(true);
+    } else {
+        lastTriggeredTime_ = now;
+        static_cast<ActionImpl&>(*action_.Get()).Mark(true);
+    }
+}
+
 void WriteSettings(WideStream& stream, const TimedActionSettings& settings) {
     stream << u"[";
     switch (settings.Type) {

@@ -27,6 +27,8 @@ public:
     // Whether the schedule is due at that moment. Changes nothing.
     bool ShouldBeTriggered(const TimePoint& checkedTime) const noexcept;
     void SetTriggeredTime(const TimePoint& time) noexcept;
+    // Marks the action and sets its triggered time. With `isLogged` the lines of both are written if they are enabled.
+    void MarkDue(const TimePoint& now, bool isLogged) noexcept;
 
 private:
     void RequireValidSettings() const;

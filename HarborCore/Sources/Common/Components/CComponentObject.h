@@ -51,13 +51,13 @@ public:
 
 private:
     CComponentObject() {
-        DbgAliveObjectsTracker::Instance().Track(this, T::Tag);
-        ComponentsModule::Instance().LockModule();
+        DbgAliveObjectsTracker::Track(this, T::Tag);
+        ComponentsModule::CountObject();
     }
 
     ~CComponentObject() override {
-        DbgAliveObjectsTracker::Instance().Untrack(this);
-        ComponentsModule::Instance().UnlockModule();
+        DbgAliveObjectsTracker::Untrack(this);
+        ComponentsModule::DiscountObject();
     }
 
     friend std::default_delete<CComponentObject>;

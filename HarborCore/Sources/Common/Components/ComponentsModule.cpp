@@ -18,13 +18,20 @@ ComponentsModule& ComponentsModule::Instance() {
 }
 
 void ComponentsModule::RegisterClass(const GUID& classId, ClassFactoryFunction factory) {
-    const CriticalSectionGuard guard(classLock_);
-    classes_.emplace(classId, std::move(factory));
+    const LockGuard guard(classLock_);
+    if (FindClass(classId) == nullptr) classes_.push_back({classId, factory});
 }
 
 void ComponentsModule::UnregisterClass(const GUID& classId) {
-    const CriticalSectionGuard guard(classLock_);
-    classes_.erase(classId);
+    const LockGuard guard(classLock_);
+    std::erase_if(classes_, [&](const Class& known) { return known.id == classId; });
+}
+
+const ComponentsModule::Class* ComponentsModule::FindClass(const GUID& classId) const noexcept {
+    for (const Class& known : classes_) {
+        if (known.id == classId) return &known;
+    }
+    return nullptr;
 }
 
 std::uint32_t ComponentsModule::AddRef() {
@@ -71,16 +78,16 @@ HRESULT ComponentsModule::IsModuleLocked(std::int32_t* flag) {
 }
 
 HRESULT ComponentsModule::CreateInstance(const GUID* classId, const GUID* iid, void** result) {
-    ClassFactoryFunction factory;
+    ClassFactoryFunction factory = nullptr;
     {
-        const CriticalSectionGuard guard(classLock_);
-        if (const auto found = classes_.find(*classId); found != classes_.end()) factory = found->second;
+        const LockGuard guard(classLock_);
+        if (const Class* const known = FindClass(*classId)) factory = known->factory;
     }
-    return factory ? factory(iid, result) : REGDB_E_CLASSNOTREG;
+    return factory != nullptr ? factory(iid, result) : REGDB_E_CLASSNOTREG;
 }
 
 ClassRegistrar::ClassRegistrar(const GUID& classId, ClassFactoryFunction factory) : classId_(classId) {
-    ComponentsModule::Instance().RegisterClass(classId_, std::move(factory));
+    ComponentsModule::Instance().RegisterClass(classId_, factory);
 }
 
 ClassRegistrar::~ClassRegistrar() {

@@ -3,15 +3,14 @@
 #pragma once
 
 #include <atomic>
-#include <functional>
-#include <map>
+#include <vector>
 
-#include "Common/Base/Guards.h"
+#include "Common/Base/Lock.h"
 #include "Harbor/ComponentsModule.h"
 
 namespace Harbor {
 
-using ClassFactoryFunction = std::function<HRESULT(const GUID* iid, void** result)>;
+using ClassFactoryFunction = HRESULT (*)(const GUID* iid, void** result);
 
 // The first base of the module object. It has the slots of IComponentUnknown and a destructor after them.
 struct ComponentsModuleRoot : IComponentUnknown {
@@ -23,7 +22,11 @@ public:
     // Returns the module object. The first call, by the first ClassRegistrar, creates it.
     static ComponentsModule& Instance();
 
-    // Called by ClassRegistrar at load and unload.
+    // LockModule and UnlockModule for the objects of the module, without the way through the module object.
+    static void CountObject() noexcept { lockCount_.fetch_add(1); }
+    static void DiscountObject() noexcept { lockCount_.fetch_sub(1); }
+
+    // Called by ClassRegistrar at load and unload. The first registration of an id counts.
     void RegisterClass(const GUID& classId, ClassFactoryFunction factory);
     void UnregisterClass(const GUID& classId);
 
@@ -45,14 +48,16 @@ private:
     friend class SingletonHolder;
     ComponentsModule() = default;
 
-    // Orders ids by their bytes in memory.
-    struct LessById {
-        bool operator()(const GUID& a, const GUID& b) const noexcept { return std::memcmp(&a, &b, sizeof(GUID)) < 0; }
+    struct Class {
+        GUID id;
+        ClassFactoryFunction factory;
     };
+    // Returns null if no class has the id.
+    const Class* FindClass(const GUID& classId) const noexcept;
 
-    std::atomic<std::uint32_t> lockCount_{0};  // objects and explicit locks
-    CriticalSection classLock_;                // guards classes_; not held while a factory is called
-    std::map<GUID, ClassFactoryFunction, LessById> classes_;
+    static inline constinit std::atomic<std::uint32_t> lockCount_{0};  // objects and explicit locks
+    Lock classLock_;              // guards classes_; not held while a factory is called
+    std::vector<Class> classes_;  // a module has few classes: a search from the first is the fastest
 };
 
 // Registers a class at load and unregisters it at unload.

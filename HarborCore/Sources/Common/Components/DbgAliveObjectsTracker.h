@@ -14,17 +14,17 @@ namespace Harbor {
 
 class DbgAliveObjectsTracker {
 public:
-    // Returns the tracker. The first call, at load, creates it.
+    // Returns the tracker. The first call, at load, creates it; until then tracking is off.
     static DbgAliveObjectsTracker& Instance();
 
     // If tracking is off, each costs one read of a flag. `tag` must be a static text. Any thread may call them.
-    PLATFORM_FORCEINLINE void Track(const void* object, const char* tag) {
+    PLATFORM_FORCEINLINE static void Track(const void* object, const char* tag) {
         if (enabled_.load()) [[unlikely]]
-            AddRecord(object, tag);
+            Instance().AddRecord(object, tag);
     }
-    void Untrack(const void* object) {
+    static void Untrack(const void* object) {
         if (enabled_.load()) [[unlikely]]
-            RemoveRecord(object);
+            Instance().RemoveRecord(object);
     }
 
     // Logs at WARN the number of objects that are alive and one line for each. A thread that creates or destroys an
@@ -49,7 +49,7 @@ private:
     PLATFORM_NOINLINE void AddRecord(const void* object, const char* tag);
     void RemoveRecord(const void* object);
 
-    std::atomic<bool> enabled_{false};
+    static inline constinit std::atomic<bool> enabled_{false};
     std::uint32_t framesToSkip_ = 0;
     CriticalSection lock_;  // guards records_
     std::map<const void*, Record> records_;

@@ -1,6 +1,7 @@
 #include "Common/Nodes/CNodeSerializer.h"
 
 #include "Common/Base/HRes.h"
+#include "Common/Failures/CodeOfCall.h"
 
 namespace Harbor {
 
@@ -20,12 +21,11 @@ void CNodeSerializer::Finalize() {
 }
 
 HRESULT CNodeSerializer::OnBlock(const void* data, std::uint32_t length, void* user) {
-    try {
+    // The store is a C library: no exception may pass through it.
+    return CodeOfCall([&] {
         static_cast<const CNodeSerializer*>(user)->sink_(data, length);
-    } catch (const HRX& failure) {
-        return failure.Code();
-    }
-    return S_OK;
+        return S_OK;
+    });
 }
 
 std::string NodesToText(const AcnHandle* nodes, std::uint32_t count, std::uint32_t flags, std::uint32_t depth) {
