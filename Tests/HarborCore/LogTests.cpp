@@ -105,12 +105,9 @@ TEST(LogStatement, EvaluatesItsOperandsOnlyWhenEnabledAndSurvivesExceptions) {
         0x20031115 ^ LC_NUMERIC, 6, 32, 34, 35, 36, 40, 44, ',', ',', 0, 0x2D465455, '8'};
     Stage::WriteText(Stage::Root() / "xx/LC_NUMERIC", std::string(reinterpret_cast<const char*>(comma), sizeof(comma)));
     const ScopedVariable locales("LOCPATH", Stage::Root());
-    const locale_t locale = newlocale(LC_NUMERIC_MASK, "xx", nullptr);
-    ASSERT_NE(locale, nullptr);
-    uselocale(locale);
+    ASSERT_NE(setlocale(LC_NUMERIC, "xx"), nullptr);
     LOG(Err, 1.5 << u' ' << -1e20 / 3 << u' ' << 0.1 + 0.2);
-    uselocale(LC_GLOBAL_LOCALE);
-    freelocale(locale);
+    setlocale(LC_NUMERIC, "C");
     EXPECT_THAT(log.Take(), ElementsAre("WARN on 1", "ERR  before half... (***EXCEPTION***)", "CRIT (null) (null)",
                                         "ERR  ff 0000000000ABCDEF -81", "ERR  1.5 -3.33333e+19 0.3"));
 }
