@@ -275,6 +275,7 @@ TEST_F(ConfigServerTest, AddsAWatchCompletelyOrNotAtAllAndStartsItWithoutMemory)
     Listener listener;
     const FilterByPathNode filter(u"\\A", WatchedNodes::PathAndBelow, EveryLevel);
     const ACNode parameters = Parameters();
+    Add(listener, u"\\A");  // creates what the first call in a process creates, such as the log
     for (int number = 0;; ++number) {
         Subscription subscription;
         HRESULT code = S_OK;
