@@ -1,8 +1,8 @@
 #include <algorithm>
-#include <thread>
 #include <vector>
 
 #include "Common/Nodes/CNodeSerializer.h"
+#include "Support/JoiningThread.h"
 #include "Support/StoreFixture.h"
 
 using namespace Harbor;
@@ -118,8 +118,8 @@ TEST_F(NodeFabric, StaysConsistentUnderConcurrentReadersAndWriters) {
         }
     };
     {
-        const std::jthread threads[] = {std::jthread(readAndWrite), std::jthread(readAndWrite),
-                                        std::jthread(removeAndAppend), std::jthread(removeAndAppend)};
+        const JoiningThread threads[] = {JoiningThread(readAndWrite), JoiningThread(readAndWrite),
+                                         JoiningThread(removeAndAppend), JoiningThread(removeAndAppend)};
     }
     for (const char16_t* name : Names) EXPECT_TRUE(Open(AcnGetChildByName, root.get(), name));
 }

@@ -57,7 +57,7 @@ namespace Harbor {
 [[nodiscard]] inline std::string TakeErrorText(HRESULT code) {
     Platform::IErrorInfo* object = nullptr;
     if (Platform::GetErrorInfo(0, &object) != S_OK) return ErrorText(code);
-    const std::string description = ToUtf8(DescriptionOf(*object));
+    std::string description = ToUtf8(DescriptionOf(*object));
     object->Release();
     const std::string text = ErrorText(code);
     const std::string_view number = std::string_view(text).substr(0, text.find(' '));

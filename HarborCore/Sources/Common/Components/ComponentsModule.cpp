@@ -64,16 +64,16 @@ HRESULT ComponentsModule::DumpAliveObjects() {
 }
 
 std::uint32_t ComponentsModule::LockModule() {
-    return lockCount_.fetch_add(1) + 1;
+    return LockCount.fetch_add(1) + 1;
 }
 
 std::uint32_t ComponentsModule::UnlockModule() {
-    return lockCount_.fetch_sub(1) - 1;
+    return LockCount.fetch_sub(1) - 1;
 }
 
 HRESULT ComponentsModule::IsModuleLocked(std::int32_t* flag) {
     if (flag == nullptr) return E_POINTER;
-    *flag = lockCount_.load() != 0 ? 1 : 0;
+    *flag = LockCount.load() != 0 ? 1 : 0;
     return S_OK;
 }
 

@@ -23,8 +23,8 @@ public:
     static ComponentsModule& Instance();
 
     // LockModule and UnlockModule for the objects of the module, without the way through the module object.
-    static void CountObject() noexcept { lockCount_.fetch_add(1); }
-    static void DiscountObject() noexcept { lockCount_.fetch_sub(1); }
+    static void CountObject() noexcept { LockCount.fetch_add(1); }
+    static void DiscountObject() noexcept { LockCount.fetch_sub(1); }
 
     // Called by ClassRegistrar at load and unload. The first registration of an id counts.
     void RegisterClass(const GUID& classId, ClassFactoryFunction factory);
@@ -55,7 +55,7 @@ private:
     // Returns null if no class has the id.
     const Class* FindClass(const GUID& classId) const noexcept;
 
-    static inline constinit std::atomic<std::uint32_t> lockCount_{0};  // objects and explicit locks
+    static inline constinit std::atomic<std::uint32_t> LockCount{0};  // objects and explicit locks
     Lock classLock_;              // guards classes_; not held while a factory is called
     std::vector<Class> classes_;  // a module has few classes: a search from the first is the fastest
 };

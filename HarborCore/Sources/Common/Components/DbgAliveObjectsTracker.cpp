@@ -35,11 +35,11 @@ DbgAliveObjectsTracker::DbgAliveObjectsTracker() {
     if (GetSettingNumberOr(Section, EnableKey, 0) == 0) return;
     // AddRecord adds 1 for its own frame, which must not overflow.
     framesToSkip_ = std::min(GetSettingNumberOr(Section, FramesToSkipKey, 0), 0xFFFFFFFEu);
-    enabled_.store(true);
+    Enabled.store(true);
 }
 
 DbgAliveObjectsTracker::~DbgAliveObjectsTracker() {
-    enabled_.store(false);
+    Enabled.store(false);
 }
 
 void DbgAliveObjectsTracker::AddRecord(const void* object, const char* tag) {
@@ -57,7 +57,7 @@ void DbgAliveObjectsTracker::RemoveRecord(const void* object) {
 }
 
 void DbgAliveObjectsTracker::Dump() {
-    if (!enabled_.load()) return;
+    if (!Enabled.load()) return;
     const CriticalSectionGuard guard(lock_);
     if (records_.empty()) return;
     // This is called through an interface that returns a code, so nothing may be thrown. A line that cannot be logged

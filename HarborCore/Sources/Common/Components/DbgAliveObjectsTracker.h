@@ -19,11 +19,11 @@ public:
 
     // If tracking is off, each costs one read of a flag. `tag` must be a static text. Any thread may call them.
     PLATFORM_FORCEINLINE static void Track(const void* object, const char* tag) {
-        if (enabled_.load()) [[unlikely]]
+        if (Enabled.load()) [[unlikely]]
             Instance().AddRecord(object, tag);
     }
     static void Untrack(const void* object) {
-        if (enabled_.load()) [[unlikely]]
+        if (Enabled.load()) [[unlikely]]
             Instance().RemoveRecord(object);
     }
 
@@ -49,7 +49,7 @@ private:
     PLATFORM_NOINLINE void AddRecord(const void* object, const char* tag);
     void RemoveRecord(const void* object);
 
-    static inline constinit std::atomic<bool> enabled_{false};
+    static inline constinit std::atomic<bool> Enabled{false};
     std::uint32_t framesToSkip_ = 0;
     CriticalSection lock_;  // guards records_
     std::map<const void*, Record> records_;
