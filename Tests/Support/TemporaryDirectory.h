@@ -10,7 +10,7 @@
 // A new, empty directory. The destructor removes it with its contents.
 class TemporaryDirectory {
 public:
-    TemporaryDirectory() = default;
+    TemporaryDirectory() : path_(ThisSystem::MakeTemporaryDirectory()) {}  // constants of this type need it
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
     ~TemporaryDirectory() { std::filesystem::remove_all(path_); }
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
 
 private:
-    const std::filesystem::path path_ = ThisSystem::MakeTemporaryDirectory();
+    const std::filesystem::path path_;
 };
 
 inline void WriteAll(const std::filesystem::path& path, const std::string& bytes) {
