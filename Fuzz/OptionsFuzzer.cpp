@@ -8,33 +8,33 @@
 
 namespace {
 
-template <class Settings>
-void CheckLabels(const std::vector<Host::Labelled<Settings>>& items, std::initializer_list<std::string_view> options) {
-    for (const auto& item : items) {
-        REQUIRE(std::any_of(options.begin(), options.end(),
-                            [&](std::string_view option) { return item.label.starts_with(option); }));
+void Require(const Host::RunOptions& run) {
+    REQUIRE(!run.schedules.empty() || !run.watches.empty());
+    for (const auto& schedule : run.schedules) REQUIRE(!schedule.label.empty());
+    for (const auto& watch : run.watches) {
+        REQUIRE(!watch.label.empty() && !watch.value.LeafName.empty() && !watch.value.ParentName.empty());
     }
 }
-
-void CheckOptions(const Host::RunOptions& run) {
-    REQUIRE(!run.modulePath.empty() && (!run.schedules.empty() || !run.watches.empty()));
-    CheckLabels(run.schedules, {"every ", "at "});
-    CheckLabels(run.watches, {"watch "});
-    for (const auto& watch : run.watches) REQUIRE(!watch.value.LeafName.empty() && !watch.value.ParentName.empty());
+void Require(const Host::CheckOptions& check) {
+    REQUIRE(!check.file.empty());
+    Require(check.run);
 }
-void CheckOptions(const Host::CompareOptions& compare) {
+void Require(const Host::SettingsOptions& settings) {
+    REQUIRE(!settings.modulePath.empty());
+}
+void Require(const Host::CompareOptions& compare) {
     REQUIRE(!compare.modulePath.empty());
 }
-void CheckOptions(const Host::LogOptions& log) {
+void Require(const Host::LogOptions& log) {
     REQUIRE(!log.follow || (log.file != "-" && !log.slowestCalls));
 }
-void CheckOptions(const Host::NextOptions& next) {
+void Require(const Host::NextOptions& next) {
     REQUIRE(!next.schedules.empty());
 }
-void CheckOptions(const Host::ExplainOptions& explain) {
+void Require(const Host::ExplainOptions& explain) {
     REQUIRE(!explain.schedules.empty());
 }
-void CheckOptions(const Host::ShowText& show) {
+void Require(const Host::ShowText& show) {
     REQUIRE(show.text.ends_with('\n'));
 }
 
@@ -55,7 +55,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<const char*> arguments;
     for (const std::string& word : words) arguments.push_back(word.c_str());
     try {
-        std::visit([](const auto& options) { CheckOptions(options); },
+        std::visit([](const auto& options) { Require(options); },
                    Host::ParseOptions(static_cast<int>(arguments.size()), arguments.data()));
     } catch (const Host::BadInput& refusal) {
         REQUIRE(*refusal.what() != '\0');
