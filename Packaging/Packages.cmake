@@ -61,7 +61,8 @@ file(WRITE ${CMAKE_BINARY_DIR}/shlibs "")
 foreach(library OrvPlatform NodeFabric ModuleBroker)
     file(APPEND ${CMAKE_BINARY_DIR}/shlibs "lib${library} ${ORV_ABI_NUMBER} orv-action-manager (>= ${PROJECT_VERSION})\n")
 endforeach()
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_BINARY_DIR}/triggers ${CMAKE_BINARY_DIR}/shlibs)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${CMAKE_BINARY_DIR}/triggers ${CMAKE_BINARY_DIR}/shlibs
+    ${CMAKE_SOURCE_DIR}/Packaging/Defaults/conffiles ${CMAKE_SOURCE_DIR}/Packaging/Defaults/postrm)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION
     "A module that calls the components of a data-collection service on a
 schedule or on an operator's command, and the console host ActionHost,

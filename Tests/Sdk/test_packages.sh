@@ -9,7 +9,6 @@ set -euo pipefail
 build=$1 source=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export GS_Logger_Path=$work/Logs
 
 cpack --config "$build/CPackConfig.cmake" -B "$work/packages" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 cd "$work/packages"
@@ -28,15 +27,30 @@ scratch_dpkg() {
     PATH=$work/bin:$PATH dpkg --root="$root" --force-script-chrootless "$@" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }
 }
 scratch_dpkg --install ./*.deb
-# The packages contain what cmake --install installs, and the debug symbols.
+# The packages contain what cmake --install installs, the debug symbols, and settings for the administrator.
 cmake --install "$build" --prefix "$work/installed" >/dev/null
 diff <(cd "$work/installed" && find . -not -type d | sort) \
-    <(cd "$root/usr" && find . -not -type d -not -path '*-dbgsym/*' -not -path './lib/debug/*' | sort)
+    <(cd "$root/usr" && find . -not -type d -not -path '*-dbgsym/*' -not -path './lib/debug/*' \
+        -not -name OrvActionManager.ini | sort)
 
 # As the loader would find them with the packages on a system.
 export LD_LIBRARY_PATH=$root/usr/lib
 [ "$("$root/usr/bin/ActionHost" --version)" = "ActionHost $version" ]
+# The link beside the module leads out of the root directory, so it is made to lead into it.
+settings=etc/orv-action-manager/OrvActionManager.ini
+link=$root/usr/lib/OrvActionManager/OrvActionManager.ini
+[ "$(readlink "$link")" = /$settings ]
+ln -sf "$root/$settings" "$link"
+"$root/usr/bin/ActionHost" settings | tee "$work/settings"
+grep -E "^Logger +Path +/var/log/orv-action-manager +.*OrvActionManager.ini" "$work/settings"
+grep -E "^Logger +MaxSeverity +WARN +.*OrvActionManager.ini" "$work/settings"
+[ -d "$root/var/log/orv-action-manager" ]
+# As an administrator changes them.
+sed -i "s|^Path=.*|Path=$work/Logs|; s|^MaxSeverity=.*|MaxSeverity=DBG|" "$root/$settings"
 "$root/usr/bin/ActionHost" --every 100ms --duration 300ms
+[ -s "$work/Logs/OrvActionManager.log" ]
+scratch_dpkg --force-confold --install ./orv-action-manager_*.deb
+grep -F "Path=$work/Logs" "$root/$settings"
 for binary in "$root"/usr/bin/* "$root"/usr/lib/*.so "$root"/usr/lib/*/*.so; do
     readelf -d "$binary" | grep -E 'RPATH|RUNPATH' && { echo "$binary searches its libraries itself" >&2; exit 1; }
     id=$(readelf -n "$binary" | sed -n 's/.*Build ID: //p')
@@ -45,6 +59,8 @@ done
 gzip -dc "$root/usr/share/man/man1/ActionHost.1.gz" | grep -F "OrvActionManager $version"
 grep -q -F "No license has been chosen" "$root/usr/share/doc/orv-action-manager/copyright"
 
+# A purge also removes what the module wrote.
+touch "$root/var/log/orv-action-manager/OrvActionManager.log"
 scratch_dpkg --purge orv-action-manager-dbgsym orv-action-manager-dev orv-action-manager
-left=$([ ! -d "$root/usr" ] || find "$root/usr" -not -type d)
+left=$([ ! -d "$root/usr" ] || find "$root/usr" -not -type d; find "$root" -path '*orv-action-manager*')
 [ -z "$left" ] || { echo "left after the removal: $left" >&2; exit 1; }
