@@ -1,11 +1,9 @@
-// How the program can end, and the failures that end it early.
+// How the program can end, and the bad input that ends it early. A call that failed is a Harbor::Failure.
 #pragma once
 
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include "Harbor/ResultCodes.h"
 
 namespace Host {
 
@@ -54,16 +52,5 @@ public:
 private:
     std::string messages_;
 };
-
-// A call that failed. The message is one line for the user, in UTF-8.
-class CallFailure : public std::runtime_error {
-public:
-    using runtime_error::runtime_error;
-};
-
-// Throws CallFailure if the code is a failure. The message has `what`, the code and its text.
-void RequireSuccess(Harbor::HRESULT code, std::string_view what);
-// Throws CallFailure with the thread's last error if a function of the platform layer did not succeed.
-void RequirePlatformSuccess(bool succeeded, std::string_view what);
 
 }  // namespace Host

@@ -33,7 +33,7 @@ void WriteOutputFile(std::string_view source, const std::string& path, const std
     std::ofstream file(PathOf(path), std::ios::binary);
     file << content;
     file.close();
-    if (!file) throw CallFailure(Refused(source, path, "written"));
+    if (!file) throw std::runtime_error(Refused(source, path, "written"));
 }
 
 }  // namespace Host

@@ -18,7 +18,8 @@ namespace Host {
 // SOURCE: "PATH" cannot be read: REASON. `source` is an option, for instance.
 [[nodiscard]] std::ifstream OpenInputFile(std::string_view source, const std::string& path);
 
-// Replaces the content of a file. If the system refuses, throws CallFailure: SOURCE: "PATH" cannot be written: REASON.
+// Replaces the content of a file. If the system refuses, throws std::runtime_error: SOURCE: "PATH" cannot be written:
+// REASON.
 void WriteOutputFile(std::string_view source, const std::string& path, const std::string& content);
 
 }  // namespace Host

@@ -5,9 +5,10 @@
 #include "Common/Base/Text.h"
 #include "Comparison/ScopeItems.h"
 #include "DataCollection/TriggerStrategy.h"
+#include "Harbor/Module.h"
 #include "Host/Base/Failure.h"
 #include "Host/Base/Json.h"
-#include "Host/Base/LoadedModule.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Compare/NodeFile.h"
 
 namespace Host {
@@ -51,10 +52,10 @@ Decision DecisionByItems(const ACNode& oldTree, const ACNode& newTree) {
             .reason = "none of the " + std::to_string(comparison.itemCount) + " items is new or changed"};
 }
 
-bool Triggers(const LoadedModule& module, const GUID& strategyId, const ACNode& oldTree, const ACNode& newTree) {
-    const auto strategy = module.Create<ITriggerStrategy>(strategyId);
+bool Triggers(const Module& module, const GUID& strategyId, const ACNode& oldTree, const ACNode& newTree) {
+    const auto strategy = Create<ITriggerStrategy>(module, strategyId);
     const HRESULT code = strategy->OnConfigurationUpdate(oldTree.Handle(), newTree.Handle());
-    RequireSuccess(code, "OnConfigurationUpdate");
+    ThrowIfFailed(code, "OnConfigurationUpdate");
     return code == S_OK;
 }
 
@@ -74,7 +75,7 @@ void Print(OutputFormat format, const std::string& strategy, bool trigger, const
 int Compare(const CompareOptions& options) {
     const ACNode oldTree = ReadNodeFile(options.oldFile);
     const ACNode newTree = ReadNodeFile(options.newFile);
-    const LoadedModule module(options.modulePath);
+    const Module module = Module::Load(PathOf(options.modulePath));
     const bool trigger = Triggers(module, ScopeItemUpdateStrategyClassId, oldTree, newTree);
     Print(options.format, "ScopeItemUpdateStrategy", trigger, DecisionByItems(oldTree, newTree));
     Print(options.format, "DefaultTriggerStrategy", Triggers(module, DefaultTriggerStrategyClassId, oldTree, newTree),

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Common/Base/Text.h"
+#include "Harbor/Failure.h"
 #include "Host/Base/Failure.h"
 #include "Host/Base/Number.h"
 #include "Host/Base/UserFile.h"
@@ -85,7 +86,7 @@ private:
             return true;
         }
         ACNode node = BuildNode(element);
-        RequireSuccess(AcnAppendChild(branch_.back().Handle(), node.Handle()), "AcnAppendChild");
+        ThrowIfFailed(AcnAppendChild(branch_.back().Handle(), node.Handle()), "AcnAppendChild");
         branch_.push_back(std::move(node));
         return true;
     }
@@ -95,7 +96,7 @@ private:
         const WideString name = Value(element, "name");
         const WideString type = Value(element, "type");
         ACNode node;
-        RequireSuccess(AcnCreateNode(name.c_str(), type.c_str(), node.Receive()), "AcnCreateNode");
+        ThrowIfFailed(AcnCreateNode(name.c_str(), type.c_str(), node.Receive()), "AcnCreateNode");
         return node;
     }
 
@@ -121,8 +122,8 @@ private:
             node.SetInt32(name.c_str(), Number<std::int32_t>(element));
         } else if (type == "uint32") {
             const auto number = Number<std::uint32_t>(element);
-            RequireSuccess(AcnSetAttribute(node.Handle(), name.c_str(), AcnTypeUInt32, &number, sizeof(number)),
-                           "AcnSetAttribute");
+            ThrowIfFailed(AcnSetAttribute(node.Handle(), name.c_str(), AcnTypeUInt32, &number, sizeof(number)),
+                          "AcnSetAttribute");
         } else if (type == "int64") {
             node.SetInt64(name.c_str(), Number<std::int64_t>(element));
         } else {

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <iostream>
 
+#include "Harbor/Module.h"
 #include "Host/Base/Failure.h"
-#include "Host/Base/LoadedModule.h"
 #include "Host/Base/UserFile.h"
 #include "Host/Console/StopSignal.h"
 #include "Host/Log/LogPrinter.h"
@@ -44,7 +44,7 @@ void Follow(FileSource& source, LogParser& parser, std::span<char> buffer) {
 
 // Returns the options with the file that the module writes if they have none.
 LogOptions WithFile(LogOptions options) {
-    if (options.file.empty()) options.file = LogFileOf(LoadedModule(options.modulePath).Handle());
+    if (options.file.empty()) options.file = LogFileOf(Harbor::Module::Load(PathOf(options.modulePath)).Handle());
     return options;
 }
 

@@ -1,6 +1,6 @@
 #include "Host/Run/ActionListener.h"
 
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 
 namespace Host {
 
@@ -10,7 +10,7 @@ using namespace Harbor;
 
 ComponentPtr<IActionListener> ActionListener::Make(CallHandler handler) {
     CComponentObject<ActionListener>* created = nullptr;
-    RequireSuccess(CComponentObject<ActionListener>::CreateObject(&created), "Create listener");
+    ThrowIfFailed(CComponentObject<ActionListener>::CreateObject(&created), "Create listener");
     created->handler_ = std::move(handler);
     return ComponentPtr<IActionListener>::Attach(created);
 }

@@ -6,7 +6,7 @@
 
 #include "Common/Base/Text.h"
 #include "Common/Components/ComponentsModule.h"
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 #include "Host/Base/UserFile.h"
 #include "Host/Console/Environment.h"
 #include "Host/Log/LogParser.h"
@@ -59,18 +59,19 @@ void AliveCounter::EnableTracking() {
     SetVariableIfMissing(TrackingVariable, "1");
 }
 
-AliveCounter::AliveCounter(const LoadedModule& module) : module_(module.Get()), logFile_(LogFileOf(module.Handle())) {}
+AliveCounter::AliveCounter(const Harbor::Module& module)
+    : module_(module.Get()), logFile_(LogFileOf(module.Handle())) {}
 
 AliveObjects AliveCounter::Count() const {
     const auto before = SizeOf(logFile_);
-    RequireSuccess(module_.DumpAliveObjects(), "DumpAliveObjects");
+    Harbor::ThrowIfFailed(module_.DumpAliveObjects(), "DumpAliveObjects");
     ClassCounts classes;
     LogParser parser(classes);
     parser.Feed(ReadFrom(logFile_, before));
     parser.Finish();
     AliveObjects alive{CountObjects(module_), std::move(classes.counts),
                        CountObjects(Harbor::ComponentsModule::Instance())};
-    RequireSuccess(AcnGetOpenHandleCount(&alive.nodeHandles), "Count node handles");
+    Harbor::ThrowIfFailed(AcnGetOpenHandleCount(&alive.nodeHandles), "Count node handles");
     return alive;
 }
 

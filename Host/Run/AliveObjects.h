@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include "Host/Base/LoadedModule.h"
+#include "Harbor/Module.h"
 
 namespace Host {
 
@@ -29,9 +29,9 @@ public:
     static void EnableTracking();
 
     // Borrows the module.
-    explicit AliveCounter(const LoadedModule& module);
+    explicit AliveCounter(const Harbor::Module& module);
 
-    // Makes the module list its objects in its log. Failures are thrown as CallFailure.
+    // Makes the module list its objects in its log. Failures are thrown as Harbor::Failure.
     [[nodiscard]] AliveObjects Count() const;
 
 private:

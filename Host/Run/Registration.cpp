@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Common/Base/Text.h"
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 #include "Host/Run/ActionListener.h"
 #include "Host/Schedules/LocalTime.h"
 
@@ -16,11 +16,11 @@ Registration::Registration(std::string label, Report& report) : label_(std::move
 void Registration::Subscribe(IActionManager& manager) {
     const auto listener = ActionListener::Make([this](const Harbor::WideString& action) { OnCall(action); });
     subscription_ = Register(manager, *listener.Get());
-    RequireSuccess(subscription_->Start(), "Start '" + label_ + "'");
+    Harbor::ThrowIfFailed(subscription_->Start(), "Start '" + label_ + "'");
 }
 
 void Registration::Unsubscribe() {
-    RequireSuccess(subscription_->Unsubscribe(), "Unsubscribe '" + label_ + "'");
+    Harbor::ThrowIfFailed(subscription_->Unsubscribe(), "Unsubscribe '" + label_ + "'");
     subscription_.Reset();
 }
 

@@ -19,7 +19,7 @@ public:
     Registration& operator=(const Registration&) = delete;
     virtual ~Registration() = default;
 
-    // Registers a listener and starts the subscription. A failure is thrown as CallFailure.
+    // Registers a listener and starts the subscription. A failure is thrown as Harbor::Failure.
     void Subscribe(DataCollection::ActionManagement::IActionManager& manager);
     void Unsubscribe();
 

@@ -4,8 +4,9 @@
 
 #include "Common/Nodes/ACNode.h"
 #include "Harbor/Configurable.h"
+#include "Harbor/Module.h"
 #include "Host/Base/Failure.h"
-#include "Host/Base/LoadedModule.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Run/Check.h"
 #include "Host/Run/CommandLoop.h"
 #include "Host/Run/ScheduleRegistration.h"
@@ -41,13 +42,13 @@ Registrations MakeRegistrations(const RunOptions& options, Report& report) {
 void Configure(IActionManager& manager, milliseconds polling) {
     const auto value = static_cast<std::uint32_t>(polling.count());
     ACNode config;
-    RequireSuccess(AcnCreateNode(u"ActionManager", nullptr, config.Receive()), "AcnCreateNode");
-    RequireSuccess(
+    ThrowIfFailed(AcnCreateNode(u"ActionManager", nullptr, config.Receive()), "AcnCreateNode");
+    ThrowIfFailed(
         AcnSetAttribute(config.Handle(), u"PollingIntervalInMilliseconds", AcnTypeUInt32, &value, sizeof(value)),
         "AcnSetAttribute");
     ComponentPtr<IConfigurable> configurable;
-    RequireSuccess(ComponentPtr(&manager).QueryTo(configurable), "QueryInterface");
-    RequireSuccess(configurable->Configure(config.Handle()), "Configure");
+    ThrowIfFailed(ComponentPtr(&manager).QueryTo(configurable), "QueryInterface");
+    ThrowIfFailed(configurable->Configure(config.Handle()), "Configure");
 }
 
 // The worker removes unsubscribed objects in its next two cycles. Nothing depends on that, so the wait is skipped if
@@ -63,13 +64,13 @@ void WaitForLastCycles(IComponentsModule& module, milliseconds polling) {
     }
 }
 
-std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCounter& alive, const RunOptions& options,
+std::vector<RegistrationState> Serve(const Module& module, const AliveCounter& alive, const RunOptions& options,
                                      const StopSignal& stop, ModuleLog& log, Report& report) {
     const ServedTree tree;
     // Declared before the manager: the worker calls the registrations until the manager is gone.
     const Registrations registrations = MakeRegistrations(options, report);
     report.ShowStatusOf([&registrations] { return StatesOf(registrations, CurrentTime()); });
-    const auto manager = module.Create<IActionManager>(ActionManagerClassId);
+    const auto manager = Create<IActionManager>(module, ActionManagerClassId);
     Configure(*manager.Get(), options.polling);
     for (const auto& registration : registrations) registration->Subscribe(*manager.Get());
     report.AddMessage("Registrations: " + std::to_string(registrations.size()) +
@@ -85,7 +86,7 @@ std::vector<RegistrationState> Serve(const LoadedModule& module, const AliveCoun
 
 Outcome LoadServeAndUnload(const RunOptions& options, const StopSignal& stop, Report& report) {
     AliveCounter::EnableTracking();
-    const LoadedModule module(options.modulePath);
+    const Module module = Module::Load(PathOf(options.modulePath));
     const AliveCounter alive(module);
     ModuleLog log(LogFileOf(module.Handle()), report);
     Outcome outcome{Serve(module, alive, options, stop, log, report), {}};

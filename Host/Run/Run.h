@@ -6,7 +6,7 @@
 namespace Host {
 
 // Returns the exit code after the host was stopped. If the module cannot be loaded or refuses a registration, undoes
-// all of it and throws CallFailure.
+// all of it and throws Harbor::Failure.
 [[nodiscard]] int Run(const RunOptions& options);
 
 }  // namespace Host

@@ -1,6 +1,6 @@
 #include "Host/Run/ScheduleRegistration.h"
 
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 #include "Host/Schedules/LocalTime.h"
 #include "Schedules/Schedule.h"
 #include "Schedules/TimeZoneBias.h"
@@ -26,8 +26,8 @@ ScheduleRegistration::ScheduleRegistration(std::string label, const TimedActionS
 Registration::SubscriptionPtr ScheduleRegistration::Register(IActionManager& manager, IActionListener& listener) {
     firstRun_ = FirstRunOf(settings_, CurrentTime(), BiasOrZero()).time;
     SubscriptionPtr subscription;
-    RequireSuccess(manager.SubscribeRegularAction(&listener, &settings_, subscription.Address()),
-                   "SubscribeRegularAction '" + Label() + "'");
+    Harbor::ThrowIfFailed(manager.SubscribeRegularAction(&listener, &settings_, subscription.Address()),
+                          "SubscribeRegularAction '" + Label() + "'");
     return subscription;
 }
 

@@ -2,13 +2,13 @@
 
 #include "Common/Base/Text.h"
 #include "Common/Nodes/CNodeSerializer.h"
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 #include "ModuleBroker/Registration.h"
 
 namespace Host {
 
 ServedTree::ServedTree() : tree_(ConfigServer::CreateConfigServer()) {
-    RequireSuccess(MBSetNamedInstance(Harbor::ConfigServiceInstanceName, tree_.Get()), "MBSetNamedInstance");
+    Harbor::ThrowIfFailed(MBSetNamedInstance(Harbor::ConfigServiceInstanceName, tree_.Get()), "MBSetNamedInstance");
 }
 
 ServedTree::~ServedTree() {
@@ -16,13 +16,13 @@ ServedTree::~ServedTree() {
 }
 
 void ServedTree::Write(std::u16string_view path, const std::vector<ConfigServer::TextAttribute>& attributes) const {
-    RequireSuccess(tree_->WriteNode(path, attributes), "Write '" + Harbor::ToUtf8(path) + "'");
+    Harbor::ThrowIfFailed(tree_->WriteNode(path, attributes), "Write '" + Harbor::ToUtf8(path) + "'");
 }
 
 std::string ServedTree::ToXml() const {
     constexpr std::uint32_t noFlags = 0;
     Harbor::ACNode copy;
-    RequireSuccess(tree_->CopyTree(copy.Receive()), "Copy the tree");
+    Harbor::ThrowIfFailed(tree_->CopyTree(copy.Receive()), "Copy the tree");
     const AcnHandle root = copy.Handle();
     std::string text = Harbor::NodesToText(&root, 1, noFlags, AcnWholeTree);
     std::erase(text, '\r');

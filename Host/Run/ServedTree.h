@@ -7,7 +7,7 @@
 
 namespace Host {
 
-// The destructor removes the name; by then no subscription may be left. Failures are thrown as CallFailure.
+// The destructor removes the name; by then no subscription may be left. Failures are thrown as Harbor::Failure.
 class ServedTree {
 public:
     ServedTree();

@@ -1,6 +1,6 @@
 #include "Host/Run/WatchRegistration.h"
 
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 #include "Host/Run/CommandPoint.h"
 
 namespace Host {
@@ -23,8 +23,8 @@ bool WatchRegistration::OnCommand(std::u16string_view path, const TimePoint& tim
 
 Registration::SubscriptionPtr WatchRegistration::Register(IActionManager& manager, IActionListener& listener) {
     SubscriptionPtr subscription;
-    RequireSuccess(manager.SubscribeForcedAction(&listener, &config_, subscription.Address()),
-                   "SubscribeForcedAction '" + Label() + "'");
+    Harbor::ThrowIfFailed(manager.SubscribeForcedAction(&listener, &config_, subscription.Address()),
+                          "SubscribeForcedAction '" + Label() + "'");
     return subscription;
 }
 

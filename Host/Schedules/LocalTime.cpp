@@ -2,7 +2,7 @@
 
 #include "Common/Base/Format.h"
 #include "Common/Base/Text.h"
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 #include "Platform/Time.h"
 
 namespace Host {
@@ -15,13 +15,13 @@ namespace {
 Platform::FILETIME ToLocal(const TimePoint& time) {
     const Platform::FILETIME utc = ToFileTime(time);
     Platform::FILETIME local{};
-    RequirePlatformSuccess(Platform::FileTimeToLocalFileTime(&utc, &local) != 0, "Convert to local time");
+    Harbor::ThrowLastErrorIf(Platform::FileTimeToLocalFileTime(&utc, &local) == 0, "Convert to local time");
     return local;
 }
 
 std::string Text(const Platform::FILETIME& local, char16_t separator) {
     Platform::SYSTEMTIME fields{};
-    RequirePlatformSuccess(Platform::FileTimeToSystemTime(&local, &fields) != 0, "Get calendar fields");
+    Harbor::ThrowLastErrorIf(Platform::FileTimeToSystemTime(&local, &fields) == 0, "Get calendar fields");
     return Harbor::ToUtf8(Harbor::FormatWide(u"%04u-%02u-%02u%s%02u:%02u:%02u.%03u", fields.wYear, fields.wMonth,
                                              fields.wDay, std::u16string_view(&separator, 1), fields.wHour,
                                              fields.wMinute, fields.wSecond, fields.wMilliseconds));

@@ -13,7 +13,7 @@ using DataCollection::ActionManagement::TimePoint;
 // The system's wall clock.
 [[nodiscard]] TimePoint CurrentTime();
 
-// The functions below throw CallFailure for a time that the system's calendar does not reach.
+// The functions below throw Harbor::Failure for a time that the system's calendar does not reach.
 
 // Returns local time minus UTC at that time.
 [[nodiscard]] std::chrono::seconds LocalOffset(const TimePoint& time);

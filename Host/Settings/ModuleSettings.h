@@ -17,7 +17,7 @@ struct ModuleSetting {
 };
 
 // Returns all settings of a loaded module, with the values that they have in this process now. Failures are thrown as
-// CallFailure or HRX.
+// Harbor::Failure or Harbor::HRX.
 [[nodiscard]] std::vector<ModuleSetting> SettingsOf(Platform::HMODULE module);
 
 // Returns the path of the log that a loaded module writes, with the separators of this system. Failures as above.

@@ -3,9 +3,10 @@
 #include <iomanip>
 #include <iostream>
 
+#include "Harbor/Module.h"
 #include "Host/Base/Failure.h"
 #include "Host/Base/Json.h"
-#include "Host/Base/LoadedModule.h"
+#include "Host/Base/UserFile.h"
 #include "Host/Settings/ModuleSettings.h"
 
 namespace Host {
@@ -23,7 +24,7 @@ void PrintText(const ModuleSetting& setting) {
 }  // namespace
 
 int ShowSettings(const SettingsOptions& options) {
-    const LoadedModule module(options.modulePath);
+    const Harbor::Module module = Harbor::Module::Load(PathOf(options.modulePath));
     for (const ModuleSetting& setting : SettingsOf(module.Handle())) {
         if (options.format == OutputFormat::Json) {
             std::cout << JsonLine(ToJson(setting));

@@ -10,8 +10,10 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "Harbor/ErrorText.h"
+#include "Platform/Errors.h"
 
 namespace Harbor {
 
@@ -28,9 +30,19 @@ private:
 
 // Throws a Failure if `code`, the result of `call`, is a failure. Its text is that of the call and the one that the
 // callee left in the thread's error object, which is taken out; without one it is ErrorText(code).
-inline void ThrowIfFailed(HRESULT code, const char* call) {
+inline void ThrowIfFailed(HRESULT code, std::string_view call) {
     if (Failed(code)) [[unlikely]]
-        throw Failure(code, call + (": " + TakeErrorText(code)));
+        throw Failure(code, std::string(call) + ": " + TakeErrorText(code));
+}
+
+// Throws a Failure with the thread's last error if `failed` is true, for the functions of the platform layer that set
+// it. A failure without a last error is E_FAIL.
+inline void ThrowLastErrorIf(bool failed, std::string_view call) {
+    if (!failed) [[likely]]
+        return;
+    const Platform::DWORD error = Platform::GetLastError();
+    const HRESULT code = error != 0 ? HResultFromWin32(error) : E_FAIL;
+    throw Failure(code, std::string(call) + ": " + ErrorText(code));
 }
 
 // Calls `body`, which returns an HRESULT, and returns its result. Returns the code of a Failure that leaves it,

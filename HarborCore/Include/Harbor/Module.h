@@ -6,12 +6,12 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <utility>
 
 #include "Harbor/ComponentPtr.h"
 #include "Harbor/ComponentsModule.h"
 #include "Harbor/Failure.h"
-#include "Platform/Errors.h"
 #include "Platform/Modules.h"
 
 namespace Harbor {
@@ -23,10 +23,11 @@ public:
     [[nodiscard]] static Module Load(const std::filesystem::path& path) {
         const std::filesystem::path absolute = std::filesystem::absolute(path);
         Library library(Platform::LoadLibraryExW(absolute.u16string().c_str(), nullptr, 0));
-        ThrowLastErrorIf(!library, "Load " + path.string());
+        const std::string name = "module '" + ToUtf8(path.u16string()) + "'";
+        ThrowLastErrorIf(!library, "Load " + name);
         const auto getModule = reinterpret_cast<GetComponentsModuleObjectFunction>(
             Platform::GetProcAddress(library.get(), GetComponentsModuleObjectName));
-        ThrowLastErrorIf(getModule == nullptr, "Find GetComponentsModuleObject in " + path.string());
+        ThrowLastErrorIf(getModule == nullptr, "Find GetComponentsModuleObject in " + name);
         IComponentsModule* object = nullptr;
         ThrowIfFailed(getModule(&object), GetComponentsModuleObjectName);
         return Module(std::move(library), *object);
@@ -44,17 +45,13 @@ public:
     // Lives as long as the library is loaded.
     [[nodiscard]] IComponentsModule& Get() const noexcept { return *object_; }
     operator IComponentsModule&() const noexcept { return *object_; }
+    // The loaded library. No reference is counted, and the handle must not be closed.
+    [[nodiscard]] Platform::HMODULE Handle() const noexcept { return library_.get(); }
 
 private:
     using Library = OwnedHandle<Platform::HMODULE, &Platform::FreeLibrary>;
 
     Module(Library library, IComponentsModule& object) noexcept : library_(std::move(library)), object_(&object) {}
-
-    static void ThrowLastErrorIf(bool failed, const std::string& call) {
-        if (!failed) return;
-        const HRESULT code = HResultFromWin32(Platform::GetLastError());
-        throw Failure(code, call + ": " + ErrorText(code));
-    }
 
     Library library_;
     IComponentsModule* object_;

@@ -9,8 +9,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
-
-#include "Host/Base/Failure.h"
+#include <system_error>
 
 namespace Host {
 namespace {
@@ -44,7 +43,8 @@ void Handle(int signal, void (*handler)(int), int flags) noexcept {
 
 StopSignal::StopSignal() {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) throw CallFailure("Cannot create a pipe for signals");
+    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        throw std::system_error(errno, std::generic_category(), "Cannot create a pipe for signals");
     waitObject_ = ends[0];
     WriteEnd = ends[1];
     for (const int signal : StoppingSignals) {

@@ -7,7 +7,7 @@
 #include "Common/Base/Lock.h"
 #include "Common/Base/Text.h"
 #include "Common/Base/Thread.h"
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 
 #include "Host/Console/Windows/System.h"
 
@@ -47,7 +47,7 @@ std::size_t ReadStandardInput(std::span<char> buffer) {
 class InputBlocks::Source {
 public:
     Source() : available_(::CreateEventW(nullptr, FALSE, FALSE, nullptr)) {
-        RequirePlatformSuccess(available_ != nullptr, "Create an event for the input");
+        Harbor::ThrowLastErrorIf(available_ == nullptr, "Create an event for the input");
     }
     Source(const Source&) = delete;
     Source& operator=(const Source&) = delete;
@@ -56,7 +56,7 @@ public:
     static void StartReading(const std::shared_ptr<Source>& source) {
         auto reader = std::make_unique<Reader>(source);
         Harbor::Thread thread;
-        RequireSuccess(thread.Start<&Reader::Run>(reader.get()), "Start the thread that reads the input");
+        Harbor::ThrowIfFailed(thread.Start<&Reader::Run>(reader.get()), "Start the thread that reads the input");
         (void)reader.release();  // deletes itself
         thread.Detach();
     }

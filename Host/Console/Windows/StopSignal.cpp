@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "Host/Base/Failure.h"
+#include "Harbor/Failure.h"
 
 #include "Host/Console/Windows/System.h"
 
@@ -37,7 +37,7 @@ BOOL WINAPI OnControl(DWORD control) noexcept {
 
 StopSignal::StopSignal() {
     const HANDLE event = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    RequirePlatformSuccess(event != nullptr, "Create the stop event");
+    Harbor::ThrowLastErrorIf(event == nullptr, "Create the stop event");
     waitObject_ = reinterpret_cast<std::intptr_t>(event);
     StopEvent = event;
     ::SetConsoleCtrlHandler(&OnControl, TRUE);
