@@ -41,8 +41,8 @@ HRESULT ActionManager::SubscribeRegularAction(IActionListener* listener, const T
     return MethodEdge(TRACED_METHOD(Dbg, "DataCollection::ActionManagement::ActionManager::SubscribeRegularAction"),
                       [&] {
                           if (listener == nullptr || subscription == nullptr) ThrowError(E_POINTER);
-                          auto action = std::make_unique<TimedAction>(*schedule);
-                          auto created = CreateSubscription(listener, {ComponentPtr(action->GetAction())});
+                          TimedAction action(*schedule);
+                          auto created = CreateSubscription(listener, {ComponentPtr(action.GetAction())});
                           try {
                               const LockGuard guard(registryLock_);
                               regularActions_.Add(std::move(action), guard);

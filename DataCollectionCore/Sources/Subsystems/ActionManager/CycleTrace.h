@@ -1,9 +1,6 @@
 // What the steps of the cycle share.
 #pragma once
 
-#include <utility>
-#include <vector>
-
 #include "Common/Logging/Log.h"
 
 namespace DataCollection::ActionManagement {
@@ -22,22 +19,6 @@ namespace DataCollection::ActionManagement {
 // leaves out those calls that would change nothing.
 [[nodiscard]] inline bool IsCycleTraced() noexcept {
     return IsStepLogged(Harbor::LogSeverity::Dbg2);
-}
-
-// Drops each entry that `keep` refuses before it looks at the next; the others move up in their order. `keep` must not
-// throw.
-template <class Entry, class Keep>
-void RetainInOrder(std::vector<Entry>& entries, Keep keep) noexcept {
-    auto kept = entries.begin();
-    for (Entry& entry : entries) {
-        if (!keep(entry)) {
-            entry = Entry();
-        } else {
-            if (&*kept != &entry) *kept = std::move(entry);
-            ++kept;
-        }
-    }
-    entries.erase(kept, entries.end());
 }
 
 }  // namespace DataCollection::ActionManagement

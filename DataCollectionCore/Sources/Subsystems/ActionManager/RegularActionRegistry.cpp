@@ -18,19 +18,19 @@ bool IsDisposed(const TimedAction& action) noexcept {
 
 }  // namespace
 
-void RegularActionRegistry::Add(std::unique_ptr<TimedAction> action, RegistryProof) {
+void RegularActionRegistry::Add(TimedAction action, RegistryProof) {
     ReserveForOneMore(dueFrom_);
     ReserveForOneMore(actions_);
-    dueFrom_.push_back(action->DueFrom());
+    dueFrom_.push_back(action.DueFrom());
     actions_.push_back(std::move(action));
 }
 
 void RegularActionRegistry::EraseDisposed(RegistryProof) noexcept {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < actions_.size(); ++i) {
-        if (IsDisposed(*actions_[i])) {
-            TRY_LOG(Dbg, u"TimedAction '" << actions_[i]->GetAction() << u"' is disposed and will be deleted");
-            actions_[i].reset();
+        if (IsDisposed(actions_[i])) {
+            TRY_LOG(Dbg, u"TimedAction '" << actions_[i].GetAction() << u"' is disposed and will be deleted");
+            const TimedAction erased = std::move(actions_[i]);
             continue;
         }
         if (kept != i) {
@@ -39,15 +39,16 @@ void RegularActionRegistry::EraseDisposed(RegistryProof) noexcept {
         }
         ++kept;
     }
-    dueFrom_.resize(kept);
-    actions_.resize(kept);
+    const auto newEnd = static_cast<std::ptrdiff_t>(kept);
+    dueFrom_.erase(dueFrom_.begin() + newEnd, dueFrom_.end());
+    actions_.erase(actions_.begin() + newEnd, actions_.end());
 }
 
 void RegularActionRegistry::MarkDue(const TimePoint& now, RegistryProof) noexcept {
     const bool isLogged = IsStepLogged(LogSeverity::Dbg), isTraced = isLogged && IsCycleTraced();
     for (std::size_t i = 0; i < dueFrom_.size(); ++i) {
         if (!isTraced && now < dueFrom_[i]) continue;
-        TimedAction& action = *actions_[i];
+        TimedAction& action = actions_[i];
         if (isTraced && !action.ShouldBeTriggered(now)) continue;
         action.MarkDue(now, isLogged);
         dueFrom_[i] = action.DueFrom();

@@ -1,7 +1,6 @@
 // The regular actions that are not yet found disposed, in the order of their creation.
 #pragma once
 
-#include <memory>
 #include <vector>
 
 #include "Subsystems/ActionManager/RegistryLock.h"
@@ -12,7 +11,7 @@ namespace DataCollection::ActionManagement {
 class RegularActionRegistry {
 public:
     // Out of memory throws std::bad_alloc and adds nothing.
-    void Add(std::unique_ptr<TimedAction> action, RegistryProof);
+    void Add(TimedAction action, RegistryProof);
 
     // Removes the actions that no subscription holds any more.
     void EraseDisposed(RegistryProof) noexcept;
@@ -23,7 +22,7 @@ public:
 private:
     // Two arrays in step: an idle cycle reads only the first one.
     std::vector<TimePoint> dueFrom_;
-    std::vector<std::unique_ptr<TimedAction>> actions_;
+    std::vector<TimedAction> actions_;
 };
 
 }  // namespace DataCollection::ActionManagement

@@ -9,10 +9,7 @@ using namespace Harbor;
 
 void SubscriptionRegistry::Add(ComponentPtr<IActionSubscriptionControl> subscription, const StateWord* state,
                                RegistryProof) {
-    ReserveForOneMore(entries_);
-    // The cycle must not allocate: what its snapshot needs is reserved here, in step with the registry.
-    if (std::max(snapshotCapacity_, room_.capacity()) < entries_.capacity()) room_.reserve(entries_.capacity());
-    entries_.push_back({std::move(subscription), state});
+    entries_.Add({std::move(subscription), state});
 }
 
 void SubscriptionRegistry::Update(RegistryProof) noexcept {
@@ -21,13 +18,12 @@ void SubscriptionRegistry::Update(RegistryProof) noexcept {
         detachmentsAtLastLook_ = detachments;
         RemoveDead();
     }
-    BringSnapshotUpToDate();
+    living_ = entries_.Size();
 }
 
 void SubscriptionRegistry::RemoveDead() noexcept {
     const bool isTraced = IsCycleTraced();
-    const std::size_t sizeBefore = entries_.size();
-    RetainInOrder(entries_, [&](const Entry& entry) {
+    entries_.Retain([&](const Entry& entry) {
         const bool isDetached = (entry.state->load() & SubscriptionState::Detached) != 0;
         if (!isTraced && !isDetached) return true;
         IActionSubscriptionControl* const subscription = entry.subscription.Get();
@@ -42,19 +38,6 @@ void SubscriptionRegistry::RemoveDead() noexcept {
         TRY_LOG(Dbg, u"Subscription ID:'" << subscription << u"' deleting...");
         return false;
     });
-    if (entries_.size() != sizeBefore) snapshot_.clear();
-}
-
-void SubscriptionRegistry::BringSnapshotUpToDate() noexcept {
-    if (snapshot_.capacity() < entries_.size()) {
-        room_.assign(snapshot_.begin(), snapshot_.end());
-        snapshot_.swap(room_);
-        Snapshot().swap(room_);  // frees the memory of the old snapshot
-        snapshotCapacity_ = snapshot_.capacity();
-    }
-    for (std::size_t i = snapshot_.size(); i < entries_.size(); ++i) {
-        snapshot_.push_back({entries_[i].state, entries_[i].subscription.Get()});
-    }
 }
 
 }  // namespace DataCollection::ActionManagement

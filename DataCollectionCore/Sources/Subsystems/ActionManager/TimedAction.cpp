@@ -24,22 +24,9 @@ WideStream& operator<<(WideStream& stream, const SettingsText& text) {
     return stream;
 }
 
-}  // namespace
-
-TimedAction::TimedAction(const TimedActionSettings& settings) : settings_(settings) {
-    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::TimedAction");
-    RequireValidSettings();
-    action_ = Create<ActionImpl, IActionControl>();
-    LOG(Dbg, u"Regular action:" << SettingsText{settings_} << u" action created: '" << action_.Get() << u"'.");
-    const TimePoint now = CurrentTime();
-    LOG(Dbg, u"Action creation time: " << FormatTimePoint(now));
-    actionFirstRunTime_ = ComputeFirstRun(now);
-    ThrowIfFailed(action_->SetNameAndType(ActionName, ScheduleActionType));
-}
-
-void TimedAction::RequireValidSettings() const {
-    const SettingsText text{settings_};
-    switch (CheckSettings(settings_)) {
+void RequireValid(const TimedActionSettings& settings) {
+    const SettingsText text{settings};
+    switch (CheckSettings(settings)) {
         case ScheduleFault::None:
             return;
         case ScheduleFault::IntervalPresence:
@@ -67,27 +54,7 @@ void TimedAction::RequireValidSettings() const {
     ThrowError(E_INVALIDARG);
 }
 
-TimePoint TimedAction::ComputeFirstRun(const TimePoint& now) const {
-    switch (settings_.Type) {
-        case TimedActionType::Repeat: {
-            const FirstRun first = FirstRunOf(settings_, now, 0);
-            LOG(Dbg, u"Action First Run Time: " << FormatTimePoint(first.time));
-            return first.time;
-        }
-        case TimedActionType::SpecificTime: {
-            const FirstRun first = FirstRunOf(settings_, now, settings_.IsLocalTime ? LocalTimeBias() : 0);
-            if (first.isNextDay) {
-                LOG(Dbg2, u"Current time is greater then schedule start point. Start action with the next day.");
-            }
-            LOG(Dbg, u"Action first run time: " << FormatTimePoint(first.time));
-            return first.time;
-        }
-    }
-    LOG(Err, u"Unknown TimedActionType: " << static_cast<std::int32_t>(settings_.Type));
-    ThrowError(E_INVALIDARG);
-}
-
-std::int32_t TimedAction::LocalTimeBias() const {
+std::int32_t LocalTimeBias() {
     std::int32_t bias = 0;
     const HRES code = HRES::Unchecked(GetLocalTimeZoneBias(bias));
     LOG(Dbg2, u"LocalTimeDiff: " << bias);
@@ -97,14 +64,47 @@ std::int32_t TimedAction::LocalTimeBias() const {
     return bias;
 }
 
+TimePoint ComputeFirstRun(const TimedActionSettings& settings, const TimePoint& now) {
+    switch (settings.Type) {
+        case TimedActionType::Repeat: {
+            const FirstRun first = FirstRunOf(settings, now, 0);
+            LOG(Dbg, u"Action First Run Time: " << FormatTimePoint(first.time));
+            return first.time;
+        }
+        case TimedActionType::SpecificTime: {
+            const FirstRun first = FirstRunOf(settings, now, settings.IsLocalTime ? LocalTimeBias() : 0);
+            if (first.isNextDay) {
+                LOG(Dbg2, u"Current time is greater then schedule start point. Start action with the next day.");
+            }
+            LOG(Dbg, u"Action first run time: " << FormatTimePoint(first.time));
+            return first.time;
+        }
+    }
+    LOG(Err, u"Unknown TimedActionType: " << static_cast<std::int32_t>(settings.Type));
+    ThrowError(E_INVALIDARG);
+}
+
+}  // namespace
+
+TimedAction::TimedAction(const TimedActionSettings& settings) {
+    TRACE_FUNCTION(Dbg, u"DataCollection::ActionManagement::TimedAction::TimedAction");
+    RequireValid(settings);
+    interval_ = IntervalOf(settings);
+    action_ = Create<ActionImpl, IActionControl>();
+    LOG(Dbg, u"Regular action:" << SettingsText{settings} << u" action created: '" << action_.Get() << u"'.");
+    const TimePoint now = CurrentTime();
+    LOG(Dbg, u"Action creation time: " << FormatTimePoint(now));
+    actionFirstRunTime_ = ComputeFirstRun(settings, now);
+    ThrowIfFailed(action_->SetNameAndType(ActionName, ScheduleActionType));
+}
+
 TimePoint TimedAction::DueFrom() const noexcept {
-    return ActionManagement::DueFrom(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_);
+    return ActionManagement::DueFrom(actionFirstRunTime_, interval_, lastTriggeredTime_);
 }
 
 bool TimedAction::ShouldBeTriggered(const TimePoint& checkedTime) const noexcept {
     TRY_TRACE_FUNCTION(Dbg2, u"DataCollection::ActionManagement::TimedAction::ShouldBeTriggered");
-    const ScheduleCheck check =
-        CheckSchedule(actionFirstRunTime_, IntervalOf(settings_), lastTriggeredTime_, checkedTime);
+    const ScheduleCheck check = CheckSchedule(actionFirstRunTime_, interval_, lastTriggeredTime_, checkedTime);
     // One test for all lines: this runs for each action in each cycle.
     if (IsCycleTraced()) LogCheck(checkedTime, check);
     return check.due;

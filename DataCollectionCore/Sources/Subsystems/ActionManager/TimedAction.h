@@ -13,8 +13,8 @@ class TimedAction {
 public:
     // Examines the record, creates the action and works out the first run. HRX with E_INVALIDARG for a bad record.
     explicit TimedAction(const TimedActionSettings& settings);
-    TimedAction(const TimedAction&) = delete;
-    TimedAction& operator=(const TimedAction&) = delete;
+    TimedAction(TimedAction&&) noexcept = default;
+    TimedAction& operator=(TimedAction&&) noexcept = default;
 
     // Counts no reference.
     IActionControl* GetAction() const noexcept { return action_.Get(); }
@@ -31,15 +31,12 @@ public:
     void MarkDue(const TimePoint& now, bool isLogged) noexcept;
 
 private:
-    void RequireValidSettings() const;
-    TimePoint ComputeFirstRun(const TimePoint& now) const;
-    std::int32_t LocalTimeBias() const;
     void LogCheck(const TimePoint& checkedTime, const ScheduleCheck& check) const noexcept;
 
     Harbor::ComponentPtr<IActionControl> action_;
-    const TimedActionSettings settings_;
     TimePoint lastTriggeredTime_;
     TimePoint actionFirstRunTime_;
+    std::chrono::milliseconds interval_;
 };
 
 // "[Repeat; Start = 0(sec); IsLocalTime = 0; Interval = 3600(sec) 0 (ms)]"

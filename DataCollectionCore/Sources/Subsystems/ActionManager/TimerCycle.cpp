@@ -57,15 +57,14 @@ void ActionManager::UpdateRegularActions(const TimePoint& now) {
 
 void ActionManager::TriggerActions() noexcept {
     bool isTraced = IsCycleTraced();
-    for (const SubscriptionRegistry::Living& living : subscriptions_.Latest()) {
-        if (!isTraced && !NeedsTriggering(living.state->load(std::memory_order_acquire))) continue;
-        IActionSubscriptionControl* const subscription = living.subscription;
-        const HRES code = HRES::Unchecked(CodeOfCall([&] { return subscription->TriggerActionsIfNeeded(); }));
+    subscriptions_.ForEachLiving([&](const StateWord& state, IActionSubscriptionControl& subscription) {
+        if (!isTraced && !NeedsTriggering(state.load(std::memory_order_acquire))) return;
+        const HRES code = HRES::Unchecked(CodeOfCall([&] { return subscription.TriggerActionsIfNeeded(); }));
         if (code.Failed()) {
-            TRY_LOG(Err, u"Error when trying to trigger action for subscription '" << subscription << u"':" << code);
+            TRY_LOG(Err, u"Error when trying to trigger action for subscription '" << &subscription << u"':" << code);
         }
         isTraced = IsCycleTraced();
-    }
+    });
 }
 
 }  // namespace DataCollection::ActionManagement
