@@ -10,10 +10,14 @@
 #include <fstream>
 #include <sstream>
 
+#include "Common/Base/Text.h"
 #include "Common/Logging/FileLogger.h"
+#include "Common/Logging/FunctionTrace.h"
+#include "DataCollection/TriggerStrategy.h"
 #include "FakeService.h"
 #include "ModuleBroker/Registration.h"
 #include "Platform/Errors.h"
+#include "Platform/Modules.h"
 #include "Subsystems/ActionManager/GlobalSettings.h"
 #include "Subsystems/ActionManager/ScopeItemUpdateStrategy.h"
 #include "Support/ScopedVariable.h"
@@ -57,10 +61,11 @@ std::ptrdiff_t EntriesOf(const char* directory) {
     return std::distance(std::filesystem::directory_iterator(directory), std::filesystem::directory_iterator());
 }
 
-constexpr std::uint32_t OpenErrors[] = {Platform::ERROR_SHARING_VIOLATION, Platform::ERROR_PATH_NOT_FOUND,
-                                        Platform::ERROR_ACCESS_DENIED,     Platform::ERROR_TOO_MANY_OPEN_FILES,
-                                        Platform::ERROR_IO_DEVICE,         Platform::ERROR_TIMEOUT,
-                                        Platform::ERROR_GEN_FAILURE,       Platform::ERROR_NOT_ENOUGH_MEMORY};
+constexpr std::uint32_t OpenErrors[] = {
+    Platform::ERROR_SHARING_VIOLATION,   Platform::ERROR_PATH_NOT_FOUND,    Platform::ERROR_ACCESS_DENIED,
+    Platform::ERROR_TOO_MANY_OPEN_FILES, Platform::ERROR_IO_DEVICE,         Platform::ERROR_TIMEOUT,
+    Platform::ERROR_GEN_FAILURE,         Platform::ERROR_NOT_ENOUGH_MEMORY, Platform::ERROR_FILE_NOT_FOUND,
+    Platform::ERROR_DISK_FULL,           Platform::ERROR_FILE_TOO_LARGE,    Platform::ERROR_CANT_RESOLVE_FILENAME};
 
 struct Sweep {
     const char* name;
@@ -183,6 +188,16 @@ protected:
         manager_.Reset();
     }
 
+    static void FailAt(int call) {
+        Stage::PassLogInterval();  // the log reads its settings and opens its file again
+        call_ = call;
+        InjectedFault.code = S_OK;
+        InjectedFault.place = "";
+        InjectedFault.callsLeft = call;
+        InjectedFault.lasts = GetParam().lasts;
+        InjectedFault.armed = GetParam().kind;
+    }
+
     // Returns whether the failure occurred.
     bool LiveWithFailureOf(int call) {
         const std::uint32_t objects = LivingObjects();
@@ -192,14 +207,8 @@ protected:
         GlobalSettings::Instance()->Load(Configuration(1));
         clients_.clear();
         service_.removed.clear();
-        Stage::PassLogInterval();  // the log reads its settings and opens its file again
         SCOPED_TRACE(call);
-        call_ = call;
-        InjectedFault.code = S_OK;
-        InjectedFault.place = "";
-        InjectedFault.callsLeft = call;
-        InjectedFault.lasts = GetParam().lasts;
-        InjectedFault.armed = GetParam().kind;
+        FailAt(call);
         Live();
         InjectedFault.armed = Fallible::Nothing;
         for (const Client& client : clients_) EXPECT_EQ(client.references, 0u);
@@ -210,6 +219,63 @@ protected:
         EXPECT_EQ(text.find(std::string_view(reinterpret_cast<const char*>(Secret), sizeof(Secret) - sizeof(WideChar))),
                   text.npos);
         EXPECT_EQ(OpenHandles(), handles);
+        return Failed(InjectedFault.code);
+    }
+
+    // Repeats the run, in which one call fails, until it ends without a failure. An opening fails in each way.
+    template <class Run>
+    static void FailEachCall(Run run, int leastCalls) {
+        int call = 1;
+        InjectedFault.openError = OpenErrors[0];
+        for (std::size_t kind = 0; run(call);) {
+            const bool isOpening = FailedAt("CreateFileW") || FailedAt("GetPrivateProfileStringW");
+            kind = isOpening ? (kind + 1) % std::size(OpenErrors) : 0;
+            InjectedFault.openError = OpenErrors[kind];
+            if (kind == 0) ++call;
+        }
+        EXPECT_GT(call, leastCalls);
+        RecordProperty("calls", call);
+    }
+
+    // The load is refused, or it gives a module that works. Returns whether the failure occurred.
+    static bool LoadWithFailureOf(int call) {
+        SCOPED_TRACE(call);
+        const WideString path = FromUtf8(ORV_MODULE_PATH);
+        Platform::HMODULE library = nullptr;
+        IComponentsModule* module = nullptr;
+        FailAt(call);
+        Do([&] {
+            if (library == nullptr) library = Platform::LoadLibraryExW(path.c_str(), nullptr, 0);
+            if (library == nullptr) return Failed(InjectedFault.code) ? InjectedFault.code.load() : E_UNEXPECTED;
+            const auto getObject = reinterpret_cast<GetComponentsModuleObjectFunction>(
+                Platform::GetProcAddress(library, GetComponentsModuleObjectName));
+            return getObject(&module);
+        });
+        for (const GUID& id : {ActionManagerClassId, ScopeItemUpdateStrategyClassId, DefaultTriggerStrategyClassId}) {
+            ComponentPtr<IComponentUnknown> object;
+            Do([&] {
+                return module->CreateInstance(&id, &IComponentUnknown::Id, reinterpret_cast<void**>(object.Address()));
+            });
+        }
+        EXPECT_TRUE(Platform::FreeLibrary(library));
+        InjectedFault.armed = Fallible::Nothing;
+        EXPECT_FALSE(Platform::FreeLibrary(library));
+        return Failed(InjectedFault.code);
+    }
+
+    // Only HRX leaves a log statement. Returns whether the failure occurred.
+    static bool LogWithFailureOf(int call) {
+        SCOPED_TRACE(call);
+        FailAt(call);
+        try {
+            TRACE_FUNCTION(Dbg, u"a name that needs a block of memory");
+            LOG(Dbg, u"Failed: " << HRES(E_OUTOFMEMORY));
+        } catch (const HRX& failure) {
+            EXPECT_EQ(failure.Code(), InjectedFault.code);
+        } catch (const std::bad_alloc&) {
+            ADD_FAILURE() << "memory ran out at " << InjectedFault.place;
+        }
+        InjectedFault.armed = Fallible::Nothing;
         return Failed(InjectedFault.code);
     }
 
@@ -234,20 +300,19 @@ private:
 }  // namespace
 
 TEST_P(FailureSweep, ReturnsTheCodeOfTheFailureAndLeaksNothing) {
-    InjectedFault.openError = OpenErrors[0];
     EXPECT_FALSE(LiveWithFailureOf(INT_MAX));
     const auto threads = EntriesOf("/proc/self/task"), descriptors = EntriesOf("/proc/self/fd");
-    int call = 1;
-    for (std::size_t kind = 0; LiveWithFailureOf(call);) {
-        const bool isOpening = FailedAt("CreateFileW") || FailedAt("GetPrivateProfileStringW");
-        kind = isOpening ? (kind + 1) % std::size(OpenErrors) : 0;  // an opening fails in each way
-        InjectedFault.openError = OpenErrors[kind];
-        if (kind == 0) ++call;
-    }
-    EXPECT_GT(call, 300);
+    FailEachCall([&](int call) { return LiveWithFailureOf(call); }, 300);
     EXPECT_EQ(EntriesOf("/proc/self/task"), threads);
     EXPECT_EQ(EntriesOf("/proc/self/fd"), descriptors);
-    RecordProperty("calls", call);
+}
+
+TEST_P(FailureSweep, RefusesALoadOrGivesAModuleThatWorks) {
+    FailEachCall(LoadWithFailureOf, 50);
+}
+
+TEST_P(FailureSweep, LetsOnlyFailuresOfThisLibraryLeaveALogStatement) {
+    FailEachCall(LogWithFailureOf, 20);
 }
 
 INSTANTIATE_TEST_SUITE_P(EachOfThe, FailureSweep,

@@ -15,6 +15,9 @@ SettingsStore& SettingsStore::Instance() {
 }
 
 SettingsStore::SettingsStore() {
+    // Only the construction of the first source can fail after this, so that a second try finds no source that belongs
+    // to a store that no longer exists.
+    ThrowIfOutOfMemory([this] { sources_.reserve(2); });
     static RegisteredSource<IniSettingsSource> iniFiles(*this, AtEnd::StayRegistered);
     static RegisteredSource<EnvironmentSettingsSource> environment(*this, AtEnd::StayRegistered);
 }
