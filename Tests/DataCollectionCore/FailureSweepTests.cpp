@@ -55,6 +55,13 @@ ACNode Item(std::int32_t value) {
     return root;
 }
 
+// Fills the buffer of a stream completely before the stream asks for memory.
+struct LongText {};
+WideStream& operator<<(WideStream& stream, LongText) {
+    for (int i = 0; i < 2000; ++i) stream << u"t";
+    return stream;
+}
+
 constexpr std::uint32_t Interval = 100'000;
 
 std::ptrdiff_t EntriesOf(const char* directory) {
@@ -268,8 +275,8 @@ protected:
         SCOPED_TRACE(call);
         FailAt(call);
         try {
-            TRACE_FUNCTION(Dbg, u"a name that needs a block of memory");
-            LOG(Dbg, u"Failed: " << HRES(E_OUTOFMEMORY));
+            LOG(Dbg, LongText());
+            TRACE_FUNCTION(Dbg, LongText());
         } catch (const HRX& failure) {
             EXPECT_EQ(failure.Code(), InjectedFault.code);
         } catch (const std::bad_alloc&) {
@@ -312,7 +319,7 @@ TEST_P(FailureSweep, RefusesALoadOrGivesAModuleThatWorks) {
 }
 
 TEST_P(FailureSweep, LetsOnlyFailuresOfThisLibraryLeaveALogStatement) {
-    FailEachCall(LogWithFailureOf, 20);
+    FailEachCall(LogWithFailureOf, 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(EachOfThe, FailureSweep,

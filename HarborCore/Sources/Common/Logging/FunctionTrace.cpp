@@ -45,7 +45,7 @@ FunctionTrace::FunctionTrace(std::uint32_t severity, std::uint32_t exceptionSeve
     // The severity limit may have changed since the test of the statement.
     if (IsLogEnabled(severity_)) {
         WideStream text;
-        ThrowIfOutOfMemory([&] { text << u"Entering: " << name_; });
+        text << u"Entering: " << name_;
         WriteLogLine(severity_, text.View(), place_);
         indentation_.Add(1);
     }
