@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iomanip>
+#include <latch>
 #include <map>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace Benchmarks {
@@ -98,7 +100,8 @@ private:
 };
 
 // The main function of a program. The log severity is WARN unless the environment sets another. Freed memory remains in
-// the process, so that no figure depends on the state in which an earlier benchmark left the allocator.
+// the process, so that no figure depends on the state in which an earlier benchmark left the allocator. A second thread
+// is alive, as in a host: without one the runtime leaves out atomic operations.
 inline int RunBenchmarks(int argc, char** argv, std::vector<Comparison> comparisons) {
     setenv("GS_Logger_MaxSeverity", "WARN", 0);
     mallopt(M_MMAP_MAX, 0);
@@ -106,7 +109,10 @@ inline int RunBenchmarks(int argc, char** argv, std::vector<Comparison> comparis
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     RatioReporter reporter(std::move(comparisons));
+    std::latch end(1);
+    const std::jthread second([&end] { end.wait(); });
     benchmark::RunSpecifiedBenchmarks(&reporter);
+    end.count_down();
     benchmark::Shutdown();
     return 0;
 }
