@@ -66,8 +66,8 @@ void ReportUnknownZone() noexcept {
     });
 }
 
-// The C library looks at TZ and at the file of the zone only when it is told to. That reads the environment, so it is
-// not told more often than needed.
+// The C library looks at TZ and at the file of the zone only when tzset is called. That reads the environment, so it is
+// not called more often than needed.
 void FollowZone() noexcept {
     constexpr DWORD intervalMs = 5000;
     static constinit std::atomic<DWORD> lastTick{0};  // 0: never

@@ -25,8 +25,8 @@
 // (probabilistic concurrency testing: a fault that needs d ordered switches is found with a known probability). With
 // priorities, a thread that sleeps for no time gets the lowest priority, since it only yields to the others.
 //
-// Time. The clocks stand still while a thread can run. When all wait, time goes on to the nearest deadline. A thread
-// that sleeps for no time while all others wait lets a millisecond pass.
+// Time. The clocks do not advance while a thread can run. When all wait, time advances to the nearest deadline. A
+// thread that sleeps for no time while all others wait lets a millisecond pass.
 //
 // What is reported, with the seed and the last steps before it:
 // - a promise that isn't kept (Require);
@@ -36,7 +36,7 @@
 // is
 //   closed twice or never, an exception that leaves a thread;
 // - a fault that ends the process (a signal, a sanitizer's report): to standard error.
-// The threads of a failed run stand still for ever, in the middle of the code under test, and keep their locks. A
+// The threads of a failed run remain stopped for ever, in the middle of the code under test, and keep their locks. A
 // program should report and end.
 //
 // Replay. The same seed takes the same choices as long as the code takes the same steps. Code whose steps depend on

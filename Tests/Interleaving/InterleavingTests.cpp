@@ -65,7 +65,7 @@ void TakeTwoLocksInBothOrders() {
     const RunThread forward([&] { take(one, two); }), backward([&] { take(two, one); });
 }
 
-// The flag is set and told without the lock: between the look and the sleep.
+// The flag is set and signalled without the lock: between the check and the wait.
 void LoseAWake() {
     SRWLOCK lock = SRWLOCK_INIT;
     CONDITION_VARIABLE told = CONDITION_VARIABLE_INIT;

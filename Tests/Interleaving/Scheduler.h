@@ -116,7 +116,7 @@ private:
     std::mt19937_64 random_;
     std::uint64_t seed_ = 0;
     Policy policy_ = Policy::KeepRunning;
-    std::array<std::size_t, 3> changes_{};  // the steps at which the running thread falls behind
+    std::array<std::size_t, 3> changes_{};  // the steps at which the running thread gets the lowest priority
     std::int64_t lowestPriority_ = 0;
 
     Nanoseconds now_ = 0;

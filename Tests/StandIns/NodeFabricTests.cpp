@@ -47,7 +47,7 @@ TEST_F(NodeFabric, FindsTheFirstOfSiblingsThatShareAName) {
     }
 }
 
-// On both sides of the counts at which the index appears and grows, for the node and for a clone that goes on by
+// On both sides of the counts at which the index appears and grows, for the node and for a clone that continues by
 // itself.
 TEST_F(NodeFabric, KeepsManyAttributesInTheOrderOfTheirFirstSetting) {
     const NodePtr node = NewNode(u"Node");

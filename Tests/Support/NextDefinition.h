@@ -1,4 +1,4 @@
-// The definition behind the one that a test program puts in front.
+// The definition of a function that a test program has replaced by its own.
 #pragma once
 
 #include <dlfcn.h>

@@ -31,7 +31,7 @@ bool AttributesEqual(const ACNode& a, const ACNode& b) {
     RawAttribute inB;
     for (const std::u16string_view name : Split(namesOfA, NameEnd)) {
         if (equal) {
-            inA.Read(a, name.data());  // a 0 stands behind each name
+            inA.Read(a, name.data());  // a 0 follows each name
             inB.Read(b, name.data());
             equal = inA == inB;
         }

@@ -35,7 +35,7 @@ struct ModuleObjects {
                                                 &CComponentObject<DefaultTriggerStrategy>::CreateInstance};
 };
 
-// Builds what is missing. After a failure the next call goes on from there.
+// Builds what does not exist yet. After a failure, the next call continues from there.
 HRESULT Build() noexcept {
     try {
         ThrowIfOutOfMemory([] { static const ModuleObjects objects; });

@@ -48,7 +48,7 @@ inline constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921;
 PLATFORM_API DWORD GetLastError() noexcept;
 PLATFORM_API void SetLastError(DWORD code) noexcept;
 
-// Stores the number (errno) of the system's own error that the calling thread's last error stands for, or 0 if there is
+// Stores the number (errno) of the system's own error that caused the calling thread's last error, or 0 if there is
 // none; there never is one on Windows. Returns 0.
 PLATFORM_API int _get_errno(int* value) noexcept;
 

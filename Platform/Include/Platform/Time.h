@@ -45,7 +45,7 @@ PLATFORM_API void GetSystemTimePreciseAsFileTime(FILETIME* time) noexcept;
 
 // Converts UTC to local time with the offset that the zone of the process has at `*utc`. A changed zone applies after
 // five seconds at most. On POSIX a zone that TZ names but the system does not know is reported once on the debugger's
-// output; it stands for UTC. Fails with ERROR_INVALID_PARAMETER if a pointer is null or a time is out of range.
+// output; it means UTC. Fails with ERROR_INVALID_PARAMETER if a pointer is null or a time is out of range.
 PLATFORM_API BOOL FileTimeToLocalFileTime(const FILETIME* utc, FILETIME* local) noexcept;
 
 // Convert between a time and its calendar fields, for the years 1601 to 30827. No time zone is applied. Fail with

@@ -1,4 +1,4 @@
-// The object that stands for one action: a name, a mark that waits for delivery, and the count of the subscriptions
+// The object of one action: a name, a mark that waits for delivery, and the count of the subscriptions
 // that hold it. An action with no subscription counts as disposed.
 #pragma once
 

@@ -10,7 +10,7 @@
 
 namespace Harbor {
 
-// Why the file could not be used: a code, and the number of the system's own error behind it, or 0.
+// Why the file could not be used: a code, and the number of the system's own error that caused it, or 0.
 struct FileFailure {
     Platform::DWORD code = 0;
     int systemError = 0;
