@@ -26,7 +26,7 @@ void Worker::Run() noexcept {
     for (;;) {
         UniqueLock lock(stateLock_);
         const auto deadline = MonotonicClock::now() + interval;
-        if (stopSignal_.WaitUntil(lock, deadline, [this] { return !running_ || IsStopRequested(); })) return;
+        if (stopSignal_.WaitUntil(lock, deadline, [this] { return IsStopRequested(); })) return;
         const TimePoint now = CurrentTime();
         cycle_(now);
     }
