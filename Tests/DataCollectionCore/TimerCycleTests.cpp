@@ -69,20 +69,36 @@ TEST_F(TimerCycle, ReleasesAnUnsubscribedActionInTheSecondCycle) {
     EXPECT_EQ(listener_->TakeCalls(), Texts{});
 }
 
+// Of so many that their storage grows and shrinks between the cycles.
 TEST_F(TimerCycle, CallsListenersInOrderOfRegistration) {
-    std::string order;
+    constexpr std::size_t rounds = 4, each = 1500;
+    std::vector<std::size_t> called, expected;
     std::vector<SubscriptionPtr> subscriptions;
-    for (const char name : std::string("abcdef")) {
-        const ListenerPtr listener = NewObject<RecordingListener>();
-        listener->onCall = [&order, name](IActionSubscription&) {
-            order.push_back(name);
-            return S_OK;
-        };
-        subscriptions.push_back(SubscribeAndStart(listener));
+    for (std::size_t round = 0; round < rounds; ++round) {
+        for (std::size_t i = 0; i < each; ++i) {
+            const ListenerPtr listener = NewObject<RecordingListener>();
+            listener->onCall = [&called, id = subscriptions.size()](IActionSubscription&) {
+                called.push_back(id);
+                return S_OK;
+            };
+            subscriptions.push_back(SubscribeAndStart(listener));
+        }
+        // The first, and many in all places; in the last round all.
+        for (std::size_t i = 0; i < subscriptions.size(); ++i) {
+            if (i % (rounds - round) == 0) subscriptions[i]->Unsubscribe();
+        }
+        Cycle();
+        called.clear();
+        expected.clear();
+        for (std::size_t i = 0; i < subscriptions.size(); ++i) {
+            bool isAlive = false;
+            EXPECT_EQ(QueryOrThrow<IActionSubscriptionControl>(subscriptions[i])->IsAlive(&isAlive), S_OK);
+            if (isAlive) expected.push_back(i);
+        }
+        EXPECT_EQ(expected.empty(), round + 1 == rounds);
+        Cycle();
+        EXPECT_EQ(called, expected);
     }
-    for (const std::size_t gone : {0u, 2u, 3u}) subscriptions[gone]->Unsubscribe();
-    for (int cycle = 0; cycle < 3; ++cycle) Cycle();
-    EXPECT_EQ(order, "befbefbef");
 }
 
 TEST_F(TimerCycle, AllowsAListenerToSubscribeAndUnsubscribe) {
