@@ -1,7 +1,9 @@
-#include <thread>
+#include <atomic>
 
 #include "Platform/Errors.h"
+#include "Platform/Process.h"
 #include "Subsystems/ActionManager/GlobalSettings.h"
+#include "Support/JoiningThread.h"
 #include "TestSupport.h"
 
 namespace {
@@ -63,8 +65,8 @@ TEST_F(Manager, EndsOnlyAfterTheRunningCycle) {
     const ListenerPtr last = NewObject<RecordingListener>();
     std::atomic<bool> releasing{false}, left{false};
     listener_->onCall = [&](IActionSubscription&) {
-        releasing.wait(false);
-        std::this_thread::yield();
+        while (!releasing) Platform::Sleep(0);
+        Platform::Sleep(0);
         left = true;
         return S_OK;
     };
@@ -74,7 +76,6 @@ TEST_F(Manager, EndsOnlyAfterTheRunningCycle) {
     EXPECT_EQ(manager_->Configure(Configuration(1).Handle()), S_OK);
     listener_->WaitForCalls(1);
     releasing = true;
-    releasing.notify_all();
     manager_.Reset();
     EXPECT_TRUE(left);
     EXPECT_EQ(last->TakeCalls(), Texts{"Schedule"});
@@ -96,8 +97,6 @@ TEST_F(Manager, ServesClientsOnSeveralThreads) {
             subscription->Unsubscribe();
         }
     };
-    std::thread one(client), two(client);
-    one.join();
-    two.join();
-    while (LivingObjects() != before) std::this_thread::yield();
+    { const JoiningThread one(client), two(client); }
+    while (LivingObjects() != before) Platform::Sleep(0);
 }

@@ -52,7 +52,7 @@ struct Signature<R(Arguments...) noexcept(NeverThrows)> {
 // sets the last error.
 #define MAY_FAIL(count, name, failure, code, specifier)                                      \
     Signature<decltype(name)>::Result name(PARAMETERS_##count(name)) specifier {             \
-        static const auto next = NextDefinitionOf(&name);                                    \
+        static const auto next = NextDefinitionOf(&name, #name);                             \
         if (!InjectedFault.Strikes(Fallible::Call, #name, code)) return next(NAMES_##count); \
         Platform::SetLastError(static_cast<std::uint32_t>(code) & 0xFFFF);                   \
         return failure;                                                                      \

@@ -1,19 +1,18 @@
-#include <dlfcn.h>
-
-#include <thread>
 #include <utility>
 
 #include "Common/Base/HRes.h"
 #include "Common/Nodes/NodeDump.h"
 #include "FakeService.h"
 #include "ModuleBroker/Registration.h"
+#include "Support/JoiningThread.h"
+#include "Support/NextDefinition.h"
 
 // The code that the next reading of an attribute returns instead of the store's.
 static HRESULT RefusalOfAttribute = S_OK;
 
 HRESULT AcnGetAttribute(AcnHandle node, const WideChar* name, const std::uint16_t* type, void* buffer,
                         std::uint32_t* size, std::uint16_t* outType) {
-    static const auto next = reinterpret_cast<decltype(&AcnGetAttribute)>(dlsym(RTLD_NEXT, "AcnGetAttribute"));
+    static const auto next = NextDefinitionOf(&AcnGetAttribute, __func__);
     if (Failed(RefusalOfAttribute)) return std::exchange(RefusalOfAttribute, S_OK);
     return next(node, name, type, buffer, size, outType);
 }
@@ -183,7 +182,7 @@ TEST_F(ForcedCommands, ReleaseTheServicesObjectsOutsideTheRegistryLock) {
     int ends = 0;
     const auto registerOnAnotherThread = [&] {
         ++ends;
-        std::thread([&] { Subscribe(listener_)->Unsubscribe(); }).join();
+        JoiningThread([&] { Subscribe(listener_)->Unsubscribe(); }).Join();
     };
     service_.onRemove = [] { Publish(nullptr); };  // the manager then has the last reference
     const SubscriptionPtr subscription = SubscribeForced(listener_);

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "Platform/Errors.h"
+#include "Platform/Process.h"
 #include "Platform/Threads.h"
 #include "Support/NextDefinition.h"
 
@@ -26,7 +27,7 @@ DWORD GetDynamicTimeZoneInformation(DYNAMIC_TIME_ZONE_INFORMATION* zone) noexcep
 
 HANDLE CreateThread(void* security, std::size_t stackSize, LPTHREAD_START_ROUTINE routine, void* argument, DWORD flags,
                     DWORD* threadId) noexcept {
-    static const auto create = NextDefinitionOf(&CreateThread);
+    static const auto create = NextDefinitionOf(&CreateThread, __func__);
     ++System.threadsAsked;
     DWORD refusal = System.threadRefusal;
     if (InjectedFault.Strikes(Fallible::Call, __func__, HResultFromWin32(ERROR_MAX_THRDS_REACHED))) {
@@ -90,20 +91,19 @@ HRESULT RecordingListener::OnActionTriggered(IActionSubscription* subscription, 
     WideString name;
     EXPECT_EQ(action->GetName(&name), S_OK);
     {
-        const std::lock_guard guard(lock_);
+        const LockGuard guard(lock_);
         calls_.push_back(Narrow(name));
     }
     ++count_;
-    count_.notify_all();
     onAction(action);
     return onCall(*subscription);
 }
 
 Texts RecordingListener::TakeCalls() {
-    const std::lock_guard guard(lock_);
+    const LockGuard guard(lock_);
     return std::exchange(calls_, {});
 }
 
 void RecordingListener::WaitForCalls(std::size_t count) const {
-    for (std::size_t seen = count_; seen < count; seen = count_) count_.wait(seen);
+    while (count_ < count) Platform::Sleep(0);
 }

@@ -91,7 +91,7 @@ public:
     std::function<void()> onEnd = [] {};
 
 private:
-    std::mutex lock_;
+    Lock lock_;
     Texts calls_;
     std::atomic<std::size_t> count_{0};
 };

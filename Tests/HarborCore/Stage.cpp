@@ -108,7 +108,7 @@ DWORD GetModuleFileNameW(HMODULE module, WideChar* path, DWORD size) noexcept {
 }
 
 PLATFORM_NOINLINE std::uint16_t RtlCaptureStackBackTrace(DWORD skip, DWORD count, void** frames, DWORD* hash) noexcept {
-    static const auto next = NextDefinitionOf(&RtlCaptureStackBackTrace);
+    static const auto next = NextDefinitionOf(&RtlCaptureStackBackTrace, __func__);
     return static_cast<std::uint16_t>(next(skip + 1, std::min(count, Stage::FrameLimit), frames, hash) + 0);
 }
 

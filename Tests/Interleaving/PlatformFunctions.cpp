@@ -11,10 +11,10 @@
 #include "Support/NextDefinition.h"
 
 // What the function does outside a run.
-#define OUTSIDE_A_RUN(name, ...)                          \
-    if (Scheduler::Self() == nullptr) {                   \
-        static const auto next = NextDefinitionOf(&name); \
-        return next(__VA_ARGS__);                         \
+#define OUTSIDE_A_RUN(name, ...)                                 \
+    if (Scheduler::Self() == nullptr) {                          \
+        static const auto next = NextDefinitionOf(&name, #name); \
+        return next(__VA_ARGS__);                                \
     }
 #define STEP(what, object)                        \
     Step {                                        \
@@ -153,7 +153,7 @@ DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds) noexcept {
 BOOL CloseHandle(HANDLE handle) noexcept {
     Agent* const agent = Scheduler::Self() != nullptr ? Scheduler::Instance().AgentOf(handle) : nullptr;
     if (agent == nullptr) {
-        static const auto next = NextDefinitionOf(&CloseHandle);
+        static const auto next = NextDefinitionOf(&CloseHandle, __func__);
         return next(handle);
     }
     Scheduler::Instance().CloseHandle(*agent);

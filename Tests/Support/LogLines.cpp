@@ -27,7 +27,7 @@ LogLines::~LogLines() {
 
 void LogLines::Write(const char16_t* text, std::int32_t length) {
     const std::string line = Harbor::ToUtf8({text, static_cast<std::size_t>(length)});
-    const std::lock_guard guard(lock_);
+    const Harbor::LockGuard guard(lock_);
     const std::size_t bar = line.find('|', SourceAt);  // after a source name that may be longer than its column
     ASSERT_TRUE(bar != line.npos && line.ends_with("\r\n")) << line;
     lines_.push_back(line.substr(SeverityAt, 5) + line.substr(bar + 2, line.size() - bar - 4));
@@ -39,7 +39,7 @@ void LogLines::SetSeverity(const Setting& name) {
 }
 
 Strings LogLines::Take() {
-    const std::lock_guard guard(lock_);
+    const Harbor::LockGuard guard(lock_);
     return std::exchange(lines_, {});
 }
 

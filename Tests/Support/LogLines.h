@@ -2,10 +2,10 @@
 #pragma once
 
 #include <atomic>
-#include <mutex>
 #include <optional>
 #include <vector>
 
+#include "Common/Base/Lock.h"
 #include "Common/Logging/LogManager.h"
 #include "Support/ScopedVariable.h"
 
@@ -28,7 +28,7 @@ public:
 
 private:
     std::optional<ScopedVariable> severity_;
-    std::mutex lock_;
+    Harbor::Lock lock_;
     Strings lines_;
 };
 

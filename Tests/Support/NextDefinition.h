@@ -1,11 +1,10 @@
 // The definition of a function that a test program has replaced by its own.
 #pragma once
 
-#include <dlfcn.h>
+#include "Support/ThisSystem.h"
 
+// `name` is the function's plain name.
 template <class Function>
-Function* NextDefinitionOf(Function* own) {
-    Dl_info info{};
-    dladdr(reinterpret_cast<void*>(own), &info);
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, info.dli_sname));
+Function* NextDefinitionOf(Function* own, const char* name) {
+    return reinterpret_cast<Function*>(ThisSystem::NextDefinition(reinterpret_cast<void*>(own), name));
 }

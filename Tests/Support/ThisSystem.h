@@ -23,4 +23,8 @@ std::size_t OpenThings();
 // The memory that the process uses, in bytes, after the allocator has returned what it caches.
 std::size_t UsedMemory();
 
+// The function that `own`, a function of the test program with this plain name, has replaced. On Windows: the function
+// to which the replaced one forwards, or that of the node store.
+void* NextDefinition(void* own, const char* name);
+
 }  // namespace ThisSystem

@@ -1,5 +1,6 @@
 #include "Support/ThisSystem.h"
 
+#include <dlfcn.h>
 #include <malloc.h>
 #include <stdlib.h>
 #include <unistd.h>
@@ -50,6 +51,12 @@ std::size_t UsedMemory() {
     std::size_t all = 0, resident = 0;
     std::ifstream("/proc/self/statm") >> all >> resident;
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+void* NextDefinition(void* own, const char* /*name*/) {
+    Dl_info info{};
+    dladdr(own, &info);
+    return dlsym(RTLD_NEXT, info.dli_sname);
 }
 
 }  // namespace ThisSystem

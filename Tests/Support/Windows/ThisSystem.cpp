@@ -67,4 +67,13 @@ std::size_t UsedMemory() {
     return counters.PagefileUsage;
 }
 
+void* NextDefinition(void* /*own*/, const char* name) {
+    for (const char* const library : {"kernel32.dll", "NodeFabric.dll"}) {
+        if (const FARPROC found = ::GetProcAddress(::GetModuleHandleA(library), name)) {
+            return reinterpret_cast<void*>(found);
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace ThisSystem
