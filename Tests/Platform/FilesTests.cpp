@@ -1,47 +1,4 @@
-#include "Platform/Files.h"
-
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <memory>
-#include <tuple>
-
-#include "Platform/Errors.h"
-#include "Platform/Process.h"
-#include "Support/TemporaryDirectory.h"
-
-using namespace Platform;
-
-namespace {
-
-constexpr DWORD ShareNothing = 0;
-constexpr DWORD ShareEverything = 7;
-
-struct HandleCloser {
-    using pointer = HANDLE;
-    void operator()(HANDLE handle) const { EXPECT_TRUE(CloseHandle(handle)); }
-};
-using File = std::unique_ptr<HANDLE, HandleCloser>;
-
-File Open(const std::u16string& path, DWORD sharing = ShareEverything) {
-    return File{CreateFileW(path.c_str(), FILE_APPEND_DATA, sharing, nullptr, OPEN_ALWAYS, 0, nullptr)};
-}
-
-bool IsOpen(const File& file) {
-    return file.get() != INVALID_HANDLE_VALUE;
-}
-
-// Returns the error and the number of bytes written.
-std::pair<DWORD, DWORD> Append(HANDLE file, const std::string& text) {
-    DWORD written = 0;
-    const BOOL done = WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
-    return {done ? ERROR_SUCCESS : GetLastError(), written};
-}
-
-}  // namespace
+#include "OpenFile.h"
 
 TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
     const TemporaryDirectory directory;
@@ -60,42 +17,4 @@ TEST(Files, ShareAllOrNothingUntilTheLastHandleIsClosed) {
         second.reset();
         EXPECT_TRUE(IsOpen(Open(path, ShareNothing)));
     }
-    EXPECT_FALSE(IsOpen(Open(path, FILE_SHARE_READ)));
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-}
-
-TEST(Files, WhoseDirectoryMayNotBeCreatedAreDeniedNotMissing) {
-    const TemporaryDirectory directory;
-    const auto codeOf = [](const std::filesystem::path& path) {
-        EXPECT_FALSE(IsOpen(Open(path.u16string())));
-        int number = 0;
-        EXPECT_EQ(_get_errno(&number), 0);
-        return std::tuple(GetLastError(), number);
-    };
-    EXPECT_EQ(codeOf(directory / "a/b/file"), std::tuple(ERROR_PATH_NOT_FOUND, ENOENT));
-    const uid_t user = geteuid();
-    constexpr uid_t anybody = 65534;
-    EXPECT_EQ(seteuid(user == 0 ? anybody : user), 0);
-    EXPECT_EQ(codeOf("/usr/a/b/file"), std::tuple(ERROR_ACCESS_DENIED, EACCES));
-    EXPECT_EQ(seteuid(user), 0);
-}
-
-TEST(Files, ReportWhyAWriteFailedAndHowMuchWasWritten) {
-    EXPECT_EQ(Append(Open(u"/dev/full").get(), "x"), (std::pair{ERROR_DISK_FULL, DWORD{0}}));
-
-    const TemporaryDirectory directory;
-    ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
-    const int reader = open((directory / "pipe").c_str(), O_RDONLY | O_NONBLOCK);
-    const File pipe = Open((directory / "pipe").u16string());
-    EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_SUCCESS, DWORD{1}}));
-    close(reader);
-    EXPECT_EQ(Append(pipe.get(), "x"), (std::pair{ERROR_BROKEN_PIPE, DWORD{0}})) << "without a signal";
-
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    const rlimit tenBytes{10, before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &tenBytes), 0);
-    const auto outcome = Append(Open((directory / "file").u16string()).get(), "0123456789abcdef");
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
-    EXPECT_EQ(outcome, (std::pair{ERROR_FILE_TOO_LARGE, DWORD{10}})) << "without a signal";
 }

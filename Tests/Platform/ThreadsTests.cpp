@@ -1,51 +1,41 @@
 #include "Platform/Threads.h"
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
-#include <time.h>
 
 #include <array>
 #include <atomic>
-#include <cerrno>
-#include <thread>
 #include <vector>
 
 #include "Platform/Errors.h"
 #include "Platform/Files.h"
 #include "Platform/Process.h"
 #include "Platform/Time.h"
+#include "Support/JoiningThread.h"
 
 using namespace Platform;
 
 namespace {
 
-thread_local int threadRefusal = 0;  // what the system answers to the next threads of this thread
-
 constexpr int Threads = 4;
 constexpr int Rounds = 20000;
 
 void RunThreads(auto body) {
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < Threads; ++i) threads.emplace_back(body, i);
+    std::vector<JoiningThread> threads;
+    for (int i = 0; i < Threads; ++i) threads.emplace_back([&body, i] { body(i); });
 }
 
-std::int64_t Now() {
-    std::int64_t now = 0;
-    QueryPerformanceCounter(&now);
-    return now;
+// By the monotonic clock.
+std::int64_t NowInNanoseconds() {
+    std::int64_t frequency = 0, counter = 0;
+    QueryPerformanceFrequency(&frequency);
+    QueryPerformanceCounter(&counter);
+    return counter * (1'000'000'000 / frequency);
 }
 
 // Ends the process if a wake is lost.
 constexpr DWORD LongTime = 60'000;
 
 }  // namespace
-
-extern "C" PLATFORM_EXPORT int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
-                                              void* (*start)(void*), void* argument) {
-    static const auto create = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
-    return threadRefusal != 0 ? threadRefusal : create(thread, attributes, start, argument);
-}
 
 TEST(Lock, LetsOneWriterOrManyReadersIn) {
     SRWLOCK lock = SRWLOCK_INIT;
@@ -79,22 +69,20 @@ TEST(Lock, LetsOneWriterOrManyReadersIn) {
     // Two readers are inside at once, and keep a writer out until the last has gone.
     AcquireSRWLockShared(&lock);
     std::atomic<bool> comes{false}, left{false};
-    std::thread([&] {
+    JoiningThread([&] {
         AcquireSRWLockShared(&lock);
         EXPECT_FALSE(TryAcquireSRWLockExclusive(&lock));
         ReleaseSRWLockShared(&lock);
-    }).join();
-    std::thread writer([&] {
+    }).Join();
+    const JoiningThread writer([&] {
         comes = true;
-        comes.notify_one();
         AcquireSRWLockExclusive(&lock);
         EXPECT_TRUE(left);
         ReleaseSRWLockExclusive(&lock);
     });
-    comes.wait(false);
+    while (!comes) Sleep(0);
     left = true;
     ReleaseSRWLockShared(&lock);
-    writer.join();
 }
 
 TEST(ConditionVariable, WakesWhoeverSleepsAndLosesNoWake) {
@@ -124,15 +112,13 @@ TEST(ConditionVariable, EndsItsWaitAtItsTimeByTheMonotonicClockWithTheLockHeld) 
     AcquireSRWLockExclusive(&lock);
     WakeAllConditionVariable(&condition);  // nobody sleeps yet: it is not kept
     for (const DWORD milliseconds : {0u, 1u, 30u}) {
-        const std::int64_t start = Now();
+        const std::int64_t start = NowInNanoseconds();
         SetLastError(ERROR_SUCCESS);
         while (SleepConditionVariableSRW(&condition, &lock, milliseconds, 0)) continue;
         EXPECT_EQ(GetLastError(), ERROR_TIMEOUT);
-        EXPECT_GE(Now() - start, std::int64_t{milliseconds} * 1'000'000);
+        EXPECT_GE(NowInNanoseconds() - start, std::int64_t{milliseconds} * 1'000'000);
         EXPECT_FALSE(TryAcquireSRWLockExclusive(&lock));
     }
-    EXPECT_FALSE(SleepConditionVariableSRW(&condition, &lock, 0, 1));
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
     ReleaseSRWLockExclusive(&lock);
 }
 
@@ -157,33 +143,12 @@ TEST(Thread, GoesOnWhenItsHandleIsClosed) {
     std::atomic<int> step{0};
     const auto run = [](void* argument) noexcept -> DWORD {
         auto& shared = *static_cast<std::atomic<int>*>(argument);
-        shared.wait(0);
+        while (shared == 0) Sleep(0);
         shared = 2;
-        shared.notify_all();
         return 0;
     };
     const HANDLE thread = CreateThread(nullptr, 0, run, &step, 0, nullptr);
     EXPECT_TRUE(CloseHandle(thread));
     step = 1;
-    step.notify_all();
-    step.wait(1);
-    EXPECT_EQ(step, 2);
-}
-
-TEST(Thread, TellsWhyThereIsNone) {
-    const auto run = [](void*) noexcept -> DWORD { return 0; };
-    for (const auto& [refusal, code] : {std::pair{EAGAIN, ERROR_MAX_THRDS_REACHED},
-                                        {ENOMEM, ERROR_NOT_ENOUGH_MEMORY},
-                                        {EPERM, ERROR_ACCESS_DENIED}}) {
-        threadRefusal = refusal;
-        EXPECT_EQ(CreateThread(nullptr, 0, run, nullptr, 0, nullptr), nullptr);
-        EXPECT_EQ(GetLastError(), code);
-    }
-    threadRefusal = 0;
-    EXPECT_EQ(CreateThread(nullptr, 0, run, nullptr, 4, nullptr), nullptr);
-    EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
-    for (const HANDLE none : {HANDLE{}, GetCurrentProcess()}) {
-        EXPECT_EQ(WaitForSingleObject(none, INFINITE), WAIT_FAILED);
-        EXPECT_EQ(GetLastError(), ERROR_INVALID_HANDLE);
-    }
+    while (step != 2) Sleep(0);
 }
