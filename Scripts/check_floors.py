@@ -48,7 +48,8 @@ LEVEL = {room: level for level, rooms in enumerate(FLOORS) for room in rooms}
 # Where an include is searched, after the folder of the including file.
 ROOTS = ["Platform/Include", "Platform/Common", "Platform/Posix", "Platform/Windows", "Neighbours/Include",
          "HarborCore/Include", "HarborCore/Sources", "DataCollectionCore/Include", SOURCES,
-         "StandIns/NodeFabric/Include", "StandIns/ModuleBroker/Include", "StandIns/ConfigServer/Include", "Tests", "Tests/Module", "Benchmarks", "Fuzz", "."]
+         "StandIns/NodeFabric/Include", "StandIns/ModuleBroker/Include", "StandIns/ConfigServer/Include", "Tests", "Tests/HarborCore",
+         "Tests/Module", "Tests/Platform", "Benchmarks", "Fuzz", "."]
 
 
 def room_of(path):

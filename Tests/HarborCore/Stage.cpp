@@ -1,9 +1,5 @@
 #include "Stage.h"
 
-#include <fcntl.h>
-
-#include <csignal>
-
 #include "Platform/Errors.h"
 #include "Platform/Modules.h"
 #include "Platform/Process.h"
@@ -13,7 +9,7 @@
 namespace Stage {
 namespace {
 
-std::mutex debugLock;
+Harbor::Lock debugLock;
 Strings debugOutput;
 
 }  // namespace
@@ -24,7 +20,7 @@ constinit std::atomic<bool> ModuleIsKnown{true};
 constinit std::atomic<Platform::DWORD> ModuleError{Platform::ERROR_ACCESS_DENIED};
 
 Strings TakeDebugOutput() {
-    const std::lock_guard guard(debugLock);
+    const Harbor::LockGuard guard(debugLock);
     return std::exchange(debugOutput, {});
 }
 
@@ -42,25 +38,12 @@ std::filesystem::path ModuleDirectory() {
 }
 
 Harbor::WideString Wide(const std::filesystem::path& path) {
-    return Harbor::FromUtf8(path.native());
+    return path.u16string();
 }
 
 void WriteText(const std::filesystem::path& path, const std::string& bytes) {
     std::filesystem::create_directories(path.parent_path());
     WriteAll(path, bytes);
-}
-
-void MakeUnreadable(const std::filesystem::path& path) {
-    std::filesystem::create_directories(path.parent_path());
-    std::filesystem::remove(path);
-    std::filesystem::create_symlink("/proc/self/mem", path);  // its first page cannot be read
-}
-
-int TakeLease(const std::filesystem::path& path) {
-    std::signal(SIGIO, SIG_IGN);  // the system asks for the lease with it
-    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
-    EXPECT_EQ(fcntl(descriptor, F_SETLEASE, F_WRLCK), 0);
-    return descriptor;
 }
 
 void ExitWithResult() {
@@ -113,7 +96,7 @@ PLATFORM_NOINLINE std::uint16_t RtlCaptureStackBackTrace(DWORD skip, DWORD count
 }
 
 void OutputDebugStringW(const WideChar* text) noexcept {
-    const std::lock_guard guard(Stage::debugLock);
+    const Harbor::LockGuard guard(Stage::debugLock);
     Stage::debugOutput.push_back(Harbor::ToUtf8(text));
 }
 

@@ -28,7 +28,9 @@ extern std::atomic<Platform::DWORD> ModuleError;
 inline const auto OtherModule = reinterpret_cast<Platform::HMODULE>(std::uintptr_t{2});
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
-void MakeUnreadable(const std::filesystem::path& path);                       // as on a disk that fails
+
+// Only on POSIX.
+void MakeUnreadable(const std::filesystem::path& path);  // as on a disk that fails
 
 // Until the descriptor that it returns is closed, every other open of the file waits, or fails if it must not wait.
 int TakeLease(const std::filesystem::path& path);
