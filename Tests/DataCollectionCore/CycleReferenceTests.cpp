@@ -60,7 +60,7 @@ struct PlainCycle {
 
 // What a listener does inside a call, chosen before it.
 struct Deed {
-    enum class Kind { Nothing, Fail, Unsubscribe, Mark } kind = Kind::Nothing;
+    enum class Kind { Nothing, Fail, Unsubscribe, UnsubscribeOther, Register, Mark } kind = Kind::Nothing;
     std::size_t target = 0;
 };
 
@@ -131,7 +131,7 @@ protected:
                 break;
             }
             case 5:
-                System.clock = System.clock.load() - std::chrono::milliseconds{Random(0, 10)};
+                System.clock = System.clock.load() - std::chrono::milliseconds{Random(0, 10)} - Ticks{Random(0, 1)};
                 break;
             default:
                 System.clock = System.clock.load() + std::chrono::milliseconds{Random(0, 6)} + Ticks{Random(0, 1)};
@@ -139,7 +139,7 @@ protected:
     }
     // One cycle of each. All listeners of the cycle do the same deed, at most one of them on another subscription.
     void CompareCycle() {
-        deed_ = {static_cast<Deed::Kind>(Random(0, 9) < 4 ? Random(0, 3) : 0),
+        deed_ = {static_cast<Deed::Kind>(Random(0, 9) < 5 ? Random(0, 5) : 0),
                  Random(0, static_cast<std::uint32_t>(clients_.size()) - 1)};
         if (!clients_[deed_.target].actions.front()) deed_.kind = Deed::Kind::Nothing;  // its action is not known yet
         const TimePoint now = System.clock;
@@ -151,6 +151,7 @@ protected:
             PlainSubscription& own = plain_.subscriptions[i];
             PlainSubscription& target = plain_.subscriptions[deed_.target];
             if (deed_.kind == Deed::Kind::Unsubscribe) own.unsubscribeRequested = true;
+            if (deed_.kind == Deed::Kind::UnsubscribeOther) target.unsubscribeRequested = true;
             if (deed_.kind == Deed::Kind::Mark) target.actions.front().isMarked = true;
             return deed_.kind != Deed::Kind::Fail;
         });
@@ -172,6 +173,8 @@ protected:
     HRESULT OnCall(std::size_t i) {
         calls_.emplace_back(i, clients_[i].listener->TakeCalls().back());
         if (deed_.kind == Deed::Kind::Unsubscribe) clients_[i].subscription->Unsubscribe();
+        if (deed_.kind == Deed::Kind::UnsubscribeOther) clients_[deed_.target].subscription->Unsubscribe();
+        if (deed_.kind == Deed::Kind::Register && i == deed_.target) Register();  // not due in this cycle
         if (deed_.kind == Deed::Kind::Mark) Mark(deed_.target, 0, true);
         if (deed_.kind == Deed::Kind::Fail) ThrowError(E_ABORT);
         return S_OK;

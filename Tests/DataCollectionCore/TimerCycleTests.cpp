@@ -7,23 +7,7 @@ namespace {
 
 class TimerCycle : public ManagerTest {};
 
-const Texts Once{"Schedule"};
-
 }  // namespace
-
-TEST_F(TimerCycle, DeliversRunsDueBeforeStartAsOneCall) {
-    const SubscriptionPtr subscription = Subscribe(listener_);
-    Cycle();
-    Cycle();
-    EXPECT_EQ(listener_->TakeCalls(), Texts{});
-    subscription->Start();
-    manager_->OnTimerEvent(Creation);
-    EXPECT_EQ(listener_->TakeCalls(), Once);
-    Cycle();
-    EXPECT_EQ(listener_->TakeCalls(), Once);
-    manager_->OnTimerEvent(System.clock);
-    EXPECT_EQ(listener_->TakeCalls(), Texts{}) << "one call for an interval";
-}
 
 TEST_F(TimerCycle, ServesTheOthersWhenAListenerFails) {
     const struct {
@@ -98,23 +82,6 @@ TEST_F(TimerCycle, CallsListenersInOrderOfRegistration) {
         EXPECT_EQ(expected.empty(), round + 1 == rounds);
         Cycle();
         EXPECT_EQ(called, expected);
-    }
-}
-
-TEST_F(TimerCycle, AllowsAListenerToSubscribeAndUnsubscribe) {
-    const ListenerPtr outer = NewObject<RecordingListener>();
-    const SubscriptionPtr before = SubscribeAndStart(listener_);
-    SubscriptionPtr added;
-    outer->onCall = [&](IActionSubscription& own) {
-        added = SubscribeAndStart(listener_);
-        before->Unsubscribe();
-        return own.Unsubscribe();
-    };
-    const SubscriptionPtr subscription = SubscribeAndStart(outer);
-    for (int cycle = 0; cycle < 2; ++cycle) {
-        Cycle();
-        EXPECT_EQ(outer->TakeCalls(), cycle == 0 ? Once : Texts{});
-        EXPECT_EQ(listener_->TakeCalls(), Once) << "from the first subscription, then from the added one";
     }
 }
 
