@@ -115,17 +115,17 @@ TEST_F(Schedules, ComputeTheirFirstRun) {
 TEST_F(Schedules, LogWhyTheyAreNotDue) {
     System.clock = Day;
     TimedAction action({0, false, 0, Repeat, 0xFFFFFFFF});
-    const TimePoint secondRun = Day + 2 * 4294967295ms;
+    const TimePoint thirdRun = Day + 3 * 4294967295ms;
     const std::string pointer = Shown(action.GetAction()), shown = "DBG2 Action: '" + pointer + "'.";
     CapturedLog log("DBG2");
     EXPECT_FALSE(action.ShouldBeTriggered(Day));
     EXPECT_TRUE(log.Wrote({shown, "DBG2 Checked time: 2024-02-29 00:00:00.000", "DBG2 Action: " + pointer + "'.",
                            "DBG2 ActionFirstRunTime does not come"}));
-    action.SetTriggeredTime(secondRun + 1ms);
-    EXPECT_TRUE(log.Wrote({"DBG Action: '" + pointer + "'.", "DBG Triggered time set: 2024-06-07 10:05:34.591"}));
-    EXPECT_FALSE(action.ShouldBeTriggered(secondRun + 1s));
-    EXPECT_TRUE(log.Wrote({shown, "DBG2 Checked time: 2024-06-07 10:05:35.590", shown,
-                           "DBG2 IntervalStart: 2024-06-07 10:05:34.590", shown,
+    action.SetTriggeredTime(thirdRun + 1ms);
+    EXPECT_TRUE(log.Wrote({"DBG Action: '" + pointer + "'.", "DBG Triggered time set: 2024-07-27 03:08:21.886"}));
+    EXPECT_FALSE(action.ShouldBeTriggered(thirdRun + 1s));
+    EXPECT_TRUE(log.Wrote({shown, "DBG2 Checked time: 2024-07-27 03:08:22.885", shown,
+                           "DBG2 IntervalStart: 2024-07-27 03:08:21.885", shown,
                            "DBG2 Action already triggered during the current interval."}));
     EXPECT_EQ(Formatted(TimePoint::min()), "1601-01-01 00:00:00.000");
 }
