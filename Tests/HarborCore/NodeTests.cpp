@@ -1,10 +1,9 @@
-#include <dlfcn.h>
-
 #include "Common/Base/Format.h"
 #include "Common/Logging/Log.h"
 #include "Common/Nodes/HiddenNodeAttrs.h"
 #include "Common/Nodes/NodeDump.h"
 #include "Stage.h"
+#include "Support/NextDefinition.h"
 #include "Support/StoreFixture.h"
 
 namespace {
@@ -17,7 +16,7 @@ std::uint32_t dumpFlags = 0;
 
 Harbor::HRESULT AcnStartSerialization(std::int32_t kind, std::uint32_t flags, AcnSerializationCallback callback,
                                       void* user, AcnContext* out) {
-    static const auto next = reinterpret_cast<decltype(&AcnStartSerialization)>(dlsym(RTLD_NEXT, __func__));
+    static const auto next = NextDefinitionOf(&AcnStartSerialization, __func__);
     dumpFlags = flags;
     if (!dumpOfStore) return next(kind, flags, callback, user, out);
     EXPECT_EQ(callback(dumpOfStore->data(), static_cast<std::uint32_t>(dumpOfStore->size()), user), Harbor::S_OK);
@@ -201,12 +200,12 @@ constexpr const char* marked = "] ... (***EXCEPTION***)";
 void LogTree(const char* rules, const char* end, std::size_t masked) {
     const ScopedVariable setting("GS_Logger_HiddenNodeTypeAttrs", std::nullopt);
     const auto file = Stage::ProcessDirectory() / "Host.ini";
-    Stage::MakeUnreadable(file);
+    std::shared_ptr<void> unreadable = Stage::MakeUnreadable(file);
     Stage::LogLines log;
     const Tree tree;
     for (const bool readable : {false, true, true}) {
         LOG(Dbg, u"Empty: " << ACNode() << u' ' << tree.root);
-        std::filesystem::remove(file);
+        unreadable.reset();
         Stage::WriteText(file, std::string("[Logger]\nHiddenNodeTypeAttrs=") + rules);
         const std::string line = log.Take().at(0);
         EXPECT_THAT(line, testing::AllOf(testing::StartsWith("DBG  Empty: ACNode[<null>] "),

@@ -51,12 +51,12 @@ TEST_F(Settings, ThatCannotBeReadAreNotTreatedAsMissing) {
     const auto file = Stage::ProcessDirectory() / "Host.ini";
     Stage::WriteText(Stage::ProcessDirectory() / "GlobalSettings.ini", "[Test]\nKey=1\n");
     WideString value;
-    Stage::MakeUnreadable(file);
+    std::shared_ptr<void> unreadable = Stage::MakeUnreadable(file);
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), S_OK) << "the next file is asked";
     EXPECT_EQ(GetSetting(u"Test", u"Other", value), E_ABORT);
     std::filesystem::remove(Stage::ProcessDirectory() / "GlobalSettings.ini");
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);
-    std::filesystem::remove(file);
+    unreadable.reset();
     WriteHostIni("[Test]\nKey=1\n");
     const int lease = Stage::TakeLease(file);
     EXPECT_EQ(GetSetting(u"Test", u"Key", value), E_ABORT);

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <memory>
 
 #include "Common/Base/HRes.h"
 #include "Common/Base/Text.h"
@@ -29,10 +30,11 @@ inline const auto OtherModule = reinterpret_cast<Platform::HMODULE>(std::uintptr
 Harbor::WideString Wide(const std::filesystem::path& path);
 void WriteText(const std::filesystem::path& path, const std::string& bytes);  // creates the directories above it
 
-// Only on POSIX.
-void MakeUnreadable(const std::filesystem::path& path);  // as on a disk that fails
+// The file exists, but cannot be read, as on a disk that fails. When the returned object ends, there is no file.
+[[nodiscard]] std::shared_ptr<void> MakeUnreadable(const std::filesystem::path& path);
 
-// Until the descriptor that it returns is closed, every other open of the file waits, or fails if it must not wait.
+// Only on POSIX. Until the descriptor that it returns is closed, every other open of the file waits, or fails if it
+// must not wait.
 int TakeLease(const std::filesystem::path& path);
 
 // Returns the code of the HRX that the call throws, or S_OK.

@@ -6,10 +6,11 @@
 
 namespace Stage {
 
-void MakeUnreadable(const std::filesystem::path& path) {
+std::shared_ptr<void> MakeUnreadable(const std::filesystem::path& path) {
     std::filesystem::create_directories(path.parent_path());
     std::filesystem::remove(path);
     std::filesystem::create_symlink("/proc/self/mem", path);  // its first page cannot be read
+    return {nullptr, [path](void*) { std::filesystem::remove(path); }};
 }
 
 int TakeLease(const std::filesystem::path& path) {
